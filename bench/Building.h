@@ -1,0 +1,37 @@
+// What the measurements work on.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "desktop/Desktop.h"
+#include "model/Document.h"
+
+/// Nobody sits before a benchmark; whatever is told ends it.
+class SilentDesktop : public Desktop {
+ public:
+    void showMessage(const std::string& text) override {
+        std::fprintf(stderr, "%s\n", text.c_str());
+        std::abort();
+    }
+    bool askYesNo(const std::string& /*text*/) override { return false; }
+    Answer askYesNoCancel(const std::string& /*text*/) override { return Answer::cancel; }
+    std::string chooseFileToOpen(const std::string& /*title*/,
+                                 const FileFilter& /*filter*/) override {
+        return {};
+    }
+    std::string chooseFileToSave(const std::string& /*title*/, const FileFilter& /*filter*/,
+                                 const std::string& /*proposedName*/) override {
+        return {};
+    }
+    std::string defaultFolder() override { return {}; }
+    void setPointer(Pointer /*pointer*/) override {}
+    void processPendingEvents() override {}
+};
+
+/// A building of so many group addresses: devices of 4,096, floors of 1,024, rooms of 32.
+void fillBuilding(Document& document, int items);
+
+/// The same group addresses, all in one branch, "Building.ALL".
+void fillOneBranch(Document& document, int items);

@@ -1,0 +1,16 @@
+# Warnings are errors in our own code; `project_flags` is linked by every target of ours.
+add_library(project_flags INTERFACE)
+
+if(MSVC)
+  target_compile_options(project_flags INTERFACE /W4 /WX /utf-8 /permissive-)
+else()
+  target_compile_options(
+    project_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+                            -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+endif()
+
+if(SANITIZE)
+  target_compile_options(project_flags INTERFACE -fsanitize=address,undefined
+                                                 -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(project_flags INTERFACE -fsanitize=address,undefined)
+endif()

@@ -1,0 +1,62 @@
+// What the rules of the editor ask of a desktop. Interfaces only.
+#pragma once
+
+#include <string>
+
+/// The files that a chooser offers.
+struct FileFilter {
+    std::string description;  ///< e.g. "configuration files "
+    std::string pattern;      ///< e.g. "*.xml"
+};
+
+enum class Pointer { normal, busy };
+
+enum class Answer { yes, no, cancel };
+
+/// Message boxes, file choosers, the mouse pointer and pending events. Texts and paths are
+/// UTF-8. A box or a chooser returns when the user has closed it.
+class Desktop {
+ public:
+    Desktop() = default;
+    Desktop(const Desktop&) = delete;
+    Desktop& operator=(const Desktop&) = delete;
+    Desktop(Desktop&&) = delete;
+    Desktop& operator=(Desktop&&) = delete;
+    virtual ~Desktop() = default;
+
+    /// A message with an OK button; the box has the application's title.
+    virtual void showMessage(const std::string& text) = 0;
+    /// A question with Yes and No buttons; true for Yes.
+    virtual bool askYesNo(const std::string& text) = 0;
+    virtual Answer askYesNoCancel(const std::string& text) = 0;
+
+    /// The full path of an existing file. Raises ErrorNumber::cancelled when the user chose none.
+    virtual std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) = 0;
+    /// The full path of a file that may or may not exist; the chooser asks no question of its
+    /// own before an existing one. Raises ErrorNumber::cancelled when the user chose none.
+    virtual std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
+                                         const std::string& proposedName) = 0;
+    /// The folder where a new configuration is proposed to be kept.
+    virtual std::string defaultFolder() = 0;
+
+    virtual void setPointer(Pointer pointer) = 0;
+    /// Gives the windows a turn to repaint in long work. What the user typed or clicked
+    /// meanwhile waits until the work is done.
+    virtual void processPendingEvents() = 0;
+};
+
+/// Shows the busy pointer as long as it lives.
+class BusyPointer {
+ public:
+    explicit BusyPointer(Desktop& desktop) : desktop_(desktop) {
+        desktop_.setPointer(Pointer::busy);
+    }
+    BusyPointer(const BusyPointer&) = delete;
+    BusyPointer& operator=(const BusyPointer&) = delete;
+    BusyPointer(BusyPointer&&) = delete;
+    BusyPointer& operator=(BusyPointer&&) = delete;
+    ~BusyPointer() { desktop_.setPointer(Pointer::normal); }
+
+ private:
+    Desktop& desktop_;
+};

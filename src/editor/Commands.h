@@ -1,0 +1,81 @@
+// The one table of the editor's commands: menus, separators, toolbar, shortcuts, tooltips,
+// pictures, groups and handlers are all read from it.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+class frmEditing;
+
+/// Commands that are enabled and disabled together, in the order in which EnMenuButt takes them.
+enum class CommandGroup : std::uint8_t {
+    fileOpen,
+    fileSave,
+    settings,
+    addBranch,
+    addItem,
+    addDevice,
+    copy,
+    cut,
+    paste,
+    remove,
+    view,
+    find,
+    pasteNames,
+    pasteComments,
+    /// Not governed by any command state.
+    always,
+    /// A top menu that holds several groups and is enabled by a rule of its own.
+    byRule,
+};
+inline constexpr std::size_t commandGroupCount = 14;
+
+/// One row of the table. Rows stand in the order of the menus: a top menu, then what it holds.
+struct Command {
+    enum class Kind : std::uint8_t { menu, entry, separator };
+
+    Kind kind = Kind::entry;
+    std::string_view name;     ///< e.g. "mnuNewCfg"
+    std::string_view caption;  ///< "&" marks the accelerator letter
+    CommandGroup group = CommandGroup::always;
+    std::string_view shortcut = {};    ///< e.g. "Ctrl+G"; empty when there is none
+    std::string_view toolbarKey = {};  ///< empty when there is no button
+    int toolbarPlace = -1;             ///< place of the button, from 0
+    std::string_view tooltip = {};
+    std::string_view picture = {};  ///< key of the button's picture
+    /// What choosing the command does; null when it does nothing.
+    void (frmEditing::*handler)() = nullptr;
+};
+
+/// The whole table.
+std::span<const Command> commandTable();
+
+/// The row of that name. Raises ErrorNumber::elementNotFound.
+const Command& commandNamed(std::string_view name);
+
+/// The rows that have a toolbar button, in the toolbar's order.
+std::span<const Command* const> toolbarCommands();
+
+/// Which command groups are on, in EnMenuButt's order.
+using CommandState = std::array<bool, commandGroupCount>;
+
+/// The ten states that selections and document events set.
+namespace commandStates {
+extern const CommandState noConfiguration;
+extern const CommandState loading;
+extern const CommandState configurationOpen;
+extern const CommandState rootSelected;
+extern const CommandState containerSelected;
+extern const CommandState containerSelectedItemsListed;
+extern const CommandState itemSelected;
+extern const CommandState deviceRowSelected;
+extern const CommandState branchRowSelected;
+extern const CommandState itemRowSelected;
+}  // namespace commandStates
+
+/// Whether a row of the table is enabled in a state: its group's flag, or for a top menu that
+/// holds several groups its own rule.
+bool isEnabledIn(const CommandState& state, const Command& command);

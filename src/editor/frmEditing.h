@@ -1,0 +1,137 @@
+// The main window's rules.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/Desktop.h"
+#include "editor/Commands.h"
+#include "file/Lifecycle.h"
+#include "model/Document.h"
+#include "model/ListView.h"
+
+struct Size {
+    int width = 0;
+    int height = 0;
+};
+
+struct Rectangle {
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+};
+
+/// Where the main window's parts stand in its inner area, in pixels.
+struct EditingLayout {
+    Rectangle toolbar;
+    Rectangle tree;
+    Rectangle list;
+};
+
+/// The editor's only main window, without a toolkit: the configuration tree on the left, the
+/// list of the selected node's contents on the right, menus and toolbar above them. Its members
+/// hold what the window shows; its handlers are what clicks and commands do. Handlers report
+/// their errors to the user themselves.
+class frmEditing final : public LifecycleWindow {
+ public:
+    /// The window that shows this form.
+    class Window {
+     public:
+        Window() = default;
+        Window(const Window&) = delete;
+        Window& operator=(const Window&) = delete;
+        Window(Window&&) = delete;
+        Window& operator=(Window&&) = delete;
+        virtual ~Window() = default;
+
+        /// What the form says of views, panel and commands may have changed.
+        virtual void formChanged() = 0;
+        /// Closes all windows of the editor.
+        virtual void endApplication() = 0;
+    };
+
+    struct ViewState {
+        bool visible = false;
+        bool enabled = false;
+    };
+
+    /// The status panel that is shown while a file loads.
+    struct StatusPanel {
+        bool visible = false;
+        std::string lblLabel = "Loading File ....";
+        int progress = 0;  ///< runs from 0 to 99, again and again
+    };
+
+    frmEditing(Document& document, Desktop& desktop, Disk& disk, FLRegistry& registry);
+
+    void setWindow(Window* window) { window_ = window; }
+
+    // What the window shows.
+    std::string caption;
+    ViewState TreeView1;  ///< its nodes are the document's tree
+    ViewState ListView1State;
+    ListView ListView1;
+    StatusPanel pnlImpStat;
+    /// The window's size when it opened: 80 % of the screen.
+    Size referenceSize;
+
+    // The window's own events.
+    void Form_Initialize();
+    void Form_Load(Size screen);
+    bool Form_Unload() { return lifecycle_.Form_Unload(); }
+    /// The fixed fractions of the window's inner area.
+    static EditingLayout layoutFor(Size client);
+
+    // The views' events. A click is reported after the view has made its selection known to the
+    // tree or the list.
+    void TreeView1_NodeClick(Node& node);
+    void TreeView1_DblClick();
+    void ListView1_Click();
+    void ListView1_DblClick();
+    void ListView1_ColumnClick(std::size_t column);
+
+    // The commands.
+    void mnuNewCfg_Click() { lifecycle_.mnuNewCfg_Click(); }
+    void mnuOpenCfg_Click() { lifecycle_.mnuOpenCfg_Click(); }
+    void mnuSaveCfg_Click() { lifecycle_.mnuSaveCfg_Click(); }
+    void mnuSaveAs_Click() { lifecycle_.mnuSaveAs_Click(); }
+    void mnuCloseCfg_Click() { lifecycle_.mnuCloseCfg_Click(); }
+    void mnuExit_Click() { lifecycle_.mnuExit_Click(); }
+    void mnuIcon_Click() { ListView1.setView(ListView::View::icon); }
+    void mnuSmallIcon_Click() { ListView1.setView(ListView::View::smallIcon); }
+    void mnuList_Click() { ListView1.setView(ListView::View::list); }
+    void mnuReport_Click() { ListView1.setView(ListView::View::report); }
+
+    /// Runs a command of the table.
+    void run(const Command& command);
+    /// Runs the command of the toolbar button with that key; an unknown key does nothing.
+    void Toolbar1_ButtonClick(std::string_view key);
+    /// Enables and disables every menu entry and toolbar button.
+    void EnMenuButt(const CommandState& state);
+    /// A menu, an entry, or an entry's toolbar button: these two always agree.
+    bool isEnabled(const Command& command) const;
+
+    // What the lifecycle asks for.
+    void InitObjects() override;
+    void loadingStarted() override;
+    void itemLoaded() override;
+    void loadingEnded() override;
+    void configurationOpened() override;
+    void configurationClosed() override;
+    void listDevices() override;
+    void endApplication() override;
+
+ private:
+    void showViews(ViewState state);
+    void listContents(const Node& container);
+    void listItem(const Node& node);
+    void formChanged();
+
+    Document& document_;
+    Desktop& desktop_;
+    Lifecycle lifecycle_;
+    Window* window_ = nullptr;
+    std::vector<bool> enabled_;  // by the command table's rows
+};

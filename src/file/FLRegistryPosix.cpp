@@ -1,0 +1,42 @@
+// The registry record on systems without a registry: a settings file.
+
+#include <algorithm>
+
+#include "file/Disk.h"
+#include "file/FLRegistry.h"
+#include "model/RunTimeError.h"
+
+namespace {
+
+class SettingsFile : public FLRegistry {
+ public:
+    SettingsFile(Disk& disk, std::string folder) : disk_(disk), folder_(std::move(folder)) {}
+
+    void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
+                     const std::string& text) override {
+        try {
+            const std::string path = pathFor(subKey);
+            disk_.createFolders(path.substr(0, path.rfind('/')));
+            disk_.replace(path, valueName + "=" + text + "\n");
+        } catch (const RunTimeError&) {
+            // Passed over, as the interface says.
+        }
+    }
+
+ private:
+    std::string pathFor(std::string subKey) const {
+        std::ranges::replace(subKey, '\\', '/');
+        const std::string_view software = "Software/";
+        if (subKey.starts_with(software)) subKey.erase(0, software.size());
+        return folder_ + "/" + subKey + ".conf";
+    }
+
+    Disk& disk_;
+    std::string folder_;
+};
+
+}  // namespace
+
+std::unique_ptr<FLRegistry> systemRegistry(Disk& disk, const std::string& settingsFolder) {
+    return std::make_unique<SettingsFile>(disk, settingsFolder);
+}

@@ -1,0 +1,20 @@
+// Reads a configuration file.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "desktop/Desktop.h"
+#include "file/Disk.h"
+#include "model/Document.h"
+#include "model/XmlElement.h"
+
+/// Reads the configuration file at `path` into the document, whose tree holds the root only and
+/// whose registries are empty.
+///
+/// A fault in one device, branch or item is reported to the user with the general error message;
+/// that element is passed over and reading goes on, so a partly read configuration can result.
+/// `itemRead` is called after every item. False, after telling the user, when nothing was read:
+/// the file cannot be read, is not XML, or has another root element.
+bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop& desktop,
+               const std::function<void()>& itemRead);

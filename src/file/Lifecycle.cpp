@@ -1,0 +1,173 @@
+#include "file/Lifecycle.h"
+
+#include "file/CreateXML.h"
+#include "file/ImportXML.h"
+#include "model/Product.h"
+#include "model/Reporting.h"
+#include "model/RunTimeError.h"
+
+namespace {
+
+const FileFilter configurationFiles{"configuration files ", "*.xml"};
+constexpr const char* saveActiveQuestion = "Do you want to save active configuration?";
+
+std::string proposedFileName() { return std::string(productName) + ".xml"; }
+
+#ifdef _WIN32
+constexpr char folderSeparator = '\\';
+#else
+constexpr char folderSeparator = '/';
+#endif
+
+}  // namespace
+
+void Lifecycle::mnuNewCfg_Click() {
+    reportErrors(desktop_, "mnuNewCfg_Click", [&] {
+        if (!saveFirst(saveActiveQuestion)) return;
+        document_.open = false;
+        window_.InitObjects();
+        document_.startAt(desktop_.defaultFolder() + folderSeparator + proposedFileName());
+        document_.open = true;
+        document_.saved = false;
+        document_.deviceCounter = document_.branchCounter = document_.itemCounter = 0;
+        document_.settings().SetDefaults();
+        window_.configurationOpened();
+    });
+}
+
+void Lifecycle::mnuOpenCfg_Click() {
+    reportErrors(desktop_, "mnuOpenCfg_Click", [&] {
+        if (!saveFirst(saveActiveQuestion)) return;
+        const std::string path = ShowDialSave();
+        if (path.empty()) return;
+        // A file that cannot even be read costs the user nothing: what is open stays open.
+        if (!reportErrors(desktop_, "ImportXML", [&] { disk_.requireReadable(path); })) return;
+
+        window_.InitObjects();
+        // The old configuration is gone. Were it still counted as open, a failed reading would
+        // leave an empty one that asks to be saved over the file just chosen.
+        document_.open = false;
+        document_.startAt(path);
+        window_.loadingStarted();
+        const bool read =
+            ImportXML(path, document_, disk_, desktop_, [&] { window_.itemLoaded(); });
+        window_.loadingEnded();
+        if (!read) return window_.configurationClosed();
+
+        document_.setCountersFromRecords();
+        window_.listDevices();
+        document_.open = true;
+        document_.saved = true;
+        window_.configurationOpened();
+    });
+}
+
+void Lifecycle::mnuSaveCfg_Click() { save(); }
+
+void Lifecycle::mnuSaveAs_Click() { saveAs(); }
+
+void Lifecycle::mnuCloseCfg_Click() {
+    reportErrors(desktop_, "mnuCloseCfg_Click", [&] {
+        if (!saveFirst("Do you want to save this configuration?")) return;
+        document_.open = false;
+        window_.InitObjects();
+        window_.configurationClosed();
+        document_.clear();
+    });
+}
+
+void Lifecycle::mnuExit_Click() { leave("mnuExit_Click"); }
+
+bool Lifecycle::Form_Unload() { return leave("Form_Unload"); }
+
+std::string Lifecycle::ShowDialSave() {
+    std::string path;
+    reportChooserErrors(desktop_, "ShowDialSave", [&] {
+        try {
+            path = desktop_.chooseFileToOpen("Open as existing configuration", configurationFiles);
+        } catch (const RunTimeError& error) {
+            if (error.number() != ErrorNumber::cancelled) throw;
+        }
+    });
+    return path;
+}
+
+Lifecycle::SaveOutcome Lifecycle::save() {
+    auto outcome = SaveOutcome::failed;
+    reportErrors(desktop_, "mnuSaveCfg_Click", [&] {
+        if (!document_.open) {
+            outcome = SaveOutcome::declined;
+            return;
+        }
+        const std::string path = document_.currentPath();
+        const Answer answer =
+            disk_.exists(path)
+                ? desktop_.askYesNoCancel("File " + path + " already existing. Overwrite?")
+                : Answer::yes;
+        switch (answer) {
+            case Answer::yes:
+                outcome = write(path);
+                if (outcome == SaveOutcome::saved) desktop_.showMessage(path + " saved");
+                break;
+            case Answer::no: outcome = saveAs(); break;
+            case Answer::cancel: outcome = SaveOutcome::declined; break;
+        }
+    });
+    return outcome;
+}
+
+Lifecycle::SaveOutcome Lifecycle::saveAs() {
+    auto outcome = SaveOutcome::failed;
+    reportErrors(desktop_, "mnuSaveAs_Click", [&] {
+        if (!document_.open) {
+            outcome = SaveOutcome::declined;
+            return;
+        }
+        try {
+            const std::string path = desktop_.chooseFileToSave(
+                "Save configuration", configurationFiles, proposedFileName());
+            document_.tree().setText(document_.tree().nodeAt(Document::rootKey), path);
+            outcome = write(path);
+        } catch (const RunTimeError& error) {
+            if (error.number() != ErrorNumber::cancelled) throw;
+            outcome = SaveOutcome::declined;
+        }
+    });
+    return outcome;
+}
+
+/// The part of both save commands that writes: file, registry record, saved flag.
+Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
+    if (!CreateXML(path, document_, disk_, desktop_)) return SaveOutcome::failed;
+    const std::string subKey =
+        "Software\\" + std::string(companyName) + "\\" + std::string(productName);
+    registry_.SetRegValue(RegistryRoot::localMachine, subKey, "ConfigFile", path);
+    document_.saved = true;
+    return SaveOutcome::saved;
+}
+
+/// Offers to save what is not saved. False when the command must stop: the user wanted to save,
+/// and it is still not saved.
+bool Lifecycle::saveFirst(const std::string& question) {
+    if (!document_.open || document_.saved || !desktop_.askYesNo(question)) return true;
+    save();
+    return document_.saved;
+}
+
+/// True when the application is ending. A declined overwrite does not keep it from that; but
+/// when the user wanted to save and the writing failed, it goes on, or the work would be lost.
+bool Lifecycle::leave(const char* routine) {
+    bool leaving = false;
+    reportErrors(desktop_, routine, [&] {
+        if (document_.open && !document_.saved && desktop_.askYesNo(saveActiveQuestion) &&
+            save() == SaveOutcome::failed) {
+            return;
+        }
+        leaving = true;
+        document_.open = false;
+        window_.InitObjects();
+        document_.clear();
+        window_.endApplication();
+    });
+    return leaving;
+}

@@ -1,0 +1,75 @@
+// New, open, save, save as, close and exit: the life of the open configuration.
+#pragma once
+
+#include <string>
+
+#include "desktop/Desktop.h"
+#include "file/Disk.h"
+#include "file/FLRegistry.h"
+#include "model/Document.h"
+
+/// What the lifecycle asks of the window that shows the configuration.
+class LifecycleWindow {
+ public:
+    LifecycleWindow() = default;
+    LifecycleWindow(const LifecycleWindow&) = delete;
+    LifecycleWindow& operator=(const LifecycleWindow&) = delete;
+    LifecycleWindow(LifecycleWindow&&) = delete;
+    LifecycleWindow& operator=(LifecycleWindow&&) = delete;
+    virtual ~LifecycleWindow() = default;
+
+    /// Hides and empties both views and resets the buffer of copied items.
+    virtual void InitObjects() = 0;
+    /// A file begins to be read: all commands wait.
+    virtual void loadingStarted() = 0;
+    virtual void itemLoaded() = 0;
+    virtual void loadingEnded() = 0;
+    /// There is a configuration to show and to edit.
+    virtual void configurationOpened() = 0;
+    /// There is none any more.
+    virtual void configurationClosed() = 0;
+    /// Shows the devices in the list.
+    virtual void listDevices() = 0;
+    /// Closes the editor's windows and ends the application.
+    virtual void endApplication() = 0;
+};
+
+/// The commands that create, open, save and close the configuration. Each asks what it has to
+/// ask, and none throws away changes without an answer of the user.
+class Lifecycle {
+ public:
+    Lifecycle(Document& document, Desktop& desktop, Disk& disk, FLRegistry& registry,
+              LifecycleWindow& window)
+        : document_(document),
+          desktop_(desktop),
+          disk_(disk),
+          registry_(registry),
+          window_(window) {}
+
+    void mnuNewCfg_Click();
+    void mnuOpenCfg_Click();
+    void mnuSaveCfg_Click();
+    void mnuSaveAs_Click();
+    void mnuCloseCfg_Click();
+    void mnuExit_Click();
+    /// The main window is being closed. False when it must stay.
+    bool Form_Unload();
+
+    /// Asks for an existing configuration file; its path, or "" when the user chose none.
+    std::string ShowDialSave();
+
+ private:
+    enum class SaveOutcome { saved, declined, failed };
+
+    SaveOutcome save();
+    SaveOutcome saveAs();
+    SaveOutcome write(const std::string& path);
+    bool saveFirst(const std::string& question);
+    bool leave(const char* routine);
+
+    Document& document_;
+    Desktop& desktop_;
+    Disk& disk_;
+    FLRegistry& registry_;
+    LifecycleWindow& window_;
+};

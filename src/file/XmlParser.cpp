@@ -1,0 +1,154 @@
+#include "file/XmlParser.h"
+
+#include <expat.h>
+
+#include <climits>
+#include <memory>
+#include <new>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+namespace {
+
+/// Hears Expat's events and enters the elements. All character data stands in one text, in the
+/// order of the file: so the text of an element and of all in it is one piece of it.
+class Builder {
+ public:
+    explicit Builder(XmlElements& elements)
+        : elements_(elements), parser_(XML_ParserCreate(nullptr)) {
+        if (parser_ == nullptr) throw std::bad_alloc();
+        XML_SetUserData(parser_.get(), this);
+        XML_SetElementHandler(parser_.get(), startElement, endElement);
+        XML_SetCharacterDataHandler(parser_.get(), characterData);
+        XML_SetEntityDeclHandler(parser_.get(), entityDeclared);
+        XML_SetNotStandaloneHandler(parser_.get(), notStandalone);
+    }
+
+    void parse(std::string_view bytes) {
+        // Expat counts in int, and no offset into the text, twice as long at most, outgrows 32
+        // bits then.
+        if (bytes.size() > INT_MAX) throw RunTimeError(ErrorNumber::outOfMemory);
+        elements_.text.reserve(bytes.size());
+        elements_.labels.reserve(bytes.size());
+        if (XML_Parse(parser_.get(), bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) ==
+            XML_STATUS_OK) {
+            return;
+        }
+        const auto code = XML_GetErrorCode(parser_.get());
+        if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
+        const char* reason = refusal_ != nullptr ? refusal_ : XML_ErrorString(code);
+        throw RunTimeError(
+            ErrorNumber::invalidFileFormat,
+            "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
+    }
+
+ private:
+    /// An element that has begun and not ended yet.
+    struct Open {
+        std::uint32_t place;
+        std::uint32_t lastChild = 0;
+    };
+
+    void refuse(const char* reason) {
+        refusal_ = reason;
+        XML_StopParser(parser_.get(), XML_FALSE);
+    }
+
+    static Builder& of(void* userData) { return *static_cast<Builder*>(userData); }
+
+    static void XMLCALL startElement(void* userData, const XML_Char* name,
+                                     const XML_Char** attributes) {
+        of(userData).start(name, attributes);
+    }
+
+    static void XMLCALL endElement(void* userData, const XML_Char* /*name*/) { of(userData).end(); }
+
+    static void XMLCALL characterData(void* userData, const XML_Char* data, int length) {
+        of(userData).elements_.text.append(data, static_cast<std::size_t>(length));
+    }
+
+    static void XMLCALL entityDeclared(void* userData, const XML_Char* /*name*/, int /*parameter*/,
+                                       const XML_Char* /*value*/, int /*length*/,
+                                       const XML_Char* /*base*/, const XML_Char* /*system*/,
+                                       const XML_Char* /*publicId*/, const XML_Char* /*notation*/) {
+        of(userData).refuse("entity declarations are not accepted");
+    }
+
+    /// A text that leans on declarations elsewhere is refused: entities whose declarations were
+    /// never read would vanish from it without a word.
+    static int XMLCALL notStandalone(void* /*userData*/) { return XML_STATUS_ERROR; }
+
+    static std::uint32_t lengthOf(const std::string& text) {
+        return static_cast<std::uint32_t>(text.size());
+    }
+
+    XmlElements::Piece keep(const XML_Char* label) {
+        const std::uint32_t start = lengthOf(elements_.labels);
+        elements_.labels.append(label);
+        return {start, lengthOf(elements_.labels) - start};
+    }
+
+    XmlElements::Piece keepUpperCase(const XML_Char* name) {
+        const std::uint32_t start = lengthOf(elements_.labels);
+        appendUpperCase(elements_.labels, name);
+        return {start, lengthOf(elements_.labels) - start};
+    }
+
+    /// Drops the character data since the last tag where it is only white space between
+    /// elements: the indentation of a file, most of its text, is nobody's content.
+    void dropIndentation() {
+        const std::string& text = elements_.text;
+        for (std::size_t i = lastTag_; i < text.size(); ++i)
+            if (text[i] != ' ' && text[i] != '\t' && text[i] != '\n' && text[i] != '\r') return;
+        elements_.text.resize(lastTag_);
+    }
+
+    void start(const XML_Char* name, const XML_Char** attributes) {
+        dropIndentation();
+        const auto place = static_cast<std::uint32_t>(elements_.entries.size());
+        XmlElements::Entry entry{};
+        entry.name = keepUpperCase(name);
+        entry.text.start = lengthOf(elements_.text);
+        entry.firstAttribute = static_cast<std::uint32_t>(elements_.attributes.size());
+        // Not those that a document type adds: they are not in the element.
+        const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
+        for (int i = 0; i < specified; i += 2)
+            elements_.attributes.push_back({keep(attributes[i]), keep(attributes[i + 1])});
+        entry.attributeCount = static_cast<std::uint32_t>(specified / 2);
+        if (!open_.empty()) {
+            Open& parent = open_.back();
+            entry.parent = parent.place;
+            if (parent.lastChild != 0) elements_.entries[parent.lastChild].nextSibling = place;
+            parent.lastChild = place;
+        }
+        elements_.entries.push_back(entry);
+        open_.push_back({place});
+        lastTag_ = elements_.text.size();
+    }
+
+    void end() {
+        if (open_.back().lastChild != 0) dropIndentation();
+        lastTag_ = elements_.text.size();
+        XmlElements::Piece& text = elements_.entries[open_.back().place].text;
+        text.length = lengthOf(elements_.text) - text.start;
+        open_.pop_back();
+    }
+
+    struct ParserDeleter {
+        void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
+    };
+
+    XmlElements& elements_;
+    std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser_;
+    std::vector<Open> open_;
+    std::size_t lastTag_ = 0;  // length of the text at the last tag
+    const char* refusal_ = nullptr;
+};
+
+}  // namespace
+
+XmlDocument::XmlDocument(std::string_view bytes) { Builder(elements_).parse(bytes); }

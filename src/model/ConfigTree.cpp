@@ -1,0 +1,176 @@
+#include "model/ConfigTree.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+std::string_view tagOf(NodeKind kind) {
+    switch (kind) {
+        case NodeKind::config: return "config";
+        case NodeKind::plc: return "plc";
+        case NodeKind::branch: return "branch";
+        case NodeKind::item: return "item";
+    }
+    return {};
+}
+
+ConfigTree::BulkAdd::BulkAdd(ConfigTree& tree)
+    : tree_(tree), listener_(std::exchange(tree.listener_, nullptr)) {
+    if (listener_ != nullptr) listener_->aboutToReset();
+}
+
+ConfigTree::BulkAdd::~BulkAdd() {
+    tree_.listener_ = listener_;
+    if (listener_ != nullptr) listener_->reset();
+}
+
+Node& ConfigTree::AddNode(std::string_view parentKey, std::string key, std::string text,
+                          NodeKind kind) {
+    Node* parent = nullptr;
+    if (!parentKey.empty()) {
+        parent = &nodeAt(parentKey);
+    } else if (root_ != nullptr) {
+        throw RunTimeError(ErrorNumber::invalidCall);
+    }
+    if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
+
+    if (nodes_.find(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+
+    const auto row = parent == nullptr ? 0 : parent->children_.size();
+    if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
+    auto node = std::make_unique<Node>();
+    node->key_ = std::move(key);
+    node->text_ = std::move(text);
+    node->kind_ = kind;
+    node->parent_ = parent;
+    node->row_ = static_cast<std::uint32_t>(row);
+    node->addedBefore_ = lastAdded_;
+    Node& added = *nodes_.add(std::move(node));
+    (parent == nullptr ? root_ : parent->children_.emplace_back()) = &added;
+    (lastAdded_ == nullptr ? firstAdded_ : lastAdded_->addedAfter_) = &added;
+    lastAdded_ = &added;
+    if (listener_ != nullptr) listener_->added();
+    return added;
+}
+
+Node* ConfigTree::FindNode(std::string_view key) const { return nodes_.find(key); }
+
+Node& ConfigTree::nodeAt(std::string_view key) const {
+    Node* node = FindNode(key);
+    if (node == nullptr) throw RunTimeError(ErrorNumber::elementNotFound);
+    return *node;
+}
+
+void ConfigTree::remove(Node& node) {
+    for (const Node* above = selected_; above != nullptr; above = above->parent_) {
+        if (above != &node) continue;
+        const auto row = static_cast<std::size_t>(rowOf(node));
+        Node* parent = node.parent_;
+        if (parent == nullptr) {
+            select(nullptr);
+        } else if (row + 1 < parent->children_.size()) {
+            select(parent->children_[row + 1]);
+        } else {
+            select(row > 0 ? parent->children_[row - 1] : parent);
+        }
+        break;
+    }
+
+    if (listener_ != nullptr) listener_->aboutToRemove(node);
+    if (Node* parent = node.parent_; parent != nullptr) {
+        const auto row = rowOf(node);
+        parent->children_.erase(parent->children_.begin() + row);
+        parent->childRowsKnown_ = false;
+    } else {
+        root_ = nullptr;
+    }
+    std::vector<Node*> gone{&node};
+    for (TreeWalk walk(node); Node* below = walk.next();)
+        gone.push_back(below);
+    for (Node* each : gone) {
+        unlink(*each);
+        nodes_.take(each->key_);
+    }
+    if (listener_ != nullptr) listener_->removed();
+}
+
+void ConfigTree::unlink(Node& node) {
+    (node.addedBefore_ == nullptr ? firstAdded_ : node.addedBefore_->addedAfter_) =
+        node.addedAfter_;
+    (node.addedAfter_ == nullptr ? lastAdded_ : node.addedAfter_->addedBefore_) = node.addedBefore_;
+}
+
+void ConfigTree::clear() {
+    if (listener_ != nullptr) listener_->aboutToReset();
+    root_ = selected_ = firstAdded_ = lastAdded_ = nullptr;
+    nodes_.clear();
+    if (listener_ != nullptr) listener_->reset();
+}
+
+void ConfigTree::setKey(Node& node, std::string key) {
+    if (key == node.key()) return;
+    if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
+    if (nodes_.find(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+    auto taken = nodes_.take(node.key_);
+    taken->key_ = std::move(key);
+    nodes_.add(std::move(taken));
+    if (listener_ != nullptr) listener_->changed(node);
+}
+
+void ConfigTree::setText(Node& node, std::string text) {
+    node.text_ = std::move(text);
+    if (listener_ != nullptr) listener_->changed(node);
+}
+
+void ConfigTree::sortChildren(Node& node) {
+    const auto before = [](const Node* a, const Node* b) {
+        return alphabeticallyBefore(a->text_, b->text_);
+    };
+    if (std::ranges::is_sorted(node.children_, before)) return;
+    if (listener_ != nullptr) listener_->aboutToReorder(node);
+    std::ranges::stable_sort(node.children_, before);
+    node.childRowsKnown_ = false;
+    if (listener_ != nullptr) listener_->reordered(node);
+}
+
+void ConfigTree::select(Node* node) {
+    if (node == selected_) return;
+    selected_ = node;
+    if (listener_ != nullptr) listener_->selectionChanged();
+}
+
+void ConfigTree::ensureVisible(Node& node) {
+    for (Node* above = node.parent_; above != nullptr; above = above->parent_)
+        above->expanded_ = true;
+    if (listener_ != nullptr) listener_->madeVisible(node);
+}
+
+int ConfigTree::rowOf(const Node& node) {
+    const Node* parent = node.parent_;
+    if (parent == nullptr) return 0;
+    if (!parent->childRowsKnown_) {
+        std::uint32_t row = 0;
+        for (const Node* child : parent->children_)
+            child->row_ = row++;
+        parent->childRowsKnown_ = true;
+    }
+    return static_cast<int>(node.row_);
+}
+
+TreeWalk::TreeWalk(const Node& top) : current_(&top) {}
+
+Node* TreeWalk::next() {
+    if (entered_ && !current_->children().empty()) {
+        path_.push_back({current_, 0});
+    } else {
+        while (!path_.empty() && ++path_.back().child == path_.back().parent->children().size())
+            path_.pop_back();
+    }
+    entered_ = true;
+    if (path_.empty()) return nullptr;
+    Node* node = path_.back().parent->children()[path_.back().child];
+    current_ = node;
+    return node;
+}

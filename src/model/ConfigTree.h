@@ -1,0 +1,207 @@
+// The tree of a configuration: the only source of its structure and order.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/KeyedSet.h"
+
+/// What a node stands for. Its tag is the name under which rules and views know the kind.
+enum class NodeKind : std::uint8_t { config, plc, branch, item };
+
+/// "config", "plc", "branch" or "item".
+std::string_view tagOf(NodeKind kind);
+
+/// One node: a key that is unique in the whole tree, the text that the user sees, a kind, and a
+/// place among its siblings. Changed through its tree only.
+class Node {
+ public:
+    const std::string& key() const { return key_; }
+    const std::string& text() const { return text_; }
+    NodeKind kind() const { return kind_; }
+    std::string_view tag() const { return tagOf(kind_); }
+    /// The key of the node's picture; that of the root belongs to the views.
+    std::string_view image() const { return tag(); }
+    /// Null for the root.
+    Node* parent() const { return parent_; }
+    /// First child to last.
+    const std::vector<Node*>& children() const { return children_; }
+    /// True when the views show the node's children.
+    bool expanded() const { return expanded_; }
+
+ private:
+    friend class ConfigTree;
+
+    std::string key_;
+    std::string text_;
+    Node* parent_ = nullptr;
+    std::vector<Node*> children_;
+    // All nodes are linked in the order in which they were added.
+    Node* addedBefore_ = nullptr;
+    Node* addedAfter_ = nullptr;
+    mutable std::uint32_t row_ = 0;
+    mutable bool childRowsKnown_ = true;
+    NodeKind kind_ = NodeKind::config;
+    bool expanded_ = false;
+};
+
+/// The configuration tree: one root, any depth. Nodes are found by key (matched exactly) in
+/// constant time. It also holds which node is selected, because the rules of names and keys
+/// start there.
+///
+///     tree.AddNode("", "config", "C:\\house.xml", NodeKind::config);
+///     tree.AddNode("config", "Plant", "Plant", NodeKind::plc);
+///     tree.AddNode("Plant", "Plant.Floor1", "Floor1", NodeKind::branch);
+class ConfigTree {
+ public:
+    /// Hears of every change, so that a view can follow. The calls in pairs enclose the change.
+    class Listener {
+     public:
+        Listener() = default;
+        Listener(const Listener&) = delete;
+        Listener& operator=(const Listener&) = delete;
+        Listener(Listener&&) = delete;
+        Listener& operator=(Listener&&) = delete;
+        virtual ~Listener() = default;
+
+        /// `parent` is null for the root; `row` is the place that the new node takes.
+        virtual void aboutToAdd(const Node* parent, int row) = 0;
+        virtual void added() = 0;
+        virtual void aboutToRemove(const Node& node) = 0;
+        virtual void removed() = 0;
+        /// The node's text or key is another one.
+        virtual void changed(const Node& node) = 0;
+        virtual void aboutToReorder(const Node& parent) = 0;
+        virtual void reordered(const Node& parent) = 0;
+        /// Everything may have changed; nodes that a view knew may be gone.
+        virtual void aboutToReset() = 0;
+        virtual void reset() = 0;
+        /// Another node, or none, is selected.
+        virtual void selectionChanged() = 0;
+        /// The node is to be scrolled into view; its parents are expanded.
+        virtual void madeVisible(const Node& node) = 0;
+    };
+
+    /// While one lives, the listener hears nothing of what is added; at its end, one reset.
+    /// Nothing may be removed meanwhile.
+    class BulkAdd {
+     public:
+        explicit BulkAdd(ConfigTree& tree);
+        BulkAdd(const BulkAdd&) = delete;
+        BulkAdd& operator=(const BulkAdd&) = delete;
+        BulkAdd(BulkAdd&&) = delete;
+        BulkAdd& operator=(BulkAdd&&) = delete;
+        ~BulkAdd();
+
+     private:
+        ConfigTree& tree_;
+        Listener* listener_;
+    };
+
+    ConfigTree() = default;
+    ConfigTree(const ConfigTree&) = delete;
+    ConfigTree& operator=(const ConfigTree&) = delete;
+    ConfigTree(ConfigTree&&) = delete;
+    ConfigTree& operator=(ConfigTree&&) = delete;
+    ~ConfigTree() = default;
+
+    /// The one listener, or null.
+    void setListener(Listener* listener) { listener_ = listener; }
+
+    /// Appends a node as last child of the node with the key `parentKey` (empty for the root).
+    /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
+    /// the parent does not, and ErrorNumber::invalidCall for an empty key or a second root.
+    Node& AddNode(std::string_view parentKey, std::string key, std::string text, NodeKind kind);
+
+    /// The node with that key, or null.
+    Node* FindNode(std::string_view key) const;
+
+    /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
+    Node& nodeAt(std::string_view key) const;
+
+    /// First child to last.
+    static const std::vector<Node*>& GetChildren(const Node& node) { return node.children_; }
+
+    /// Takes the node and everything below it out of the tree. When the selected node goes with
+    /// it, the node's next sibling, else its previous one, else its parent becomes selected.
+    void remove(Node& node);
+
+    void clear();
+
+    /// Raises ErrorNumber::keyNotUnique when another node has the key, and
+    /// ErrorNumber::invalidCall for an empty key; then nothing has changed.
+    void setKey(Node& node, std::string key);
+    void setText(Node& node, std::string text);
+
+    /// Puts the node's children into alphabetical order of their texts; equal texts keep their
+    /// order. Children added later are appended as ever.
+    void sortChildren(Node& node);
+
+    /// Null before there is one.
+    Node* root() const { return root_; }
+
+    /// Null when no node is selected.
+    Node* selected() const { return selected_; }
+    void select(Node* node);
+
+    /// Expands all parents of the node and has the view scroll to it.
+    void ensureVisible(Node& node);
+    void setExpanded(Node& node, bool expanded) { node.expanded_ = expanded; }
+
+    /// The node's place among its siblings, from 0.
+    static int rowOf(const Node& node);
+
+    std::size_t count() const { return nodes_.size(); }
+
+    /// Makes room for so many more nodes at once.
+    void reserve(std::size_t more) { nodes_.reserve(more); }
+
+    /// All nodes begin here, in the order in which they were added; null when there is none.
+    Node* firstAdded() const { return firstAdded_; }
+    static Node* addedAfter(const Node& node) { return node.addedAfter_; }
+
+ private:
+    void unlink(Node& node);
+
+    struct Keys {
+        static std::string_view keyOf(const Node& node) { return node.key_; }
+        static std::size_t hash(std::string_view key) { return std::hash<std::string_view>()(key); }
+        static bool equal(std::string_view a, std::string_view b) { return a == b; }
+    };
+
+    KeyedSet<Node, Keys> nodes_;
+    Node* root_ = nullptr;
+    Node* selected_ = nullptr;
+    Node* firstAdded_ = nullptr;
+    Node* lastAdded_ = nullptr;
+    Listener* listener_ = nullptr;
+};
+
+/// Walks everything below a node, each node before its children, children first to last. No
+/// recursion: a tree may be as deep as a file makes it.
+///
+///     for (TreeWalk walk(top); Node* node = walk.next();) ...
+class TreeWalk {
+ public:
+    explicit TreeWalk(const Node& top);
+
+    /// The next node; null at the end.
+    Node* next();
+    /// Passes over what is below the node that next() gave last.
+    void skipChildren() { entered_ = false; }
+    /// How deep that node lies below the top: 1 for a child of the top.
+    std::size_t depth() const { return path_.size(); }
+
+ private:
+    struct Place {
+        const Node* parent;
+        std::size_t child;
+    };
+    std::vector<Place> path_;
+    const Node* current_;
+    bool entered_ = true;
+};

@@ -1,0 +1,70 @@
+// The open configuration and its state.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "model/ConfigTree.h"
+#include "model/GlobalSets.h"
+#include "model/Registry.h"
+#include "model/clsBranch.h"
+#include "model/clsItem.h"
+#include "model/clsPLC.h"
+
+/// The one document of the editor: the tree (structure and order), the three registries of
+/// records (data), the global settings and the state that commands share.
+class Document {
+ public:
+    /// The key of the root node, under which the devices stand.
+    static constexpr const char* rootKey = "config";
+
+    ConfigTree& tree() { return tree_; }
+    const ConfigTree& tree() const { return tree_; }
+    Registry<clsPLC>& devices() { return devices_; }
+    const Registry<clsPLC>& devices() const { return devices_; }
+    Registry<clsItem>& items() { return items_; }
+    const Registry<clsItem>& items() const { return items_; }
+    Registry<clsBranch>& branches() { return branches_; }
+    const Registry<clsBranch>& branches() const { return branches_; }
+    GlobalSets& settings() { return settings_; }
+    const GlobalSets& settings() const { return settings_; }
+
+    /// A configuration, new or loaded, is shown.
+    bool open = false;
+    /// It has no unsaved change.
+    bool saved = false;
+
+    /// They number default names. Wider than the 16 bits that this state has elsewhere: a
+    /// configuration may hold all 65,536 group addresses, and the next name needs a number too.
+    int deviceCounter = 0;
+    int branchCounter = 0;
+    int itemCounter = 0;
+
+    /// One more than the number of records of each kind.
+    void setCountersFromRecords();
+
+    /// Path of the configuration file: the root's text. Raises ErrorNumber::objectNotSet when
+    /// there is no root.
+    const std::string& currentPath() const;
+
+    /// Enters a record in its registry and appends its node, made visible, in the tree: a device
+    /// below the root, a branch or an item below the node that its key names as parent. Raises
+    /// ErrorNumber::keyTaken or the errors of ConfigTree::AddNode; then nothing has changed.
+    Node& enter(const std::shared_ptr<clsPLC>& device);
+    Node& enter(const std::shared_ptr<clsBranch>& branch);
+    Node& enter(const std::shared_ptr<clsItem>& item);
+
+    /// Empties the tree and the registries.
+    void clear();
+
+    /// Empties the tree and the registries and adds the root for the file at `path`, visible and
+    /// selected.
+    void startAt(std::string path);
+
+ private:
+    ConfigTree tree_;
+    Registry<clsPLC> devices_;
+    Registry<clsItem> items_;
+    Registry<clsBranch> branches_;
+    GlobalSets settings_;
+};

@@ -1,0 +1,74 @@
+#include "model/ListView.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+const std::string& ListView::Row::cell(std::size_t column) const {
+    static const std::string none;
+    if (column == 0) return text;
+    return column <= subItems.size() ? subItems[column - 1] : none;
+}
+
+ListView::Update::Update(ListView& list) : list_(list) {
+    if (list_.updates_++ == 0 && list_.listener_ != nullptr) list_.listener_->aboutToReset();
+}
+
+ListView::Update::~Update() {
+    if (--list_.updates_ == 0 && list_.listener_ != nullptr) list_.listener_->reset();
+}
+
+void ListView::setView(View view) {
+    view_ = view;
+    if (listener_ != nullptr) listener_->viewChanged();
+}
+
+void ListView::setColumns(std::vector<Column> columns) {
+    const Update update(*this);
+    columns_ = std::move(columns);
+    if (listener_ != nullptr) listener_->columnsBuilt();
+}
+
+void ListView::clearRows() {
+    const Update update(*this);
+    rowOfKey_.clear();
+    rows_.clear();
+    current_.reset();
+}
+
+void ListView::addRow(Row row) {
+    const Update update(*this);
+    if (rowOfKey_.contains(row.key)) throw RunTimeError(ErrorNumber::keyNotUnique);
+    rows_.push_back(std::move(row));
+    rowOfKey_.emplace(rows_.back().key, rows_.size() - 1);
+}
+
+std::optional<std::size_t> ListView::findRow(std::string_view key) const {
+    const auto place = rowOfKey_.find(key);
+    if (place == rowOfKey_.end()) return std::nullopt;
+    return place->second;
+}
+
+void ListView::setLastRowSubItem(std::size_t subItem, std::string text) {
+    const Update update(*this);
+    rows_.back().subItems.at(subItem) = std::move(text);
+}
+
+const ListView::Row* ListView::selectedRow() const {
+    if (!current_ || !rows_[*current_].selected) return nullptr;
+    return &rows_[*current_];
+}
+
+void ListView::sortBy(std::size_t column) {
+    const Update update(*this);
+    const std::string current = current_ ? rows_[*current_].key : std::string();
+    std::ranges::stable_sort(rows_, [column](const Row& a, const Row& b) {
+        return alphabeticallyBefore(a.cell(column), b.cell(column));
+    });
+    rowOfKey_.clear();
+    for (std::size_t row = 0; row < rows_.size(); ++row)
+        rowOfKey_.emplace(rows_[row].key, row);
+    if (current_) current_ = findRow(current);
+}

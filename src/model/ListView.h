@@ -1,0 +1,114 @@
+// The contents list: columns, rows, selection, order and view mode, as plain data.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <deque>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+/// What the list beside the tree shows. A view follows it through its listener.
+class ListView {
+ public:
+    enum class View { icon, smallIcon, list, report };
+
+    /// A column header; the width is a fraction of the list's own width at the moment when the
+    /// columns are built.
+    struct Column {
+        std::string text;
+        double width;
+    };
+
+    /// A row is keyed by the node that it shows. `text` stands in the first column, the
+    /// sub-items in those after it.
+    struct Row {
+        std::string key;
+        std::string text;
+        std::array<std::string, 5> subItems;
+        std::string icon;       ///< key of the large picture
+        std::string smallIcon;  ///< key of the small picture
+        bool selected = false;
+
+        /// The text in a column, counted from 0; empty beyond the last.
+        const std::string& cell(std::size_t column) const;
+    };
+
+    class Listener {
+     public:
+        Listener() = default;
+        Listener(const Listener&) = delete;
+        Listener& operator=(const Listener&) = delete;
+        Listener(Listener&&) = delete;
+        Listener& operator=(Listener&&) = delete;
+        virtual ~Listener() = default;
+
+        virtual void aboutToReset() = 0;
+        virtual void reset() = 0;
+        /// The columns are new, and with them their widths; told within a change of rows.
+        virtual void columnsBuilt() = 0;
+        virtual void viewChanged() = 0;
+    };
+
+    /// Every change of columns and rows stands between an aboutToReset and a reset; all that
+    /// happens while an Update lives is one such change.
+    class Update {
+     public:
+        explicit Update(ListView& list);
+        Update(const Update&) = delete;
+        Update& operator=(const Update&) = delete;
+        Update(Update&&) = delete;
+        Update& operator=(Update&&) = delete;
+        ~Update();
+
+     private:
+        ListView& list_;
+    };
+
+    ListView() = default;
+    ListView(const ListView&) = delete;
+    ListView& operator=(const ListView&) = delete;
+    ListView(ListView&&) = delete;
+    ListView& operator=(ListView&&) = delete;
+    ~ListView() = default;
+
+    void setListener(Listener* listener) { listener_ = listener; }
+
+    View view() const { return view_; }
+    void setView(View view);
+
+    const std::vector<Column>& columns() const { return columns_; }
+    void setColumns(std::vector<Column> columns);
+
+    const std::deque<Row>& rows() const { return rows_; }
+    void clearRows();
+    /// Appends a row. Raises ErrorNumber::keyNotUnique when a row has its key.
+    void addRow(Row row);
+    /// The place of the row with that key, if there is one.
+    std::optional<std::size_t> findRow(std::string_view key) const;
+    /// Sets the text in a column after the first of the last row.
+    void setLastRowSubItem(std::size_t subItem, std::string text);
+
+    /// The view tells which rows the user has selected.
+    void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }
+    /// The row that the user selected last; the rules of single rows start from it.
+    const Row* selectedRow() const;
+    void setCurrentRow(std::optional<std::size_t> row) { current_ = row; }
+    std::optional<std::size_t> currentRow() const { return current_; }
+
+    /// Sorts the rows by the displayed texts of a column, always ascending; rows that show the
+    /// same text keep their order.
+    void sortBy(std::size_t column);
+
+ private:
+    View view_ = View::report;
+    std::vector<Column> columns_;
+    std::deque<Row> rows_;
+    // The keys are views of the rows' own, which a deque leaves where they are.
+    std::unordered_map<std::string_view, std::size_t> rowOfKey_;
+    std::optional<std::size_t> current_;
+    Listener* listener_ = nullptr;
+    int updates_ = 0;
+};

@@ -1,0 +1,100 @@
+#include "model/Numbers.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <system_error>
+
+#include "model/RunTimeError.h"
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+std::size_t skipDigits(std::string_view text, std::size_t i) {
+    while (i < text.size() && isDigit(text[i]))
+        ++i;
+    return i;
+}
+
+/// The length of the unsigned decimal number that the text begins with; 0 when there is none.
+std::size_t numberLength(std::string_view text) {
+    std::size_t end = skipDigits(text, 0);
+    std::size_t digits = end;
+    if (end < text.size() && text[end] == '.') {
+        const std::size_t fractionEnd = skipDigits(text, end + 1);
+        digits += fractionEnd - (end + 1);
+        end = fractionEnd;
+    }
+    if (digits == 0) return 0;
+    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
+        std::size_t exponent = end + 1;
+        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+        const std::size_t exponentEnd = skipDigits(text, exponent);
+        if (exponentEnd > exponent) end = exponentEnd;
+    }
+    return end;
+}
+
+/// For a number that a double cannot hold: true when it is too large, false when too small.
+bool isHuge(std::string_view number) {
+    const auto end = std::min(number.find_first_of("eE"), number.size());
+    const auto point = static_cast<long>(std::min(number.find('.'), end));
+    const auto firstDigit = static_cast<long>(number.find_first_of("123456789"));
+    long exponent = 0;
+    if (end < number.size()) {
+        constexpr long beyondAnyText = std::numeric_limits<long>::max() / 4;
+        const bool negative = number[end + 1] == '-';
+        const auto digits = number.substr(number.find_first_of("0123456789", end));
+        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+        if (result.ec != std::errc()) exponent = beyondAnyText;
+        exponent = std::min(exponent, beyondAnyText);
+        if (negative) exponent = -exponent;
+    }
+    return point - firstDigit + exponent > 0;
+}
+
+/// The number rounded with halves to even, whatever rounding mode the process is in.
+double roundHalvesToEven(double number) {
+    const double below = std::floor(number);
+    const double fraction = number - below;
+    if (fraction < 0.5) return below;
+    if (fraction > 0.5) return below + 1;
+    return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+template <typename Integer>
+Integer roundTo(double number) {
+    const double rounded = roundHalvesToEven(number);
+    if (!(rounded >= std::numeric_limits<Integer>::min() &&
+          rounded <= std::numeric_limits<Integer>::max())) {
+        throw RunTimeError(ErrorNumber::overflow);
+    }
+    return static_cast<Integer>(rounded);
+}
+
+}  // namespace
+
+double leadingNumber(std::string_view text) {
+    const auto start = text.find_first_not_of(" \t");
+    if (start == std::string_view::npos) return 0;
+    text.remove_prefix(start);
+    const bool negative = text.front() == '-';
+    if (negative || text.front() == '+') text.remove_prefix(1);
+    text = text.substr(0, numberLength(text));
+    if (text.empty()) return 0;
+
+    double number = 0;
+    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (result.ec == std::errc::result_out_of_range) {
+        number = isHuge(text) ? std::numeric_limits<double>::infinity() : 0;
+    }
+    return negative ? -number : number;
+}
+
+std::int16_t readInt16(std::string_view text) { return roundTo<std::int16_t>(leadingNumber(text)); }
+
+std::int32_t readInt32(std::string_view text) { return roundTo<std::int32_t>(leadingNumber(text)); }
+
+std::int32_t roundToInt32(double number) { return roundTo<std::int32_t>(number); }

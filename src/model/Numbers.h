@@ -1,0 +1,18 @@
+// The one place where numbers are read from text.
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+/// The number at the beginning of the text: blanks, a sign, digits, a decimal point (always "."),
+/// an exponent. Reading stops at the first character that cannot continue it: "250ms" is 250,
+/// "abc" and "" are 0. Never "inf" or "nan" by name; a number too large for a double is infinite.
+double leadingNumber(std::string_view text);
+
+/// The leading number rounded to an integer, halves to even (2.5 is 2, 3.5 is 4).
+/// Raises ErrorNumber::overflow when it does not fit the type.
+std::int16_t readInt16(std::string_view text);
+std::int32_t readInt32(std::string_view text);
+
+/// The number rounded as above. Raises ErrorNumber::overflow.
+std::int32_t roundToInt32(double number);

@@ -1,0 +1,159 @@
+// The keyed collections that hold the records of a configuration.
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "model/KeyedSet.h"
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+/// An ordered, keyed collection of shared records: insertion order, keys matched without regard
+/// to letter case; adding, finding and removing take constant time.
+///
+///     Registry<clsItem> items;
+///     items.add(item, "Plant.Floor1.Light3");
+///     items.at("plant.floor1.light3")->sComment = "Hall";
+///     for (const auto& [key, item] : items) ...
+///
+/// Records are shared pointers because the editor clipboard keeps a removed item alive and
+/// because one record may stand under two keys (a copy made by dragging).
+template <typename T>
+class Registry {
+    struct Entry {
+        std::string key;
+        std::shared_ptr<T> record;
+        Entry* previous = nullptr;
+        Entry* next = nullptr;
+    };
+
+ public:
+    /// What an iterator gives: the key and the record of one entry.
+    struct Reference {
+        const std::string& key;
+        const std::shared_ptr<T>& record;
+    };
+
+    /// Walks the entries in insertion order.
+    class Iterator {
+     public:
+        using difference_type = std::ptrdiff_t;
+        using value_type = Reference;
+
+        Iterator() = default;
+        explicit Iterator(const Entry* entry) : entry_(entry) {}
+        Reference operator*() const { return {entry_->key, entry_->record}; }
+        Iterator& operator++() {
+            entry_ = entry_->next;
+            return *this;
+        }
+        Iterator operator++(int) {
+            Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const Iterator&) const = default;
+
+     private:
+        const Entry* entry_ = nullptr;
+    };
+
+    Registry() = default;
+    Registry(const Registry&) = delete;
+    Registry& operator=(const Registry&) = delete;
+    Registry(Registry&&) = delete;
+    Registry& operator=(Registry&&) = delete;
+    ~Registry() = default;
+
+    std::size_t count() const { return entries_.size(); }
+    Iterator begin() const { return Iterator(first_); }
+    Iterator end() const { return Iterator(); }
+
+    /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key is there
+    /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
+    void add(std::shared_ptr<T> record, std::string key) {
+        if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
+        Entry* added = entries_.add(
+            std::make_unique<Entry>(Entry{std::move(key), std::move(record), last_, nullptr}));
+        if (added == nullptr) throw RunTimeError(ErrorNumber::keyTaken);
+        append(added);
+    }
+
+    /// Makes room for so many more entries at once.
+    void reserve(std::size_t more) { entries_.reserve(more); }
+
+    /// The record under the key; null when there is none.
+    std::shared_ptr<T> find(std::string_view key) const {
+        const Entry* entry = entries_.find(key);
+        return entry == nullptr ? nullptr : entry->record;
+    }
+
+    /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
+    const std::shared_ptr<T>& at(std::string_view key) const { return entryAt(key).record; }
+
+    /// The record that was added last. Raises ErrorNumber::invalidCall when there is none.
+    const std::shared_ptr<T>& last() const {
+        if (last_ == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        return last_->record;
+    }
+
+    /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
+    void remove(std::string_view key) {
+        unlink(entryAt(key));
+        entries_.take(key);
+    }
+
+    /// Moves the entry under `oldKey` to the end, under `newKey`; `changeRecord` is called on its
+    /// record. Raises ErrorNumber::invalidCall when there is no such entry or the new key is
+    /// empty, and ErrorNumber::keyTaken when another entry has the new key; then nothing has
+    /// changed.
+    template <typename Change>
+    void rekey(std::string_view oldKey, const std::string& newKey, Change&& changeRecord) {
+        if (newKey.empty()) throw RunTimeError(ErrorNumber::invalidCall);
+        const Entry& entry = entryAt(oldKey);
+        const Entry* holder = entries_.find(newKey);
+        if (holder != nullptr && holder != &entry) throw RunTimeError(ErrorNumber::keyTaken);
+        auto record = entry.record;
+        remove(oldKey);
+        std::forward<Change>(changeRecord)(*record);
+        add(std::move(record), newKey);
+    }
+
+    void clear() {
+        entries_.clear();
+        first_ = last_ = nullptr;
+    }
+
+ private:
+    struct Keys {
+        static std::string_view keyOf(const Entry& entry) { return entry.key; }
+        static std::size_t hash(std::string_view key) { return hashIgnoringCase(key); }
+        static bool equal(std::string_view a, std::string_view b) {
+            return equalIgnoringCase(a, b);
+        }
+    };
+
+    const Entry& entryAt(std::string_view key) const {
+        const Entry* entry = entries_.find(key);
+        if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        return *entry;
+    }
+
+    void append(Entry* entry) {
+        (last_ == nullptr ? first_ : last_->next) = entry;
+        last_ = entry;
+    }
+
+    void unlink(const Entry& entry) {
+        (entry.previous == nullptr ? first_ : entry.previous->next) = entry.next;
+        (entry.next == nullptr ? last_ : entry.next->previous) = entry.previous;
+    }
+
+    KeyedSet<Entry, Keys> entries_;
+    Entry* first_ = nullptr;
+    Entry* last_ = nullptr;
+};

@@ -1,0 +1,208 @@
+#include "model/Text.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+namespace {
+
+constexpr char32_t replacement = 0xFFFD;
+
+bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
+
+constexpr std::uint64_t everyByte(std::uint64_t byte) { return byte * 0x0101010101010101U; }
+
+char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+/// The capital of a character; see the header for which characters have one.
+char32_t upper(char32_t c) {
+    if (c < 0x80) return static_cast<char32_t>(upperAscii(static_cast<char>(c)));
+    if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return c - 0x20;  // à to þ, but not the sign ÷
+    switch (c) {
+        case 0x153: return 0x152;  // œ
+        case 0x161: return 0x160;  // š
+        case 0x17E: return 0x17D;  // ž
+        default: return c;
+    }
+}
+
+/// The capital without its accent, for alphabetical order (Latin-1 and Windows-1252 letters).
+char32_t baseLetter(char32_t c) {
+    c = upper(c);
+    if (c < 0xC0) return c;
+    if (c <= 0xDF) {
+        static constexpr std::string_view bases = "AAAAAAACEEEEIIIIDNOOOOO*OUUUUYTS";
+        return c == 0xD7 ? c : static_cast<char32_t>(bases[c - 0xC0]);
+    }
+    switch (c) {
+        case 0xFF:
+        case 0x178: return U'Y';
+        case 0x152: return U'O';
+        case 0x160: return U'S';
+        case 0x17D: return U'Z';
+        default: return c;
+    }
+}
+
+void appendUtf8(std::string& out, char32_t c) {
+    if (c < 0x80) {
+        out += static_cast<char>(c);
+    } else if (c < 0x800) {
+        out += static_cast<char>(0xC0 | (c >> 6));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else if (c < 0x10000) {
+        out += static_cast<char>(0xE0 | (c >> 12));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    } else {
+        out += static_cast<char>(0xF0 | (c >> 18));
+        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
+        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
+        out += static_cast<char>(0x80 | (c & 0x3F));
+    }
+}
+
+/// The first eight bytes of the text, where there are so many and all are ASCII.
+std::optional<std::uint64_t> asciiBlock(std::string_view text) {
+    std::uint64_t bytes = 0;
+    if (text.size() < sizeof bytes) return std::nullopt;
+    std::memcpy(&bytes, text.data(), sizeof bytes);
+    if ((bytes & everyByte(0x80)) != 0) return std::nullopt;
+    return bytes;
+}
+
+/// The same eight ASCII characters in capitals.
+std::uint64_t upperAscii(std::uint64_t block) {
+    const std::uint64_t fromA = block + everyByte(0x80 - 'a');       // top bit: not before "a"
+    const std::uint64_t afterZ = block + everyByte(0x80 - 'z' - 1);  // top bit: after "z"
+    const std::uint64_t lower = fromA & ~afterZ & everyByte(0x80);
+    return block - (lower >> 2U);
+}
+
+/// How many ASCII characters the text begins with.
+std::size_t asciiLength(std::string_view text) {
+    std::size_t i = 0;
+    while (asciiBlock(text.substr(i)))
+        i += sizeof(std::uint64_t);
+    while (i < text.size() && isAscii(text[i]))
+        ++i;
+    return i;
+}
+
+/// The bytes that follow a lead byte; 0 for a byte that leads nothing.
+std::size_t continuationBytes(unsigned char lead) {
+    if (lead >= 0xC2 && lead <= 0xDF) return 1;
+    if (lead >= 0xE0 && lead <= 0xEF) return 2;
+    if (lead >= 0xF0 && lead <= 0xF4) return 3;
+    return 0;
+}
+
+}  // namespace
+
+char32_t nextCharacter(std::string_view text, std::size_t& position) {
+    const auto lead = static_cast<unsigned char>(text[position++]);
+    if (lead < 0x80) return lead;
+    const std::size_t count = continuationBytes(lead);
+    if (count == 0 || position + count > text.size()) return replacement;
+    auto c = static_cast<char32_t>(lead & (0x3FU >> count));
+    for (std::size_t i = 0; i < count; ++i) {
+        const auto next = static_cast<unsigned char>(text[position + i]);
+        if ((next & 0xC0) != 0x80) return replacement;
+        c = (c << 6) | (next & 0x3FU);
+    }
+    // Longer forms than need be, halves of surrogate pairs and numbers beyond the last character
+    // are not UTF-8: a "<" must not pass in disguise.
+    const bool wellFormed = count == 1 ||
+                            (count == 2 && c >= 0x800 && (c < 0xD800 || c > 0xDFFF)) ||
+                            (count == 3 && c >= 0x10000 && c <= 0x10FFFF);
+    if (!wellFormed) return replacement;
+    position += count;
+    return c;
+}
+
+void appendUpperCase(std::string& out, std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        if (isAscii(text[i])) {
+            out += upperAscii(text[i++]);
+            continue;
+        }
+        const std::size_t start = i;
+        const char32_t c = nextCharacter(text, i);
+        if (c == replacement) {
+            out.append(text.substr(start, i - start));
+        } else {
+            appendUtf8(out, upper(c));
+        }
+    }
+}
+
+std::string upperCase(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    appendUpperCase(out, text);
+    return out;
+}
+
+bool equalIgnoringCase(std::string_view a, std::string_view b) {
+    // Case never changes the length; most texts compared are equal to the byte.
+    if (a.size() != b.size()) return false;
+    if (a == b) return true;
+    for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+        if (isAscii(a[i]) && isAscii(b[j])) {
+            if (upperAscii(a[i++]) != upperAscii(b[j++])) return false;
+        } else if (upper(nextCharacter(a, i)) != upper(nextCharacter(b, j))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+std::size_t hashIgnoringCase(std::string_view text) {
+    // The steps of FNV-1a, 64 bits (http://www.isthe.com/chongo/tech/comp/fnv/), taken over
+    // eight ASCII characters at a time where there are so many, else over one character. Texts
+    // that differ in case only are cut at the same places.
+    std::uint64_t hash = 0xCBF29CE484222325U;
+    const auto step = [&hash](std::uint64_t value) {
+        hash = (hash ^ value) * 0x100000001B3U;
+        hash ^= hash >> 29U;
+    };
+    for (std::size_t i = 0; i < text.size();) {
+        if (const auto block = asciiBlock(text.substr(i))) {
+            step(upperAscii(*block));
+            i += sizeof *block;
+        } else {
+            step(upper(nextCharacter(text, i)));
+        }
+    }
+    return static_cast<std::size_t>(hash);
+}
+
+bool alphabeticallyBefore(std::string_view a, std::string_view b) {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < a.size() && j < b.size()) {
+        const char32_t x = baseLetter(nextCharacter(a, i));
+        const char32_t y = baseLetter(nextCharacter(b, j));
+        if (x != y) return x < y;
+    }
+    if ((i < a.size()) != (j < b.size())) return j < b.size();
+    return a < b;
+}
+
+std::string trimBlanks(std::string_view text) {
+    const auto first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+}
+
+void appendLatin1(std::string& out, std::string_view text) {
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t ascii = asciiLength(text.substr(i));
+        out.append(text, i, ascii);
+        i += ascii;
+        if (i == text.size()) break;
+        const char32_t c = nextCharacter(text, i);
+        out += c <= 0xFF ? static_cast<char>(c) : '?';
+    }
+}

@@ -1,0 +1,21 @@
+// The branch record.
+#pragma once
+
+#include <string>
+
+#include "model/XmlElement.h"
+
+/// A branch: a named folder below a device or another branch.
+class clsBranch {
+ public:
+    std::string sName;
+    /// The node key: the parent's key, ".", and the name.
+    std::string sKey;
+
+    /// From a file's element that stands in the contents of the device of that name: the
+    /// branch's name is the element's, in upper case as readers report it.
+    void build(XmlElement element, const std::string& deviceName);
+
+    /// The key cut before its last "."; empty when it holds none.
+    std::string getParentKey() const;
+};

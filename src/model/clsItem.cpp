@@ -1,0 +1,177 @@
+#include "model/clsItem.h"
+
+#include <optional>
+#include <utility>
+
+#include "model/Generale.h"
+#include "model/Numbers.h"
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+namespace {
+
+/// The texts of a tag element's children; of several with one name, the first counts.
+class TagFields {
+ public:
+    explicit TagFields(XmlElement tag) {
+        for (auto child = tag.firstChild(); child; child = child.nextSibling()) {
+            auto* field = fieldOf(child.name());
+            if (field != nullptr && !*field) *field = child.text();
+        }
+    }
+
+    std::optional<std::string_view> name, comment, address, eistype, flag, accessrights, elements;
+
+ private:
+    std::optional<std::string_view>* fieldOf(std::string_view elementName) {
+        if (elementName == "NAME") return &name;
+        if (elementName == "COMMENT") return &comment;
+        if (elementName == "ADDRESS") return &address;
+        if (elementName == "EISTYPE") return &eistype;
+        if (elementName == "FLAG") return &flag;
+        if (elementName == "ACCESSRIGHTS") return &accessrights;
+        if (elementName == "ELEMENTS") return &elements;
+        return nullptr;
+    }
+};
+
+std::string_view required(const std::optional<std::string_view>& field) {
+    if (!field) throw RunTimeError(ErrorNumber::invalidUseOfNull);
+    return *field;
+}
+
+/// The number between "(" and "Byte)" in an ETS size text, less the blank before "Byte)". A size
+/// in bits leaves a piece of negative length: such a type cannot be imported.
+std::int16_t byteCount(std::string_view text) {
+    const auto position = [&](std::string_view part) {  // from 1; 0 where there is none
+        const auto found = text.find(part);
+        return found == std::string_view::npos ? 0 : static_cast<std::ptrdiff_t>(found) + 1;
+    };
+    const auto start = position("(") + 1;
+    const auto stop = position("Byte)") - 1;
+    if (stop < start) throw RunTimeError(ErrorNumber::invalidCall);
+    return readInt16(
+        text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(stop - start)));
+}
+
+}  // namespace
+
+bool clsItem::hasElements(std::string_view dataType) {
+    return dataType == "NOEIS" || dataType == "EIS12" || dataType == "EIS15";
+}
+
+void clsItem::SetByXml(XmlElement element, const std::string& deviceName) {
+    const TagFields fields(element);
+    sName = required(fields.name);
+    sComment = required(fields.comment);
+    sDataType = required(fields.eistype);
+    if (fields.elements) nElements = readInt16(*fields.elements);
+    sAddress = required(fields.address);
+    bFlag = required(fields.flag) == "READ";
+    sAccessRight = required(fields.accessrights);
+    sPlcname = deviceName;
+    sKey = joinKey(deviceName, GetXmlParentPath(element.parent()).append(sName));
+}
+
+void clsItem::SetByForm(const ItemFields& dialog, const Node* selected, bool keyFromParent) {
+    std::string key = BuildNodeKey(dialog.txtItemName, selected, keyFromParent);
+    if (hasElements(dialog.cmbDataType)) nElements = readInt16(dialog.txtElements);
+    sName = dialog.txtItemName;
+    sComment = dialog.txtComment;
+    sDataType = dialog.cmbDataType;
+    sAddress = trimBlanks(dialog.txtAddress[0]) + "/" + trimBlanks(dialog.txtAddress[1]) + "/" +
+               trimBlanks(dialog.txtAddress[2]);
+    sAccessRight = dialog.cmbAccessRight;
+    bFlag = dialog.optRead;
+    sKey = std::move(key);
+}
+
+std::string clsItem::SetByEts(const std::vector<std::string>& fields) {
+    if (fields.size() < 3) throw RunTimeError(ErrorNumber::subscriptOutOfRange);
+    const std::string_view path = fields[0];
+    const auto addressDot = path.rfind('.');
+    if (addressDot == std::string_view::npos) {
+        throw RunTimeError(ErrorNumber::subscriptOutOfRange);
+    }
+    const std::string_view groups = path.substr(0, addressDot);
+    const auto middleDot = groups.rfind('.');  // npos + 1 is 0: a path without a main group
+    std::string device = CleanEtsName(groups.substr(middleDot + 1));
+
+    sName = CleanEtsName(fields[1]);
+    sAddress = path.substr(addressDot + 1);
+    // Loose on purpose: EIS 10 to EIS 15 hold "EIS 1" too.
+    if (fields[2].find("EIS 1") != std::string::npos) {
+        sDataType = "EIS1";
+    } else {
+        sDataType = "NOEIS";
+        nElements = byteCount(fields[2]);
+    }
+    sAccessRight = "READWRITE";
+    bFlag = false;
+    sKey = joinKey(device, sName);
+    return device;
+}
+
+void clsItem::SetByCopy(const clsItem& source, const std::string& targetParentKey,
+                        std::int16_t pasteCounter) {
+    sName = source.sName;
+    if (source.getParentKey() == targetParentKey) {
+        sName.append("_").append(std::to_string(pasteCounter));
+    }
+    sComment = source.sComment;
+    sDataType = source.sDataType;
+    nElements = source.nElements;
+    sAddress = source.sAddress;
+    sAccessRight = source.sAccessRight;
+    bFlag = source.bFlag;
+    sKey = joinKey(targetParentKey, sName);
+}
+
+std::string clsItem::getParentKey() const { return std::string(parentKeyOf(sKey)); }
+
+void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) const {
+    reportErrors(tell, "clsItem.AddToList", [&] {
+        list.addRow({.key = sKey,
+                     .text = sName,
+                     .subItems = {sComment, sDataType, sAddress, sAccessRight},
+                     .icon = sDataType,
+                     .smallIcon = "item"});
+        // The row stands, without its index, when the address is no number that fits.
+        if (withIndex) list.setLastRowSubItem(4, AddressToHex(sAddress, 4));
+    });
+}
+
+std::string clsItem::GetXmlTag(std::int16_t level) const {
+    const std::string outer = Indent(static_cast<std::size_t>(level));
+    const std::string nextField = "\r\n" + outer + "\t";
+    std::string out;
+    // All but the values is less than 200 characters and seven indentations.
+    out.reserve(200 + 9 * nextField.size() + sName.size() + sComment.size() + sAddress.size() +
+                sDataType.size() + sAccessRight.size());
+    const auto field = [&](std::string_view opening, std::string_view value,
+                           std::string_view closing) {
+        out.append(nextField).append(opening).append(value).append(closing);
+    };
+    out.append(outer).append("<tag>");
+    field("<name>", sName, "</name>");
+    field("<comment>", sComment, "</comment>");
+    field("<address>", sAddress, "</address>");
+    field("<eistype>", sDataType, "</eistype>");
+    field("<flag>", bFlag ? "READ" : "TRANSMIT", "</flag>");
+    field("<accessrights>", sAccessRight, "</accessrights>");
+    if (hasElements(sDataType)) field("<elements>", std::to_string(nElements), "</elements>");
+    out.append("\r\n").append(outer).append("</tag>");
+    return out;
+}
+
+std::string clsItem::CleanEtsName(std::string_view name) {
+    std::string clean;
+    clean.reserve(name.size());
+    for (std::size_t i = 0; i < name.size();) {
+        const char32_t c = nextCharacter(name, i);
+        const bool kept =
+            (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+        clean += kept ? static_cast<char>(c) : '_';
+    }
+    return clean;
+}

@@ -1,0 +1,40 @@
+// The contents list as the toolkit's views read it.
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QSize>
+
+#include "model/ListView.h"
+
+/// Shows the rows of the list, without a copy.
+class ListModel : public QAbstractTableModel, private ListView::Listener {
+    Q_OBJECT
+
+ public:
+    explicit ListModel(ListView& list, QObject* parent = nullptr);
+    ~ListModel() override;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+    /// The large pictures instead of the small ones.
+    void setLargeIcons(bool large) { largeIcons_ = large; }
+    /// The size of every cell; an invalid one leaves it to the texts.
+    void setCellSize(QSize size) { cellSize_ = size; }
+
+ Q_SIGNALS:
+    void columnsRebuilt();
+    void viewModeChanged();
+
+ private:
+    void aboutToReset() override { beginResetModel(); }
+    void reset() override { endResetModel(); }
+    void columnsBuilt() override { Q_EMIT columnsRebuilt(); }
+    void viewChanged() override { Q_EMIT viewModeChanged(); }
+
+    ListView& list_;
+    bool largeIcons_ = false;
+    QSize cellSize_;
+};

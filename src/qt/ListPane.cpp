@@ -1,0 +1,147 @@
+#include "qt/ListPane.h"
+
+#include <QHeaderView>
+#include <QItemSelection>
+#include <QListView>
+#include <QScopedValueRollback>
+#include <QScrollBar>
+#include <QTreeView>
+
+namespace {
+
+constexpr int smallPicture = 16;
+constexpr int largePicture = 32;
+
+void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
+    view.setModel(model);
+    view.setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view.setSelectionBehavior(QAbstractItemView::SelectRows);
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view.setAccessibleName(name);
+}
+
+}  // namespace
+
+ListPane::ListPane(ListView& list, QWidget* parent)
+    : QStackedWidget(parent),
+      list_(list),
+      model_(new ListModel(list, this)),
+      report_(new QTreeView(this)),
+      icons_(new QListView(this)) {
+    prepare(*report_, model_, tr("Contents"));
+    report_->setRootIsDecorated(false);
+    report_->setUniformRowHeights(true);
+    report_->setAllColumnsShowFocus(true);
+    report_->header()->setStretchLastSection(false);
+    report_->header()->setSectionsClickable(true);
+    report_->header()->setSectionsMovable(false);
+
+    prepare(*icons_, model_, tr("Contents"));
+    icons_->setUniformItemSizes(true);
+    icons_->setMovement(QListView::Static);
+    icons_->setResizeMode(QListView::Adjust);
+
+    selection_ = report_->selectionModel();
+    icons_->setSelectionModel(selection_);
+    addWidget(report_);
+    addWidget(icons_);
+    showViewMode();
+
+    connect(model_, &ListModel::viewModeChanged, this, &ListPane::showViewMode);
+    connect(model_, &ListModel::columnsRebuilt, this, [this] { columnsRebuilt_ = true; });
+    connect(model_, &ListModel::modelReset, this, &ListPane::restoreAfterReset);
+    connect(selection_, &QItemSelectionModel::selectionChanged, this, &ListPane::selectionChanged);
+    connect(selection_, &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex& current) {
+                if (!current.isValid() || restoring_) return;
+                list_.setCurrentRow(static_cast<std::size_t>(current.row()));
+                Q_EMIT rowClicked();  // the keyboard chooses a row just as the mouse does
+            });
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
+        connect(view, &QAbstractItemView::clicked, this, &ListPane::rowClicked);
+        connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
+    }
+    connect(report_->header(), &QHeaderView::sectionClicked, this, [this](int section) {
+        Q_EMIT columnClicked(static_cast<std::size_t>(section));
+        report_->header()->setSortIndicator(section, Qt::AscendingOrder);
+        report_->header()->setSortIndicatorShown(true);
+    });
+}
+
+void ListPane::showViewMode() {
+    const auto mode = list_.view();
+    QWidget* const before = currentWidget();
+    if (mode == ListView::View::report) {
+        model_->setLargeIcons(false);
+        model_->setCellSize({});
+        setCurrentWidget(report_);
+    } else {
+        showIcons(mode == ListView::View::icon, mode == ListView::View::list);
+        setCurrentWidget(icons_);
+    }
+    if (before->hasFocus()) currentWidget()->setFocus();
+}
+
+void ListPane::showIcons(bool large, bool inColumns) {
+    const int side = large ? largePicture : smallPicture;
+    const int line = fontMetrics().height();
+    const int character = fontMetrics().averageCharWidth();
+    const QSize cell = large ? QSize(24 * character, side + 2 * line)
+                             : QSize(side + 26 * character, std::max(side, line) + 4);
+    model_->setLargeIcons(large);
+    model_->setCellSize(cell);
+    icons_->setViewMode(large ? QListView::IconMode : QListView::ListMode);
+    icons_->setMovement(QListView::Static);
+    icons_->setFlow(inColumns ? QListView::TopToBottom : QListView::LeftToRight);
+    icons_->setWrapping(true);
+    icons_->setIconSize({side, side});
+    icons_->setGridSize(cell);
+}
+
+void ListPane::setColumnWidths() {
+    const auto& columns = list_.columns();
+    // Not the viewport's, which has none before the list is shown for the first time.
+    const int ownWidth = width() - 2 * report_->frameWidth();
+    for (std::size_t i = 0; i < columns.size(); ++i)
+        report_->setColumnWidth(static_cast<int>(i), static_cast<int>(columns[i].width * ownWidth));
+    report_->header()->setSortIndicatorShown(false);
+    report_->horizontalScrollBar()->setValue(0);
+}
+
+void ListPane::restoreAfterReset() {
+    if (columnsRebuilt_) setColumnWidths();
+    columnsRebuilt_ = false;
+
+    const QScopedValueRollback guard(restoring_, true);
+    QItemSelection selected;
+    const auto& rows = list_.rows();
+    for (std::size_t first = 0; first < rows.size(); ++first) {
+        if (!rows[first].selected) continue;
+        std::size_t last = first;
+        while (last + 1 < rows.size() && rows[last + 1].selected)
+            ++last;
+        selected.select(model_->index(static_cast<int>(first), 0),
+                        model_->index(static_cast<int>(last), model_->columnCount() - 1));
+        first = last;
+    }
+    selection_->select(selected, QItemSelectionModel::ClearAndSelect);
+    if (const auto current = list_.currentRow()) {
+        selection_->setCurrentIndex(model_->index(static_cast<int>(*current), 0),
+                                    QItemSelectionModel::NoUpdate);
+    }
+}
+
+void ListPane::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) {
+    if (restoring_) return;
+    const auto mark = [this](const QItemSelection& ranges, bool value) {
+        for (const QItemSelectionRange& range : ranges) {
+            if (range.left() != 0) continue;  // a row is what its first column is
+            for (int row = range.top(); row <= range.bottom(); ++row)
+                list_.setSelected(static_cast<std::size_t>(row), value);
+        }
+    };
+    mark(deselected, false);
+    mark(selected, true);
+    if (!selected.isEmpty()) Q_EMIT rowClicked();
+}

@@ -1,0 +1,53 @@
+// The editor's main window.
+#pragma once
+
+#include <QMainWindow>
+#include <vector>
+
+#include "editor/frmEditing.h"
+
+class ListPane;
+class LoadingPanel;
+class QAction;
+class QToolBar;
+class TreePane;
+
+/// Binds the main form to the toolkit: what is clicked goes to the form's handlers, and what the
+/// form says of views, panel and commands is shown.
+class MainWindow : public QMainWindow, private frmEditing::Window {
+    Q_OBJECT
+
+ public:
+    MainWindow(frmEditing& form, Document& document);
+    ~MainWindow() override;
+
+ protected:
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+ private:
+    /// An action and the row of the command table that governs it.
+    struct Bound {
+        QAction* action;
+        const Command* command;
+    };
+
+    void buildMenus();
+    void buildToolbar();
+    void connectViews();
+    void layOut();
+
+    void formChanged() override;
+    void endApplication() override;
+
+    frmEditing& form_;
+    QWidget* client_;
+    QToolBar* toolbar_;
+    TreePane* tree_;
+    ListPane* list_;
+    LoadingPanel* panel_;
+    std::vector<Bound> bound_;
+    bool laidOut_ = false;
+    bool ending_ = false;
+};

@@ -1,0 +1,121 @@
+#include "qt/QtDesktop.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QMessageBox>
+#include <QStandardPaths>
+
+#include "model/Product.h"
+#include "model/RunTimeError.h"
+#include "qt/Text.h"
+
+namespace {
+
+/// A box that does not go away without an answer: between Yes and No, Escape or the closing of
+/// the box must not stand for one of them, as changes could be lost by it.
+class Box : public QMessageBox {
+ public:
+    Box(Icon icon, const std::string& text, StandardButtons buttons)
+        : QMessageBox(icon, toQt(productName), QString(), buttons, QApplication::activeWindow()),
+          mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
+        setTextFormat(Qt::PlainText);
+        setText(toQt(text));
+    }
+
+    /// The button that closed the box. The busy pointer rests meanwhile.
+    StandardButton ask() {
+        const bool busy = QGuiApplication::overrideCursor() != nullptr;
+        if (busy) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+        const auto answer = static_cast<StandardButton>(exec());
+        if (busy) QGuiApplication::restoreOverrideCursor();
+        return answer;
+    }
+
+ protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (mustAnswer_ && event->matches(QKeySequence::Cancel)) return;
+        QMessageBox::keyPressEvent(event);
+    }
+
+    void closeEvent(QCloseEvent* event) override {
+        if (mustAnswer_) {
+            event->ignore();
+        } else {
+            QMessageBox::closeEvent(event);
+        }
+    }
+
+ private:
+    bool mustAnswer_;
+};
+
+/// What the user chose, or the error for a cancelled chooser.
+std::string choose(QFileDialog& chooser, const FileFilter& filter) {
+    chooser.setNameFilter(toQt(filter.description) + "(" + toQt(filter.pattern) + ")");
+    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
+        throw RunTimeError(ErrorNumber::cancelled);
+    }
+    const QString path = chooser.selectedFiles().constFirst();
+    QDir::setCurrent(QFileInfo(path).absolutePath());  // the next chooser begins there
+    return fromQt(QDir::toNativeSeparators(path));
+}
+
+}  // namespace
+
+void QtDesktop::showMessage(const std::string& text) {
+    Box(QMessageBox::NoIcon, text, QMessageBox::Ok).ask();
+}
+
+bool QtDesktop::askYesNo(const std::string& text) {
+    return Box(QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No).ask() ==
+           QMessageBox::Yes;
+}
+
+Answer QtDesktop::askYesNoCancel(const std::string& text) {
+    const auto buttons = QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
+    switch (Box(QMessageBox::Question, text, buttons).ask()) {
+        case QMessageBox::Yes: return Answer::yes;
+        case QMessageBox::No: return Answer::no;
+        default: return Answer::cancel;
+    }
+}
+
+std::string QtDesktop::chooseFileToOpen(const std::string& title, const FileFilter& filter) {
+    QFileDialog chooser(QApplication::activeWindow(), toQt(title));
+    chooser.setAcceptMode(QFileDialog::AcceptOpen);
+    chooser.setFileMode(QFileDialog::ExistingFile);
+    return choose(chooser, filter);
+}
+
+std::string QtDesktop::chooseFileToSave(const std::string& title, const FileFilter& filter,
+                                        const std::string& proposedName) {
+    QFileDialog chooser(QApplication::activeWindow(), toQt(title));
+    chooser.setAcceptMode(QFileDialog::AcceptSave);
+    chooser.setFileMode(QFileDialog::AnyFile);
+    chooser.setOption(QFileDialog::DontConfirmOverwrite);
+    chooser.setDefaultSuffix("xml");
+    chooser.selectFile(toQt(proposedName));
+    return choose(chooser, filter);
+}
+
+std::string QtDesktop::defaultFolder() {
+#ifdef Q_OS_WIN
+    return fromQt(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
+#else
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return fromQt(QDir(documents).exists() ? documents : QDir::homePath());
+#endif
+}
+
+void QtDesktop::setPointer(Pointer pointer) {
+    switch (pointer) {
+        case Pointer::busy: return QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        case Pointer::normal: return QGuiApplication::restoreOverrideCursor();
+    }
+}
+
+void QtDesktop::processPendingEvents() {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}

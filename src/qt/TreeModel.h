@@ -1,0 +1,45 @@
+// The configuration tree as the toolkit's views read it.
+#pragma once
+
+#include <QAbstractItemModel>
+
+#include "model/ConfigTree.h"
+
+/// Shows the one tree of the document, without a copy: every index points to a node.
+class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
+    Q_OBJECT
+
+ public:
+    explicit TreeModel(ConfigTree& tree, QObject* parent = nullptr);
+    ~TreeModel() override;
+
+    QModelIndex indexOf(const Node* node) const;
+    static Node* nodeAt(const QModelIndex& index);
+
+    QModelIndex index(int row, int column, const QModelIndex& parent) const override;
+    QModelIndex parent(const QModelIndex& index) const override;
+    int rowCount(const QModelIndex& parent) const override;
+    int columnCount(const QModelIndex& parent) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+
+ Q_SIGNALS:
+    /// Another node is selected in the tree, or none.
+    void nodeSelected();
+    /// The node is to be scrolled into view.
+    void nodeMadeVisible(const QModelIndex& index);
+
+ private:
+    void aboutToAdd(const Node* parent, int row) override;
+    void added() override;
+    void aboutToRemove(const Node& node) override;
+    void removed() override;
+    void changed(const Node& node) override;
+    void aboutToReorder(const Node& parent) override;
+    void reordered(const Node& parent) override;
+    void aboutToReset() override;
+    void reset() override;
+    void selectionChanged() override;
+    void madeVisible(const Node& node) override;
+
+    ConfigTree& tree_;
+};

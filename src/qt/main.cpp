@@ -1,0 +1,28 @@
+#include <QApplication>
+#include <QStandardPaths>
+
+#include "editor/frmEditing.h"
+#include "file/Disk.h"
+#include "file/FLRegistry.h"
+#include "model/Document.h"
+#include "model/Product.h"
+#include "qt/MainWindow.h"
+#include "qt/QtDesktop.h"
+#include "qt/Text.h"
+
+int main(int argc, char* argv[]) {
+    const QApplication application(argc, argv);
+    QApplication::setOrganizationName(toQt(companyName));
+    QApplication::setApplicationName(toQt(productName));
+    QApplication::setApplicationVersion(toQt(productVersion));
+
+    const auto disk = systemDisk();
+    const auto registry = systemRegistry(
+        *disk, fromQt(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)));
+    QtDesktop desktop;
+    Document document;
+    frmEditing form(document, desktop, *disk, *registry);
+    MainWindow window(form, document);
+    window.show();
+    return QApplication::exec();
+}

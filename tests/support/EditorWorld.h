@@ -1,0 +1,182 @@
+// Configuration files from a few words, a configuration as one line of text, and an editor on a
+// desktop and a disk that a test plays.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <string_view>
+
+#include "editor/frmEditing.h"
+#include "support/FakeDesktop.h"
+#include "support/FakeDisk.h"
+
+/// What a file with one device looks like, with the lines' ends of this source.
+inline constexpr std::string_view exampleText = R"(<?xml version="1.0" encoding="ISO-8859-1"?>
+<QUONEibCfg>
+	<SETTINGS port="COM3" editype="USBEMI1" timeout="2500"/>
+	<OPC_DA>
+		<DEVICE name="Plant" port="COM2" editype="PEI10x19200" timeout="1500">
+			<tags>
+				<tag>
+					<name>Light1</name>
+					<comment>Hall light</comment>
+					<address>1/2/3</address>
+					<eistype>EIS1</eistype>
+					<flag>READ</flag>
+					<accessrights>READWRITE</accessrights>
+				</tag>
+				<FLOOR1>
+					<tag>
+						<name>Text1</name>
+						<comment></comment>
+						<address>2/0/10</address>
+						<eistype>EIS15</eistype>
+						<flag>TRANSMIT</flag>
+						<accessrights>READ</accessrights>
+						<elements>14</elements>
+					</tag>
+				</FLOOR1>
+			</tags>
+		</DEVICE>
+	</OPC_DA>
+</QUONEibCfg>
+)";
+
+inline std::string tag(const std::string& name) {
+    return "<tag><name>" + name +
+           "</name><comment></comment><address>1/2/3</address><eistype>EIS1</eistype>"
+           "<flag>READ</flag><accessrights>READ</accessrights></tag>";
+}
+
+inline std::string branch(const std::string& name, const std::string& contents) {
+    return "<" + name + ">" + contents + "</" + name + ">";
+}
+
+inline std::string plc(const std::string& name, const std::string& contents = "") {
+    return "<DEVICE name=\"" + name +
+           "\" port=\"COM2\" editype=\"PEI10x19200\" timeout=\"1500\"><tags>" + contents +
+           "</tags></DEVICE>";
+}
+
+inline std::string configuration(const std::string& devices, const std::string& settings = "") {
+    return "<QUONEibCfg>" + settings + "<OPC_DA>" + devices + "</OPC_DA></QUONEibCfg>";
+}
+
+inline std::string contentsOf(const Node& node) {
+    std::string line;
+    for (const Node* child : node.children()) {
+        if (!line.empty()) line += " ";
+        line += child->text();
+        if (child->kind() != NodeKind::item) line += "[" + contentsOf(*child) + "]";
+    }
+    return line;
+}
+
+/// "Plant[Light1 FLOOR1[Text1]]"; "nothing" without even a root.
+inline std::string outline(const Document& document) {
+    const Node* root = document.tree().root();
+    return root == nullptr ? "nothing" : contentsOf(*root);
+}
+
+/// Each node has its record, and no record is without its node.
+inline void expectTreeAndRegistriesAgree(const Document& document) {
+    const auto hasRecord = [&](const Node& node) {
+        if (node.kind() == NodeKind::plc) return document.devices().find(node.key()) != nullptr;
+        if (node.kind() == NodeKind::item) return document.items().find(node.key()) != nullptr;
+        return document.branches().find(node.key()) != nullptr;
+    };
+    std::size_t nodesWithRecord = 0;
+    for (const Node* node = document.tree().firstAdded(); node != nullptr;
+         node = ConfigTree::addedAfter(*node)) {
+        if (node == document.tree().root()) continue;
+        EXPECT_TRUE(hasRecord(*node)) << node->key();
+        ++nodesWithRecord;
+    }
+    EXPECT_EQ(document.devices().count() + document.branches().count() + document.items().count(),
+              nodesWithRecord);
+}
+
+/// Names of the menus and entries that `isOn` holds for, in the order of the menus.
+template <typename IsOn>
+std::string namesOfCommands(const IsOn& isOn) {
+    std::string names;
+    for (const Command& command : commandTable()) {
+        if (command.kind == Command::Kind::separator || !isOn(command)) continue;
+        if (!names.empty()) names += " ";
+        names += command.name;
+    }
+    return names;
+}
+
+inline std::string enabledIn(const CommandState& state) {
+    return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
+}
+
+/// The editor as it stands after the program's start.
+class EditorWorld : private frmEditing::Window {
+ public:
+    EditorWorld() {
+        editor.setWindow(this);
+        editor.Form_Initialize();
+        editor.Form_Load({1000, 800});
+    }
+
+    FakeDesktop desktop;
+    FakeDisk disk;
+    FakeRegistry registry;
+    Document document;
+    frmEditing editor{document, desktop, disk, registry};
+    bool applicationEnded = false;
+
+    /// The user opens a file of this text.
+    void open(const std::string& path, const std::string& text) {
+        disk.files[path] = text;
+        desktop.willChoose(path);
+        editor.mnuOpenCfg_Click();
+    }
+
+    /// What any dialog does that stores a change.
+    void change() { document.saved = false; }
+
+    void click(const std::string& key) {
+        Node& node = document.tree().nodeAt(key);
+        document.tree().select(&node);
+        editor.TreeView1_NodeClick(node);
+    }
+
+    void selectRow(std::size_t row) {
+        editor.ListView1.setSelected(row, true);
+        editor.ListView1.setCurrentRow(row);
+    }
+
+    std::string enabledNow() const {
+        return namesOfCommands([&](const Command& command) { return editor.isEnabled(command); });
+    }
+
+    /// "Plc Name 0.5, Port 0.2".
+    std::string columns() const {
+        std::string line;
+        for (const auto& column : editor.ListView1.columns()) {
+            if (!line.empty()) line += ", ";
+            line += column.text + " 0." + std::to_string(std::lround(column.width * 10));
+        }
+        return line;
+    }
+
+    /// The rows' texts, "|" between the cells and a line for each row.
+    std::string rows() const {
+        std::string lines;
+        for (const auto& row : editor.ListView1.rows()) {
+            for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i)
+                lines += (i == 0 ? "" : "|") + row.cell(i);
+            lines += "\n";
+        }
+        return lines;
+    }
+
+ private:
+    void formChanged() override {}
+    void endApplication() override { applicationEnded = true; }
+};

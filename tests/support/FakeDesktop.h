@@ -1,0 +1,87 @@
+// A desktop that a test plays: it remembers what was shown and gives the answers it was told to.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/Desktop.h"
+#include "model/RunTimeError.h"
+
+class FakeDesktop : public Desktop {
+ public:
+    /// Every text of a message or question, in order.
+    const std::vector<std::string>& messages() const { return messages_; }
+    void forgetMessages() { messages_.clear(); }
+
+    /// The answers to the coming questions, in order. A question without one fails the test.
+    void willAnswer(std::initializer_list<Answer> answers) {
+        answers_.insert(answers_.end(), answers);
+    }
+    std::size_t answersLeft() const { return answers_.size(); }
+
+    /// What the next chooser gives; without one it is cancelled.
+    void willChoose(std::string path) { chosen_ = std::move(path); }
+    /// When set, choosers fail so.
+    std::optional<ErrorNumber> chooserFault;
+    /// Title, filter and proposed name of the last chooser, joined by "|".
+    std::string lastChooser;
+
+    std::string folder = "/home/ann/Documents";
+    /// Called whenever pending events are given a turn.
+    std::function<void()> onPendingEvents = [] {};
+    Pointer pointer = Pointer::normal;
+    int timesBusy = 0;
+
+    void showMessage(const std::string& text) override { messages_.push_back(text); }
+
+    bool askYesNo(const std::string& text) override { return askYesNoCancel(text) == Answer::yes; }
+
+    Answer askYesNoCancel(const std::string& text) override {
+        messages_.push_back(text);
+        if (answers_.empty()) {
+            ADD_FAILURE() << "Nobody said how to answer: " << text;
+            return Answer::cancel;
+        }
+        const Answer answer = answers_.front();
+        answers_.pop_front();
+        return answer;
+    }
+
+    std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) override {
+        lastChooser = title + "|" + filter.description + "|" + filter.pattern;
+        return choose();
+    }
+
+    std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
+                                 const std::string& proposedName) override {
+        lastChooser = title + "|" + filter.description + "|" + filter.pattern + "|" + proposedName;
+        return choose();
+    }
+
+    std::string defaultFolder() override { return folder; }
+
+    void setPointer(Pointer shape) override {
+        pointer = shape;
+        if (shape == Pointer::busy) ++timesBusy;
+    }
+
+    void processPendingEvents() override { onPendingEvents(); }
+
+ private:
+    std::string choose() {
+        if (chooserFault) throw RunTimeError(*chooserFault);
+        if (!chosen_) throw RunTimeError(ErrorNumber::cancelled);
+        std::string path = std::move(*chosen_);
+        chosen_.reset();
+        return path;
+    }
+
+    std::vector<std::string> messages_;
+    std::deque<Answer> answers_;
+    std::optional<std::string> chosen_;
+};
