@@ -40,7 +40,7 @@ class Importer {
         reportErrors(tell_, "BrowsePlc", [&] {
             const auto device = std::make_shared<clsPLC>();
             device->SetByXml(element);
-            document_.enter(device);
+            makeVisible(document_.enter(device));
             for (auto tags = element.firstChild(); tags; tags = tags.nextSibling()) {
                 if (tags.name() != "TAGS") continue;
                 for (auto child = tags.firstChild(); child; child = child.nextSibling())
@@ -74,16 +74,19 @@ class Importer {
         return element == top ? XmlElement() : element.nextSibling();
     }
 
+    /// The parent's own parents are expanded since it was read itself.
+    void makeVisible(const Node& node) { document_.tree().setExpanded(*node.parent(), true); }
+
     void readBranch(XmlElement element, const std::string& deviceName) {
         const auto branch = std::make_shared<clsBranch>();
         branch->build(element, deviceName);
-        document_.enter(branch);
+        makeVisible(document_.enter(branch));
     }
 
     void readItem(XmlElement element, const std::string& deviceName) {
         const auto item = std::make_shared<clsItem>();
         item->SetByXml(element, deviceName);
-        document_.enter(item);
+        makeVisible(document_.enter(item));
         itemRead_();
         turns_.pieceDone();
     }

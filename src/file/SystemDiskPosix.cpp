@@ -24,7 +24,8 @@ RunTimeError errorFor(int code, const fs::path& path) {
     switch (code) {
         case ENOENT: {
             std::error_code ignored;
-            const bool folderThere = fs::is_directory(path.parent_path(), ignored);
+            const bool folderThere =
+                !path.has_parent_path() || fs::is_directory(path.parent_path(), ignored);
             return RunTimeError(folderThere ? ErrorNumber::fileNotFound
                                             : ErrorNumber::pathNotFound);
         }
@@ -161,10 +162,11 @@ class PosixDisk : public Disk {
         const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
 
         TemporaryFile temporary(folder / temporaryName());
+        const mode_t mode = old ? old->st_mode & 0777U : 0666U;  // never wider than the old file's
         const File file(
-            ::open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+            ::open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
         if (file.descriptor() < 0) {
-            const auto error = errorFor(errno == ENOENT ? ENOTDIR : errno, temporary.path());
+            const auto error = errorFor(errno, temporary.path());
             temporary.keep();  // it is not ours
             throw error;
         }

@@ -24,9 +24,7 @@ Node& enterRecord(ConfigTree& tree, Registry<Record>& registry,
                   const std::string& name, std::string_view parentKey, NodeKind kind) {
     registry.add(record, key);
     try {
-        Node& node = tree.AddNode(parentKey, key, name, kind);
-        tree.ensureVisible(node);
-        return node;
+        return tree.AddNode(parentKey, key, name, kind);
     } catch (const RunTimeError&) {
         // A record that no node shows could never be reached again, but would be saved.
         registry.remove(key);

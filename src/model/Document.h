@@ -47,8 +47,8 @@ class Document {
     /// there is no root.
     const std::string& currentPath() const;
 
-    /// Enters a record in its registry and appends its node, made visible, in the tree: a device
-    /// below the root, a branch or an item below the node that its key names as parent. Raises
+    /// Enters a record in its registry and appends its node in the tree: a device below the root,
+    /// a branch or an item below the node that its key names as parent. Raises
     /// ErrorNumber::keyTaken or the errors of ConfigTree::AddNode; then nothing has changed.
     Node& enter(const std::shared_ptr<clsPLC>& device);
     Node& enter(const std::shared_ptr<clsBranch>& branch);
