@@ -15,7 +15,7 @@ std::string addBranch(Document& document, const std::string& parentKey, const st
     const auto branch = std::make_shared<clsBranch>();
     branch->sName = name;
     branch->sKey = parentKey + "." + name;
-    document.enter(branch);
+    document.enter(branch, parentKey);
     return branch->sKey;
 }
 
@@ -29,7 +29,7 @@ void addItem(Document& document, const std::string& parentKey, int number) {
     item->sDataType = number % 16 == 0 ? "EIS15" : "EIS1";
     item->nElements = 14;
     item->sAccessRight = "READWRITE";
-    document.enter(item);
+    document.enter(item, parentKey);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "editor/frmEditing.h"
 #include "file/CreateXML.h"
 #include "qt/MainWindow.h"
+#include "qt/QtForms.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ class Editor {
     Editor(void (*fill)(Document&, int), int items)
         : path_((std::filesystem::temp_directory_path() / "opcolvan_window_bench.xml").string()),
           desktop_(path_),
-          form_(document_, desktop_, *disk_, registry_) {
+          form_(document_, desktop_, forms_, *disk_, registry_) {
         Document toSave;
         fill(toSave, items);
         CreateXML(path_, toSave, *disk_, desktop_);
@@ -78,6 +79,7 @@ class Editor {
     std::string path_;
     std::unique_ptr<Disk> disk_ = systemDisk();
     ChoosingDesktop desktop_;
+    QtForms forms_;
     SilentRegistry registry_;
     Document document_;
     frmEditing form_;

@@ -9,6 +9,11 @@ else()
                             -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 endif()
 
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # Warns of std::string's own code (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651).
+  target_compile_options(project_flags INTERFACE -Wno-restrict)
+endif()
+
 if(SANITIZE)
   target_compile_options(project_flags INTERFACE -fsanitize=address,undefined
                                                  -fno-sanitize-recover=all -fno-omit-frame-pointer)

@@ -48,17 +48,21 @@ constexpr std::array table{
     menu("mnuObjects", "&Objects", Group::byRule),
     Command{.name = "mnuSetts", .caption = "&Global Settings", .group = Group::settings,
             .shortcut = "Ctrl+G", .toolbarKey = "setts", .toolbarPlace = 4,
-            .tooltip = "global settings", .picture = "setts"},
+            .tooltip = "global settings", .picture = "setts",
+            .handler = &Form::mnuSetts_Click},
     separator("mnunull5"),
     Command{.name = "mnuAddPlc", .caption = "Add &Object", .group = Group::addDevice,
             .shortcut = "Ctrl+P", .toolbarKey = "plc", .toolbarPlace = 5,
-            .tooltip = "add Object", .picture = "plc"},
+            .tooltip = "add Object", .picture = "plc",
+            .handler = &Form::mnuAddPlc_Click},
     Command{.name = "mnuAddBranch", .caption = "Add &Branch", .group = Group::addBranch,
             .shortcut = "Ctrl+B", .toolbarKey = "branch", .toolbarPlace = 6,
-            .tooltip = "add Branch", .picture = "branch"},
+            .tooltip = "add Branch", .picture = "branch",
+            .handler = &Form::mnuAddBranch_Click},
     Command{.name = "mnuAddItem", .caption = "Add &Item", .group = Group::addItem,
             .shortcut = "Ctrl+I", .toolbarKey = "item", .toolbarPlace = 7,
-            .tooltip = "add Item", .picture = "item"},
+            .tooltip = "add Item", .picture = "item",
+            .handler = &Form::mnuAddItem_Click},
 
     menu("mnuEdit", "&Edit", Group::byRule),
     Command{.name = "mnuCopy", .caption = "&Copy", .group = Group::copy, .shortcut = "Ctrl+C",
@@ -96,7 +100,8 @@ constexpr std::array table{
     Command{.name = "mnuFind", .caption = "&Find", .group = Group::find, .toolbarKey = "find",
             .toolbarPlace = 16, .picture = "find"},
 
-    menu("mnuAbout", "&About", Group::always),
+    Command{.kind = Kind::menu, .name = "mnuAbout", .caption = "&About",
+            .handler = &Form::mnuAbout_Click},
 };
 // clang-format on
 

@@ -2,9 +2,16 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
+#include "dialogs/frmBranch.h"
+#include "dialogs/frmItems.h"
+#include "dialogs/frmPLC.h"
+#include "dialogs/frmSetts.h"
+#include "model/Generale.h"
 #include "model/Product.h"
 #include "model/Reporting.h"
+#include "model/RunTimeError.h"
 
 namespace {
 
@@ -29,9 +36,11 @@ int fractionOf(double fraction, int whole) {
 
 }  // namespace
 
-frmEditing::frmEditing(Document& document, Desktop& desktop, Disk& disk, FLRegistry& registry)
+frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk& disk,
+                       FLRegistry& registry)
     : document_(document),
       desktop_(desktop),
+      forms_(forms),
       lifecycle_(document, desktop, disk, registry, *this),
       enabled_(commandTable().size(), false) {}
 
@@ -107,7 +116,40 @@ void frmEditing::listDevices() {
         device->AddToListView(ListView1);
 }
 
-void frmEditing::TreeView1_DblClick() {}
+void frmEditing::TreeView1_DblClick() {
+    reportErrors(desktop_, "TreeView1_DblClick", [&] {
+        const Node& node = selectedNode(document_);
+        switch (node.kind()) {
+            case NodeKind::branch: return changeBranch(node);
+            case NodeKind::plc: return changeDevice(node);
+            case NodeKind::item: return changeItem(node);
+            case NodeKind::config: return;
+        }
+    });
+}
+
+void frmEditing::changeBranch(const Node& node) {
+    document_.branchDialog.modify = true;
+    frmBranch form(document_, desktop_, document_.branches().at(node.key()));
+    form.Form_Load();
+    form.txtBranchName.text = node.text();
+    forms_.showModal(form);
+}
+
+void frmEditing::changeDevice(const Node& node) {
+    document_.deviceDialog.modify = true;
+    frmPLC form(document_, desktop_, document_.devices().at(node.key()));
+    form.Form_Load();
+    forms_.showModal(form);
+    TreeView1_NodeClick(selectedNode(document_));
+}
+
+void frmEditing::changeItem(const Node& node) {
+    document_.itemDialog.modify = true;
+    frmItems form(document_, desktop_, document_.items().at(node.key()));
+    form.Form_Load();
+    forms_.showModal(form);
+}
 
 void frmEditing::ListView1_Click() {
     reportErrors(desktop_, "ListView1_Click", [&] {
@@ -133,6 +175,78 @@ void frmEditing::ListView1_DblClick() {
 
 void frmEditing::ListView1_ColumnClick(std::size_t column) {
     reportErrors(desktop_, "ListView1_ColumnClick", [&] { ListView1.sortBy(column); });
+}
+
+void frmEditing::mnuSetts_Click() {
+    reportErrors(desktop_, "mnuSetts_Click", [&] {
+        frmSetts form(document_.settings());
+        form.Form_Load();
+        forms_.showModal(form);
+        if (!form.unhandledError()) return;
+        // The settings dialog traps no errors: one ends the application, without a prompt.
+        reportErrors(desktop_, "cmdApply_Click", [&] { throw *form.unhandledError(); });
+        document_.open = false;
+        if (window_ != nullptr) window_->endApplication(EXIT_FAILURE);
+    });
+}
+
+void frmEditing::mnuAddPlc_Click() {
+    reportErrors(desktop_, "EH_mnuAddplc_Click", [&] {
+        document_.deviceDialog = {};
+        frmPLC form(document_, desktop_);
+        form.Form_Load();
+        forms_.showModal(form);
+        if (document_.deviceDialog.confirmed) showNewDevice();
+    });
+}
+
+void frmEditing::showNewDevice() {
+    const clsPLC& device = *document_.devices().last();
+    ConfigTree& tree = document_.tree();
+    Node& node = tree.AddNode(Document::rootKey, device.sKey(), device.getName(), NodeKind::plc);
+    tree.ensureVisible(node);
+    tree.select(&node);
+    document_.saved = false;
+    ++document_.deviceCounter;
+    TreeView1_NodeClick(node);
+}
+
+void frmEditing::mnuAddBranch_Click() {
+    reportErrors(desktop_, "EH_mnuAddbranch_Click", [&] {
+        document_.branchDialog = {};
+        frmBranch form(document_, desktop_);
+        form.Form_Load();
+        forms_.showModal(form);
+        if (document_.branchDialog.confirmed) showNewBranch();
+    });
+}
+
+void frmEditing::showNewBranch() {
+    const clsBranch branch = *document_.branches().last();
+    ConfigTree& tree = document_.tree();
+    try {
+        Node& node =
+            tree.AddNode(branch.getParentKey(), branch.sKey, branch.sName, NodeKind::branch);
+        tree.ensureVisible(node);
+        tree.select(&node);
+    } catch (const RunTimeError&) {
+        // A "." in the name has the key name another parent. A record that no node shows could
+        // never be reached again.
+        document_.branches().remove(branch.sKey);
+        throw;
+    }
+    document_.saved = false;
+    ++document_.branchCounter;
+}
+
+void frmEditing::mnuAddItem_Click() {
+    reportErrors(desktop_, "mnuAddItem_Click", [&] {
+        document_.itemDialog = {};
+        frmItems form(document_, desktop_);
+        form.Form_Load();
+        forms_.showModal(form);
+        TreeView1_NodeClick(selectedNode(document_));
+    });
 }
 
 void frmEditing::run(const Command& command) {
@@ -196,7 +310,7 @@ void frmEditing::configurationClosed() {
 }
 
 void frmEditing::endApplication() {
-    if (window_ != nullptr) window_->endApplication();
+    if (window_ != nullptr) window_->endApplication(EXIT_SUCCESS);
 }
 
 void frmEditing::showViews(ViewState state) {

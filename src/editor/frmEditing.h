@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "desktop/Desktop.h"
+#include "dialogs/Forms.h"
 #include "editor/Commands.h"
 #include "file/Lifecycle.h"
 #include "model/Document.h"
@@ -48,8 +49,8 @@ class frmEditing final : public LifecycleWindow {
 
         /// What the form says of views, panel and commands may have changed.
         virtual void formChanged() = 0;
-        /// Closes all windows of the editor.
-        virtual void endApplication() = 0;
+        /// Closes all windows of the editor and ends the program, with that exit status.
+        virtual void endApplication(int exitStatus) = 0;
     };
 
     struct ViewState {
@@ -64,7 +65,8 @@ class frmEditing final : public LifecycleWindow {
         int progress = 0;  ///< runs from 0 to 99, again and again
     };
 
-    frmEditing(Document& document, Desktop& desktop, Disk& disk, FLRegistry& registry);
+    frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk& disk,
+               FLRegistry& registry);
 
     void setWindow(Window* window) { window_ = window; }
 
@@ -99,6 +101,11 @@ class frmEditing final : public LifecycleWindow {
     void mnuSaveAs_Click() { lifecycle_.mnuSaveAs_Click(); }
     void mnuCloseCfg_Click() { lifecycle_.mnuCloseCfg_Click(); }
     void mnuExit_Click() { lifecycle_.mnuExit_Click(); }
+    void mnuSetts_Click();
+    void mnuAddPlc_Click();
+    void mnuAddBranch_Click();
+    void mnuAddItem_Click();
+    void mnuAbout_Click() { forms_.showAbout(); }
     void mnuIcon_Click() { ListView1.setView(ListView::View::icon); }
     void mnuSmallIcon_Click() { ListView1.setView(ListView::View::smallIcon); }
     void mnuList_Click() { ListView1.setView(ListView::View::list); }
@@ -124,6 +131,11 @@ class frmEditing final : public LifecycleWindow {
     void endApplication() override;
 
  private:
+    void showNewDevice();
+    void showNewBranch();
+    void changeDevice(const Node& node);
+    void changeBranch(const Node& node);
+    void changeItem(const Node& node);
     void showViews(ViewState state);
     void listContents(const Node& container);
     void listItem(const Node& node);
@@ -131,6 +143,7 @@ class frmEditing final : public LifecycleWindow {
 
     Document& document_;
     Desktop& desktop_;
+    Forms& forms_;
     Lifecycle lifecycle_;
     Window* window_ = nullptr;
     std::vector<bool> enabled_;  // by the command table's rows

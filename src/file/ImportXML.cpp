@@ -80,13 +80,13 @@ class Importer {
     void readBranch(XmlElement element, const std::string& deviceName) {
         const auto branch = std::make_shared<clsBranch>();
         branch->build(element, deviceName);
-        makeVisible(document_.enter(branch));
+        makeVisible(document_.enter(branch, branch->getParentKey()));
     }
 
     void readItem(XmlElement element, const std::string& deviceName) {
         const auto item = std::make_shared<clsItem>();
         item->SetByXml(element, deviceName);
-        makeVisible(document_.enter(item));
+        makeVisible(document_.enter(item, item->getParentKey()));
         itemRead_();
         turns_.pieceDone();
     }

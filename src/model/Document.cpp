@@ -32,14 +32,6 @@ Node& enterRecord(ConfigTree& tree, Registry<Record>& registry,
     }
 }
 
-/// The key of the parent that a branch's or item's key names. A key that names none is refused
-/// before the tree could take "" for the place of the root.
-std::string_view parentOf(const std::string& key) {
-    const std::string_view parentKey = parentKeyOf(key);
-    if (parentKey.empty()) throw RunTimeError(ErrorNumber::elementNotFound);
-    return parentKey;
-}
-
 }  // namespace
 
 Node& Document::enter(const std::shared_ptr<clsPLC>& device) {
@@ -47,14 +39,13 @@ Node& Document::enter(const std::shared_ptr<clsPLC>& device) {
                        NodeKind::plc);
 }
 
-Node& Document::enter(const std::shared_ptr<clsBranch>& branch) {
-    return enterRecord(tree_, branches_, branch, branch->sKey, branch->sName,
-                       parentOf(branch->sKey), NodeKind::branch);
+Node& Document::enter(const std::shared_ptr<clsBranch>& branch, const std::string& parentKey) {
+    return enterRecord(tree_, branches_, branch, branch->sKey, branch->sName, parentKey,
+                       NodeKind::branch);
 }
 
-Node& Document::enter(const std::shared_ptr<clsItem>& item) {
-    return enterRecord(tree_, items_, item, item->sKey, item->sName, parentOf(item->sKey),
-                       NodeKind::item);
+Node& Document::enter(const std::shared_ptr<clsItem>& item, const std::string& parentKey) {
+    return enterRecord(tree_, items_, item, item->sKey, item->sName, parentKey, NodeKind::item);
 }
 
 void Document::clear() {

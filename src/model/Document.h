@@ -34,6 +34,17 @@ class Document {
     /// It has no unsaved change.
     bool saved = false;
 
+    /// What a dialog and the command that shows it tell each other: `modify` is set for changing
+    /// the selected node instead of adding one, `confirmed` by the dialog once it has stored a new
+    /// record. While an item is changed, item keys are built from the selected node's parent.
+    struct DialogFlags {
+        bool modify = false;
+        bool confirmed = false;
+    };
+    DialogFlags deviceDialog;
+    DialogFlags branchDialog;
+    DialogFlags itemDialog;
+
     /// They number default names. Wider than the 16 bits that this state has elsewhere: a
     /// configuration may hold all 65,536 group addresses, and the next name needs a number too.
     int deviceCounter = 0;
@@ -48,11 +59,11 @@ class Document {
     const std::string& currentPath() const;
 
     /// Enters a record in its registry and appends its node in the tree: a device below the root,
-    /// a branch or an item below the node that its key names as parent. Raises
+    /// a branch or an item below the node with the key `parentKey`. Raises
     /// ErrorNumber::keyTaken or the errors of ConfigTree::AddNode; then nothing has changed.
     Node& enter(const std::shared_ptr<clsPLC>& device);
-    Node& enter(const std::shared_ptr<clsBranch>& branch);
-    Node& enter(const std::shared_ptr<clsItem>& item);
+    Node& enter(const std::shared_ptr<clsBranch>& branch, const std::string& parentKey);
+    Node& enter(const std::shared_ptr<clsItem>& item, const std::string& parentKey);
 
     /// Empties the tree and the registries.
     void clear();

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <vector>
 
 #include "model/Document.h"
 #include "model/Numbers.h"
@@ -27,6 +28,53 @@ std::string BuildNodeKey(std::string_view name, const Node* node, bool useParent
 }
 
 std::string Indent(std::size_t level) { return std::string(level, '\t'); }
+
+Node& selectedNode(Document& document) {
+    Node* node = document.tree().selected();
+    if (node == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    return *node;
+}
+
+namespace {
+
+bool hasRecord(const Document& document, NodeKind kind, std::string_view key) {
+    switch (kind) {
+        case NodeKind::plc: return document.devices().find(key) != nullptr;
+        case NodeKind::branch: return document.branches().find(key) != nullptr;
+        case NodeKind::item: return document.items().find(key) != nullptr;
+        case NodeKind::config: return false;
+    }
+    return false;
+}
+
+}  // namespace
+
+void requireFreeKey(const Document& document, NodeKind kind, const std::string& key) {
+    if (hasRecord(document, kind, key)) throw RunTimeError(ErrorNumber::keyTaken);
+    if (document.tree().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+}
+
+void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey) {
+    const auto require = [&](const Node& each, const std::string& key) {
+        if (key == each.key()) return;
+        // A record's own entry is in nobody's way when only its key's case changes.
+        if (!equalIgnoringCase(key, each.key())) return requireFreeKey(document, each.kind(), key);
+        if (document.tree().FindNode(key) != nullptr) {
+            throw RunTimeError(ErrorNumber::keyNotUnique);
+        }
+    };
+    require(node, newKey);
+    std::vector<std::string> path{newKey};  // the new keys from the node down to the present one
+    for (TreeWalk walk(node); const Node* below = walk.next();) {
+        if (below->kind() != NodeKind::branch && below->kind() != NodeKind::item) {
+            walk.skipChildren();
+            continue;
+        }
+        path.resize(walk.depth());
+        path.push_back(joinKey(path.back(), below->text()));
+        require(*below, path.back());
+    }
+}
 
 void UpdateChildKeys(Document& document, const Node& node) {
     for (TreeWalk walk(node); Node* child = walk.next();) {

@@ -23,6 +23,17 @@ std::string BuildNodeKey(std::string_view name, const Node* node, bool useParent
 /// That many tab characters: the beginning of a line of a configuration file.
 std::string Indent(std::size_t level);
 
+/// The tree's selected node. Raises ErrorNumber::objectNotSet when there is none.
+Node& selectedNode(Document& document);
+
+/// Raises what adding a record of that kind, and then its node, would end with when the key is
+/// taken: ErrorNumber::keyTaken by a record, ErrorNumber::keyNotUnique by a node.
+void requireFreeKey(const Document& document, NodeKind kind, const std::string& key);
+
+/// The same for a node that is to get another key, and everything below it with it: found out
+/// before anything is changed, so that nothing is lost on the way.
+void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey);
+
 /// After `node` has got another key: makes the keys of all branches and items below it follow,
 /// in the tree and in the registries, where the records move to the end. A device below it (left
 /// there by a drag) keeps its key and its contents theirs. Raises ErrorNumber::invalidCall for a

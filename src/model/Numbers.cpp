@@ -1,6 +1,7 @@
 #include "model/Numbers.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -9,6 +10,8 @@
 #include "model/RunTimeError.h"
 
 namespace {
+
+constexpr std::string_view blanks = " \t";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -35,6 +38,22 @@ std::size_t numberLength(std::string_view text) {
         if (exponentEnd > exponent) end = exponentEnd;
     }
     return end;
+}
+
+/// The number that the text begins with, after blanks: its sign, and the rest of it, which is
+/// empty when there is none.
+struct SignedNumber {
+    bool negative = false;
+    std::string_view digits;
+};
+
+SignedNumber numberIn(std::string_view text) {
+    const auto start = text.find_first_not_of(blanks);
+    if (start == std::string_view::npos) return {};
+    text.remove_prefix(start);
+    const bool negative = text.front() == '-';
+    if (negative || text.front() == '+') text.remove_prefix(1);
+    return {negative, text.substr(0, numberLength(text))};
 }
 
 /// For a number that a double cannot hold: true when it is too large, false when too small.
@@ -77,20 +96,29 @@ Integer roundTo(double number) {
 }  // namespace
 
 double leadingNumber(std::string_view text) {
-    const auto start = text.find_first_not_of(" \t");
-    if (start == std::string_view::npos) return 0;
-    text.remove_prefix(start);
-    const bool negative = text.front() == '-';
-    if (negative || text.front() == '+') text.remove_prefix(1);
-    text = text.substr(0, numberLength(text));
-    if (text.empty()) return 0;
+    const auto [negative, digits] = numberIn(text);
+    if (digits.empty()) return 0;
 
     double number = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
-        number = isHuge(text) ? std::numeric_limits<double>::infinity() : 0;
+        number = isHuge(digits) ? std::numeric_limits<double>::infinity() : 0;
     }
     return negative ? -number : number;
+}
+
+bool isNumber(std::string_view text) {
+    const auto digits = numberIn(text).digits;
+    if (digits.empty()) return false;
+    const auto end = static_cast<std::size_t>(digits.data() + digits.size() - text.data());
+    return text.find_first_not_of(blanks, end) == std::string_view::npos;
+}
+
+std::string plainDecimal(double number) {
+    std::array<char, 512> digits{};  // the longest double has 309 before its point
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
+                                   std::chars_format::fixed);
+    return {digits.data(), end.ptr};
 }
 
 std::int16_t readInt16(std::string_view text) { return roundTo<std::int16_t>(leadingNumber(text)); }

@@ -148,14 +148,16 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
     // Case never changes the length; most texts compared are equal to the byte.
     if (a.size() != b.size()) return false;
     if (a == b) return true;
-    for (std::size_t i = 0, j = 0; i < a.size() && j < b.size();) {
+    std::size_t i = 0;
+    std::size_t j = 0;
+    while (i < a.size() && j < b.size()) {
         if (isAscii(a[i]) && isAscii(b[j])) {
             if (upperAscii(a[i++]) != upperAscii(b[j++])) return false;
         } else if (upper(nextCharacter(a, i)) != upper(nextCharacter(b, j))) {
             return false;
         }
     }
-    return true;
+    return i == j;
 }
 
 std::size_t hashIgnoringCase(std::string_view text) {

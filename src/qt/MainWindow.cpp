@@ -150,7 +150,8 @@ void MainWindow::formChanged() {
     panel_->follow();
 }
 
-void MainWindow::endApplication() {
+void MainWindow::endApplication(int exitStatus) {
     ending_ = true;
-    QMetaObject::invokeMethod(qApp, &QApplication::quit, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        qApp, [exitStatus] { QCoreApplication::exit(exitStatus); }, Qt::QueuedConnection);
 }

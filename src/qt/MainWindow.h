@@ -39,7 +39,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void layOut();
 
     void formChanged() override;
-    void endApplication() override;
+    void endApplication(int exitStatus) override;
 
     frmEditing& form_;
     QWidget* client_;

@@ -8,6 +8,7 @@
 #include "model/Product.h"
 #include "qt/MainWindow.h"
 #include "qt/QtDesktop.h"
+#include "qt/QtForms.h"
 #include "qt/Text.h"
 
 int main(int argc, char* argv[]) {
@@ -21,7 +22,8 @@ int main(int argc, char* argv[]) {
         *disk, fromQt(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation)));
     QtDesktop desktop;
     Document document;
-    frmEditing form(document, desktop, *disk, *registry);
+    QtForms forms;
+    frmEditing form(document, desktop, forms, *disk, *registry);
     MainWindow window(form, document);
     window.show();
     return QApplication::exec();

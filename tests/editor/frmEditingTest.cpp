@@ -160,6 +160,7 @@ TEST_F(frmEditingTest, SelectsTheNodeOfADoubleClickedRowAndKeepsTheList) {
     editor.ListView1_DblClick();
     EXPECT_EQ(document.tree().selected()->key(), "Plant") << "no row is selected";
     selectRow(1);
+    forms.whenShown<frmItems>([](frmItems& form) { form.cmdCancel_Click(); });
     editor.ListView1_DblClick();
     EXPECT_EQ(document.tree().selected()->key(), "Plant.y");
     EXPECT_EQ(texts(), "x y");

@@ -137,6 +137,7 @@ TEST_F(Tree, TellsItsListenerOfEachChangeBeforeAndAfterIt) {
     tree.setText(at("d"), "Den");
     tree.setKey(at("d"), "e");
     tree.clear();
+    EXPECT_EQ(tree.selected(), nullptr);
     tree.AddNode("", "R", "", NodeKind::config);
     EXPECT_EQ(view.heard,
               "show:x select:b select:c remove1b:rPabxc removed:rPaxc add2P:rPaxc added:rPaxcd "
@@ -165,6 +166,17 @@ TEST_F(Tree, SortsChildrenIgnoringCaseAndAccentsAndKeepsTheOrderOfEqualOnes) {
     add("Q", "last", "aaa");
     EXPECT_EQ(rowsOf(at("Q")),
               "0apple 1\u00C4rger 2bed 32nd bed 4\u00E9tage 5Etui 6Zebra 7zinc 8last ");
+
+    // Enough equal ones that a sort which mixes them up would do so.
+    std::string rows = "0other ";
+    for (int i = 1; i <= 30; ++i) {
+        const std::string key = "same" + std::to_string(i);
+        add("x", key.c_str(), "same");
+        rows += std::to_string(i) + key + " ";
+    }
+    add("x", "other", "other");
+    tree.sortChildren(at("x"));
+    EXPECT_EQ(rowsOf(at("x")), rows);
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ class Names : public testing::Test {
         const auto record = std::make_shared<Record>();
         record->sKey = key;
         record->sName = key.substr(key.rfind('.') + 1);
-        document.enter(record);
+        document.enter(record, std::string(parentKeyOf(key)));
     }
     void branch(const std::string& key) { enter<clsBranch>(key); }
     void item(const std::string& key) { enter<clsItem>(key); }
@@ -186,7 +186,7 @@ TEST_F(Names, ThatCannotBeEnteredLeaveNeitherNodeNorRecord) {
     EXPECT_THAT([&] { item("Plant.Same"); }, raises(ErrorNumber::keyNotUnique));
     EXPECT_THAT([&] { item("Plant.Light"); }, raises(ErrorNumber::keyTaken));
     EXPECT_THAT([&] { item("Nowhere.Light"); }, raises(ErrorNumber::elementNotFound));
-    EXPECT_THAT([&] { item("Light"); }, raises(ErrorNumber::elementNotFound));
+    EXPECT_THAT([&] { item("Light"); }, raises(ErrorNumber::invalidCall));
     EXPECT_THAT([&] { device("config"); }, raises(ErrorNumber::keyNotUnique));
     EXPECT_EQ(treeKeys(), "Plant Plant.Same Plant.light ");
     EXPECT_EQ(keys(document.items()), "Plant.light ");

@@ -164,8 +164,9 @@ TEST(ItemRecord, IsCopiedUnderItsNameUnlessItLandsBesideItsSource) {
 
 TEST(ItemRecord, IsSetByARecordOfAnExport) {
     clsItem item;
-    EXPECT_EQ(item.SetByEts({"Central.Light 1.1/1/0", "Lamp k\u00FCche 1/2", "EIS 1 (1 Bit)", "x"}),
-              "Light_1");
+    EXPECT_EQ(
+        item.SetByEts({"House.Central.Light 1.1/1/0", "Lamp k\u00FCche 1/2", "EIS 1 (1 Bit)", "x"}),
+        "Light_1");
     EXPECT_EQ(item.sKey + " " + item.sName, "Light_1.Lamp_k_che_1_2 Lamp_k_che_1_2");
     EXPECT_EQ(item.sAddress + " " + item.sAccessRight, "1/1/0 READWRITE");
     EXPECT_EQ(item.sComment + item.sPlcname, "");

@@ -76,6 +76,7 @@ TEST_F(TextRegistry, MovesARekeyedEntryToTheEnd) {
 TEST_F(TextRegistry, ChangesNothingWhenARekeyIsRefused) {
     EXPECT_THAT([&] { rekey("Plant", "\u00E4TNA"); }, raises(ErrorNumber::keyTaken));
     EXPECT_THAT([&] { rekey("Nobody", "Tower"); }, raises(ErrorNumber::invalidCall));
+    EXPECT_EQ(entries(), asAdded);
     EXPECT_THAT([&] { rekey("Plant", ""); }, raises(ErrorNumber::invalidCall));
     EXPECT_EQ(entries(), asAdded);
 }

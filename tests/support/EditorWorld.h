@@ -11,6 +11,7 @@
 #include "editor/frmEditing.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeDisk.h"
+#include "support/FakeForms.h"
 
 /// What a file with one device looks like, with the lines' ends of this source.
 inline constexpr std::string_view exampleText = R"(<?xml version="1.0" encoding="ISO-8859-1"?>
@@ -124,11 +125,13 @@ class EditorWorld : private frmEditing::Window {
     }
 
     FakeDesktop desktop;
+    FakeForms forms;
     FakeDisk disk;
     FakeRegistry registry;
     Document document;
-    frmEditing editor{document, desktop, disk, registry};
+    frmEditing editor{document, desktop, forms, disk, registry};
     bool applicationEnded = false;
+    int exitStatus = 0;
 
     /// The user opens a file of this text.
     void open(const std::string& path, const std::string& text) {
@@ -178,5 +181,8 @@ class EditorWorld : private frmEditing::Window {
 
  private:
     void formChanged() override {}
-    void endApplication() override { applicationEnded = true; }
+    void endApplication(int status) override {
+        applicationEnded = true;
+        exitStatus = status;
+    }
 };

@@ -1,0 +1,95 @@
+// The item dialog.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+
+#include "desktop/Desktop.h"
+#include "dialogs/Controls.h"
+#include "dialogs/KeyFilters.h"
+#include "model/Document.h"
+#include "model/Generale.h"
+
+/// Name, comment, group address, data type, access right, flag and number of elements of an
+/// item: to add one below the selected device or branch, to add a run of them with consecutive
+/// addresses, or, with the document's item modify flag set, to change the selected one.
+class frmItems {
+ public:
+    /// `item` is the record that is changed; none when items are added.
+    frmItems(Document& document, Desktop& desktop, std::shared_ptr<clsItem> item = nullptr)
+        : document_(document), desktop_(desktop), item_(std::move(item)) {}
+
+    static constexpr const char* caption = "Group Address Properties";
+
+    /// Holds the item's fields; disabled while the count panel is shown.
+    struct Frame {
+        bool enabled = true;
+    } frmMain;
+    Label lblName{"Item Name"};
+    TextBox txtItemName;
+    Label Label1{"Comment"};
+    TextBox txtComment;
+    Label lbladdress{"Group Address"};
+    std::array<TextBox, 3> txtAddress;
+    Label Label5{"Data Type"};
+    ComboBox cmbDataType;
+    Label Label6{"Access Right"};
+    ComboBox cmbAccessRight;
+    Label lblElements{"Number of Elements"};
+    TextBox txtElements;
+    Label Label4{"Olvan Flag"};
+    /// Option 0 ("Read") is chosen, or option 1 ("Transmit").
+    std::array<const char*, 2> optLetturaCaptions{"Read", "Transmit"};
+    std::size_t optLettura = 0;
+    Button cmdOk;
+    Button cmdAdd{"Add and Increment"};
+    Button cmdGroup{"Add Vector...."};
+    Button cmdCancel{"Exit"};
+
+    /// Asks how many items a vector has.
+    struct CountPanel {
+        bool visible = false;
+    } frmInserimento;
+    Label Label7{"INSERT NUMBER OF ITEMS TO ADD"};
+    TextBox txtNumbItems;
+    Button cmdOkNumber{"OK"};
+
+    void Form_Load();
+    /// Another data type is chosen: only some types have a number of elements.
+    void cmbDataType_Click();
+    /// False after telling the user what is wrong with the fields.
+    bool CheckFields();
+    /// Checks and stores the item; false when it was refused.
+    bool AddItemToColl();
+    /// Stores and closes; a refused item leaves the dialog open.
+    void cmdOk_Click();
+    /// Stores and prepares the next item: a default name, the next address.
+    void cmdAdd_Click();
+    void cmdGroup_Click();
+    /// Adds as many items as the count panel says; stops at the first that is refused.
+    void cmdOkNumber_Click();
+    void cmdCancel_Click() { closed_ = true; }
+
+    int txtItemName_KeyPress(int code) const { return filterNameKey(code); }
+    int txtAddress_KeyPress(int code) const { return FilterNumericKey(code); }
+    int txtNumbItems_KeyPress(int code) const { return FilterNumericKey(code); }
+    int txtElements_KeyPress(int code) const { return FilterNumericKey(code); }
+
+    bool closed() const { return closed_; }
+
+ private:
+    void loadItem();
+    void loadDefaults();
+    void setElements(const std::string& text);
+    bool complain(const std::string& text);
+    ItemFields fields() const;
+    void storeChanged();
+    void storeNew();
+    bool addAndIncrement();
+
+    Document& document_;
+    Desktop& desktop_;
+    std::shared_ptr<clsItem> item_;
+    bool closed_ = false;
+};

@@ -1,0 +1,90 @@
+#include "qt/SmallDialogs.h"
+
+#include <QComboBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace {
+
+struct Row {
+    QLabel* label;
+    QWidget* field;
+};
+
+/// Fields beside their labels, the buttons below; the first field has the keyboard, the main
+/// button answers to Enter.
+void arrange(QDialog* dialog, std::initializer_list<Row> rows, QPushButton* main,
+             QPushButton* exit) {
+    auto* fields = new QFormLayout;
+    fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    for (const Row& row : rows) {
+        row.field->setMinimumWidth(row.field->fontMetrics().averageCharWidth() * 32);
+        fields->addRow(row.label, row.field);
+    }
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(main);
+    buttons->addWidget(exit);
+    auto* column = new QVBoxLayout(dialog);
+    column->addLayout(fields);
+    column->addStretch();
+    column->addLayout(buttons);
+    main->setDefault(true);
+    rows.begin()->field->setFocus();
+}
+
+}  // namespace
+
+DeviceDialog::DeviceDialog(frmPLC& form)
+    : FormDialog(
+          frmPLC::caption, [&form] { return form.closed(); }, [&form] { form.cmdExit_Click(); }) {
+    setObjectName("frmPLC");
+    auto* name =
+        bind("txtName", form.txtName, [&form](int code) { return form.txtName_KeyPress(code); });
+    auto* port = bind("cmbPort", form.cmbPort, true);
+    auto* type = bind("cmbEdiType", form.cmbEdiType, true);
+    auto* timeout = bind("txtTimeout", form.txtTimeout);
+    arrange(this,
+            {{bind(form.Label6, 'N', name), name},
+             {bind(form.lblIP, 'P', port), port},
+             {bind(form.lblId, 'T', type), type},
+             {bind(form.lblPassword, 'R', timeout), timeout}},
+            bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
+            bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
+    showForm();
+    name->selectAll();
+}
+
+BranchDialog::BranchDialog(frmBranch& form)
+    : FormDialog(
+          frmBranch::caption, [&form] { return form.closed(); },
+          [&form] { form.cmdCancel_Click(); }) {
+    setObjectName("frmBranch");
+    auto* name = bind("txtBranchName", form.txtBranchName);
+    arrange(this, {{bind(form.Label1, 'n', name), name}},
+            bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); }),
+            bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
+    showForm();
+    name->selectAll();
+}
+
+SettingsDialog::SettingsDialog(frmSetts& form)
+    : FormDialog(
+          frmSetts::caption, [&form] { return form.closed(); }, [&form] { form.cmdExit_Click(); }) {
+    setObjectName("frmSetts");
+    auto* port = bind("cmbPort", form.cmbPort, true);
+    auto* type = bind("cmbEdiType", form.cmbEdiType, true);
+    auto* timeout = bind("txtTimeout", form.txtTimeout);
+    arrange(this,
+            {{bind(form.lblPortName, 'P', port), port},
+             {bind(form.lblBaud, 'T', type), type},
+             {bind(form.lblTimeout, 'R', timeout), timeout}},
+            bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
+            bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
+    showForm();
+    port->lineEdit()->selectAll();
+}

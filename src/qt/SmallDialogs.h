@@ -1,0 +1,28 @@
+// The windows of the dialogs that are one column of fields.
+#pragma once
+
+#include "dialogs/frmBranch.h"
+#include "dialogs/frmPLC.h"
+#include "dialogs/frmSetts.h"
+#include "qt/FormDialog.h"
+
+class DeviceDialog : public FormDialog {
+    Q_OBJECT
+
+ public:
+    explicit DeviceDialog(frmPLC& form);
+};
+
+class BranchDialog : public FormDialog {
+    Q_OBJECT
+
+ public:
+    explicit BranchDialog(frmBranch& form);
+};
+
+class SettingsDialog : public FormDialog {
+    Q_OBJECT
+
+ public:
+    explicit SettingsDialog(frmSetts& form);
+};
