@@ -1,5 +1,9 @@
 #include "Building.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <memory>
 
 namespace {
@@ -33,6 +37,12 @@ void addItem(Document& document, const std::string& parentKey, int number) {
 }
 
 }  // namespace
+
+void freshHeap() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 void fillBuilding(Document& document, int items) {
     document.startAt("/bench.xml");

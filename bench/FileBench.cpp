@@ -3,9 +3,6 @@
 
 #include <benchmark/benchmark.h>
 #include <expat.h>
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 #include <chrono>
 #include <cstdlib>
@@ -65,14 +62,6 @@ void parseOnly(const std::string& bytes) {
         std::abort();
     }
     XML_ParserFree(parser);
-}
-
-/// Gives the system back what the last round freed: a file is opened once in a program's life,
-/// not in the scattered remains of an equal one.
-void freshHeap() {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
 }
 
 void report(benchmark::State& state, const char* ratio, double own, double least) {

@@ -42,6 +42,7 @@ frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk&
       desktop_(desktop),
       forms_(forms),
       lifecycle_(document, desktop, disk, registry, *this),
+      import_(document, desktop, disk, lifecycle_, *this),
       enabled_(commandTable().size(), false) {}
 
 void frmEditing::Form_Initialize() {

@@ -9,6 +9,7 @@
 #include "dialogs/Forms.h"
 #include "editor/Commands.h"
 #include "file/Lifecycle.h"
+#include "import/EtsImport.h"
 #include "model/Document.h"
 #include "model/ListView.h"
 
@@ -101,6 +102,7 @@ class frmEditing final : public LifecycleWindow {
     void mnuSaveAs_Click() { lifecycle_.mnuSaveAs_Click(); }
     void mnuCloseCfg_Click() { lifecycle_.mnuCloseCfg_Click(); }
     void mnuExit_Click() { lifecycle_.mnuExit_Click(); }
+    void mnuImpCfg_Click() { import_.mnuImpCfg_Click(); }
     void mnuSetts_Click();
     void mnuAddPlc_Click();
     void mnuAddBranch_Click();
@@ -127,6 +129,7 @@ class frmEditing final : public LifecycleWindow {
     void loadingEnded() override;
     void configurationOpened() override;
     void configurationClosed() override;
+    void clearList() override { ListView1.clearRows(); }
     void listDevices() override;
     void endApplication() override;
 
@@ -145,6 +148,7 @@ class frmEditing final : public LifecycleWindow {
     Desktop& desktop_;
     Forms& forms_;
     Lifecycle lifecycle_;
+    EtsImport import_;
     Window* window_ = nullptr;
     std::vector<bool> enabled_;  // by the command table's rows
 };

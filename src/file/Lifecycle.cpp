@@ -9,7 +9,6 @@
 namespace {
 
 const FileFilter configurationFiles{"configuration files ", "*.xml"};
-constexpr const char* saveActiveQuestion = "Do you want to save active configuration?";
 
 std::string proposedFileName() { return std::string(productName) + ".xml"; }
 
@@ -23,7 +22,7 @@ constexpr char folderSeparator = '/';
 
 void Lifecycle::mnuNewCfg_Click() {
     reportErrors(desktop_, "mnuNewCfg_Click", [&] {
-        if (!saveFirst(saveActiveQuestion)) return;
+        if (!saveFirst()) return;
         document_.open = false;
         window_.InitObjects();
         document_.startAt(desktop_.defaultFolder() + folderSeparator + proposedFileName());
@@ -37,7 +36,7 @@ void Lifecycle::mnuNewCfg_Click() {
 
 void Lifecycle::mnuOpenCfg_Click() {
     reportErrors(desktop_, "mnuOpenCfg_Click", [&] {
-        if (!saveFirst(saveActiveQuestion)) return;
+        if (!saveFirst()) return;
         const std::string path = ShowDialSave();
         if (path.empty()) return;
         // A file that cannot even be read costs the user nothing: what is open stays open.
@@ -146,9 +145,7 @@ Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
     return SaveOutcome::saved;
 }
 
-/// Offers to save what is not saved. False when the command must stop: the user wanted to save,
-/// and it is still not saved.
-bool Lifecycle::saveFirst(const std::string& question) {
+bool Lifecycle::saveFirst(const char* question) {
     if (!document_.open || document_.saved || !desktop_.askYesNo(question)) return true;
     save();
     return document_.saved;

@@ -28,6 +28,7 @@ class LifecycleWindow {
     virtual void configurationOpened() = 0;
     /// There is none any more.
     virtual void configurationClosed() = 0;
+    virtual void clearList() = 0;
     /// Shows the devices in the list.
     virtual void listDevices() = 0;
     /// Closes the editor's windows and ends the application.
@@ -55,6 +56,12 @@ class Lifecycle {
     /// The main window is being closed. False when it must stay.
     bool Form_Unload();
 
+    static constexpr const char* saveActiveQuestion = "Do you want to save active configuration?";
+
+    /// Offers to save what is not saved. False when the command that would replace it must stop:
+    /// the user wanted to save, and it is still not saved.
+    bool saveFirst(const char* question = saveActiveQuestion);
+
     /// Asks for an existing configuration file; its path, or "" when the user chose none.
     std::string ShowDialSave();
 
@@ -64,7 +71,6 @@ class Lifecycle {
     SaveOutcome save();
     SaveOutcome saveAs();
     SaveOutcome write(const std::string& path);
-    bool saveFirst(const std::string& question);
     bool leave(const char* routine);
 
     Document& document_;

@@ -1,6 +1,6 @@
 #include "model/Text.h"
 
-#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <optional>
@@ -207,4 +207,18 @@ void appendLatin1(std::string& out, std::string_view text) {
         const char32_t c = nextCharacter(text, i);
         out += c <= 0xFF ? static_cast<char>(c) : '?';
     }
+}
+
+std::string fromWindows1252(std::string_view bytes) {
+    static constexpr std::array<char16_t, 32> from80{
+        0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+        0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+        0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
+    std::string text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        appendUtf8(text, code >= 0x80 && code <= 0x9F ? from80.at(code - 0x80U) : code);
+    }
+    return text;
 }

@@ -34,6 +34,11 @@ bool alphabeticallyBefore(std::string_view a, std::string_view b);
 /// The text without leading and trailing blanks.
 std::string trimBlanks(std::string_view text);
 
+/// The UTF-8 of a text in the code page Windows-1252. The five bytes that it leaves undefined
+/// become the control characters of the same numbers, as Windows has it
+/// (https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WindowsBestFit/bestfit1252.txt).
+std::string fromWindows1252(std::string_view bytes);
+
 /// Appends `text` to `out` one byte a character (ISO-8859-1); a character that the code page
 /// does not have becomes "?".
 void appendLatin1(std::string& out, std::string_view text);

@@ -1,0 +1,120 @@
+#include "import/EtsImport.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "model/Reporting.h"
+#include "model/RunTimeError.h"
+#include "model/Text.h"
+
+namespace {
+
+const FileFilter exportFiles{"ESF files ", "*.esf"};
+
+std::string decode(std::string_view bytes) {
+    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+    if (bytes.starts_with(utf8Mark)) return std::string(bytes.substr(utf8Mark.size()));
+    return fromWindows1252(bytes);
+}
+
+/// The text up to the next separator, which is taken off `rest` with it.
+std::string_view takeUntil(std::string_view& rest, std::string_view separator) {
+    const auto end = rest.find(separator);
+    const std::string_view piece = rest.substr(0, end);
+    rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + separator.size());
+    return piece;
+}
+
+std::vector<std::string> fieldsOf(std::string_view line) {
+    std::vector<std::string> fields;
+    for (bool more = true; more;) {
+        more = line.find('\t') != std::string_view::npos;
+        fields.emplace_back(takeUntil(line, "\t"));
+    }
+    return fields;
+}
+
+/// The device of that name, made where the middle group was not met before.
+void addDevice(Document& document, const std::string& name) {
+    if (document.devices().find(name) != nullptr) return;
+    const auto device = std::make_shared<clsPLC>();
+    device->SetByEts(name, document.settings());
+    Node& node = document.enter(device);
+    document.tree().ensureVisible(node);
+}
+
+void addRecord(Document& document, std::string_view line) {
+    const auto item = std::make_shared<clsItem>();
+    addDevice(document, item->SetByEts(fieldsOf(line)));
+    Node& node = document.enter(item, item->getParentKey());
+    document.tree().ensureVisible(node);
+}
+
+/// The path with its last four characters, the file's ending, replaced.
+std::string configurationPathFor(std::string path) {
+    constexpr int endingLength = 4;
+    const auto isContinuation = [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+    };
+    for (int i = 0; i < endingLength && !path.empty(); ++i) {
+        while (path.size() > 1 && isContinuation(path.back()))
+            path.pop_back();
+        path.pop_back();
+    }
+    return path + ".xml";
+}
+
+}  // namespace
+
+void addEtsRecords(Document& document, std::string_view bytes) {
+    const std::string text = decode(bytes);
+    const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n'));
+    document.items().reserve(lines);
+    document.tree().reserve(lines);
+    std::string_view rest = text;
+    while (!rest.empty()) {
+        const std::string_view line = takeUntil(rest, "\r\n");
+        if (line.find('\t') != std::string_view::npos) addRecord(document, line);
+    }
+}
+
+bool EtsImport::ShowDialImport(std::string& path) {
+    return reportChooserErrors(desktop_, "ShowDialImport", [&] {
+        try {
+            path = desktop_.chooseFileToOpen("Select an ETS OPC Export file", exportFiles);
+        } catch (const RunTimeError& error) {
+            if (error.number() != ErrorNumber::cancelled) throw;
+        }
+    });
+}
+
+void EtsImport::mnuImpCfg_Click() {
+    reportErrors(desktop_, "mnuImpCfg_Click", [&] {
+        if (!lifecycle_.saveFirst()) return;
+        std::string path;
+        if (!ShowDialImport(path) || path.empty()) return;
+
+        const BusyPointer busy(desktop_);
+        window_.clearList();
+        document_.startAt(configurationPathFor(path));
+        try {
+            importFile(path);
+        } catch (const std::exception&) {
+            desktop_.showMessage("This file is not in ETS2 or ETS3 Esf format.");
+        }
+    });
+}
+
+void EtsImport::importFile(const std::string& path) {
+    {
+        const ConfigTree::BulkAdd bulk(document_.tree());
+        addEtsRecords(document_, disk_.read(path));
+    }
+    document_.setCountersFromRecords();
+    // It counts as saved although nothing has been written: meant.
+    document_.open = true;
+    document_.saved = true;
+    window_.listDevices();
+    window_.configurationOpened();
+}

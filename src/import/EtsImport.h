@@ -1,0 +1,49 @@
+// Builds a configuration from an ETS export.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "desktop/Desktop.h"
+#include "file/Disk.h"
+#include "file/Lifecycle.h"
+#include "model/Document.h"
+
+/// The import of an OPC export file (.esf) of the ETS: every group address becomes an item, every
+/// middle group a device that carries the global settings; there are no branches.
+///
+/// The file is text in Windows-1252, or in UTF-8 when it begins with that encoding's mark. Its
+/// lines end with CR LF; one without a tab is passed over. Each other line is a record of
+/// tab-separated fields: the dotted path of the address, its name, its type and size.
+class EtsImport {
+ public:
+    EtsImport(Document& document, Desktop& desktop, Disk& disk, Lifecycle& lifecycle,
+              LifecycleWindow& window)
+        : document_(document),
+          desktop_(desktop),
+          disk_(disk),
+          lifecycle_(lifecycle),
+          window_(window) {}
+
+    /// Replaces the open configuration with one made from a file that the user chooses. A file
+    /// that cannot be imported whole leaves what was read before its fault, with flags, counters
+    /// and command state as they had been.
+    void mnuImpCfg_Click();
+
+    /// Asks for an export file. False, after telling the user, when the chooser failed; `path`
+    /// stays empty when the user chose none.
+    bool ShowDialImport(std::string& path);
+
+ private:
+    void importFile(const std::string& path);
+
+    Document& document_;
+    Desktop& desktop_;
+    Disk& disk_;
+    Lifecycle& lifecycle_;
+    LifecycleWindow& window_;
+};
+
+/// Adds the records of an export's text to the document. Raises the error of the first record
+/// that cannot be added; those before it stay.
+void addEtsRecords(Document& document, std::string_view bytes);
