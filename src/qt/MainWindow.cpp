@@ -152,6 +152,5 @@ void MainWindow::formChanged() {
 
 void MainWindow::endApplication(int exitStatus) {
     ending_ = true;
-    QMetaObject::invokeMethod(
-        qApp, [exitStatus] { QCoreApplication::exit(exitStatus); }, Qt::QueuedConnection);
+    Q_EMIT applicationEnded(exitStatus);
 }

@@ -21,6 +21,10 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     MainWindow(frmEditing& form, Document& document);
     ~MainWindow() override;
 
+ Q_SIGNALS:
+    /// The program is to end with that status; the window asks no more questions.
+    void applicationEnded(int exitStatus);
+
  protected:
     void showEvent(QShowEvent* event) override;
     void closeEvent(QCloseEvent* event) override;

@@ -41,23 +41,36 @@ void TreePane::keyPressEvent(QKeyEvent* event) {
 }
 
 void TreePane::mousePressEvent(QMouseEvent* event) {
-    currentAtPress_ = TreeModel::nodeAt(currentIndex());
+    const QPoint place = event->position().toPoint();
+    pressedOnNode_ = visualRect(indexAt(place)).contains(place);  // and not on its expand box
     clickReported_ = false;
     QTreeView::mousePressEvent(event);
 }
 
 void TreePane::mouseReleaseEvent(QMouseEvent* event) {
     QTreeView::mouseReleaseEvent(event);
-    // Pressed on one node and released on another: the toolkit has moved the selection, but
-    // calls it no click.
-    const bool moved = TreeModel::nodeAt(currentIndex()) != currentAtPress_;
-    if (event->button() == Qt::LeftButton && moved && !clickReported_) reportClick();
+    // The toolkit selects with every button, and a node that the pointer was dragged to, but
+    // calls neither a click.
+    if (pressedOnNode_ && !clickReported_) reportClick();
+    pressedOnNode_ = false;
 }
 
 void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
     // A view without a current node is one whose model is being reset.
-    if (current.isValid()) tree_.select(TreeModel::nodeAt(current));
+    if (!current.isValid()) return;
+    selectionModel()->select(current, QItemSelectionModel::ClearAndSelect);
+    tree_.select(TreeModel::nodeAt(current));
+}
+
+/// The selected node is the current one, always. The toolkit would select what lies at a place:
+/// nothing beside the nodes, nor where a node is indented out of sight.
+void TreePane::setSelection(const QRect& /*rect*/,
+                            QItemSelectionModel::SelectionFlags /*command*/) {}
+
+QItemSelectionModel::SelectionFlags TreePane::selectionCommand(const QModelIndex& index,
+                                                               const QEvent* /*event*/) const {
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
 /// The lines of the tree, which not every style of the toolkit draws, below the expand boxes.

@@ -24,6 +24,9 @@ class TreePane : public QTreeView {
     void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                         const QEvent* event) const override;
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
 
@@ -34,6 +37,6 @@ class TreePane : public QTreeView {
 
     ConfigTree& tree_;
     TreeModel* model_;
-    const Node* currentAtPress_ = nullptr;
+    bool pressedOnNode_ = false;
     bool clickReported_ = false;
 };

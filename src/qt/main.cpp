@@ -25,6 +25,10 @@ int main(int argc, char* argv[]) {
     QtForms forms;
     frmEditing form(document, desktop, forms, *disk, *registry);
     MainWindow window(form, document);
+    // Queued: the event loop may not have begun, or a dialog's may be running.
+    QObject::connect(
+        &window, &MainWindow::applicationEnded, &application,
+        [](int exitStatus) { QApplication::exit(exitStatus); }, Qt::QueuedConnection);
     window.show();
     return QApplication::exec();
 }

@@ -1,0 +1,76 @@
+// Message boxes, as the user answers them.
+#include "qt/QtDesktop.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+namespace {
+
+/// Does something to the box that is about to open.
+void inTheBox(const std::function<void(QMessageBox&)>& act) {
+    QTimer::singleShot(0, qApp, [act] {
+        auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(box);
+        QVERIFY(QTest::qWaitForWindowExposed(box));
+        act(*box);
+    });
+}
+
+void press(const QMessageBox& box, QMessageBox::StandardButton button) {
+    QTest::mouseClick(box.button(button), Qt::LeftButton);
+}
+
+}  // namespace
+
+class QtDesktopTest : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    static void betweenYesAndNoNothingElseAnswers() {
+        for (const auto answer : {QMessageBox::Yes, QMessageBox::No}) {
+            bool stayed = false;
+            inTheBox([&](QMessageBox& box) {
+                QTest::keyClick(&box, Qt::Key_Escape);
+                box.close();
+                stayed = box.isVisible();
+                press(box, answer);
+            });
+            QCOMPARE(QtDesktop().askYesNo("Save?"), answer == QMessageBox::Yes);
+            QVERIFY(stayed);
+        }
+    }
+
+    static void escapeIsCancelWhereThereIsOne() {
+        const auto answered = [](const std::function<void(QMessageBox&)>& act) {
+            inTheBox(act);
+            return QtDesktop().askYesNoCancel("Overwrite?");
+        };
+        const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
+        QVERIFY(answered(escape) == Answer::cancel);
+        QVERIFY(answered([](QMessageBox& box) { box.close(); }) == Answer::cancel);
+        QVERIFY(answered([](QMessageBox& box) { press(box, QMessageBox::Yes); }) == Answer::yes);
+        QVERIFY(answered([](QMessageBox& box) { press(box, QMessageBox::No); }) == Answer::no);
+    }
+
+    static void textIsShownAsItIs() {
+        QString text;
+        auto format = Qt::AutoText;
+        inTheBox([&](QMessageBox& box) {
+            const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
+            text = label->text();
+            format = label->textFormat();
+            press(box, QMessageBox::Ok);
+        });
+        QtDesktop().showMessage("<b>K\xC3\xBChlung</b> & more saved");
+        QCOMPARE(text, QString("<b>K\u00fchlung</b> & more saved"));
+        QCOMPARE(format, Qt::PlainText);
+    }
+};
+
+std::unique_ptr<QObject> qtDesktopTest() { return std::make_unique<QtDesktopTest>(); }
+
+#include "QtDesktopTest.moc"

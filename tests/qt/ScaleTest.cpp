@@ -1,0 +1,76 @@
+// The window with as much as a bus can hold, and with more depth than one ever has.
+#include <ctime>
+
+#include "qt/WindowWorld.h"
+
+namespace {
+
+// Times are promised for the program as it is delivered.
+#ifdef NDEBUG
+constexpr bool delivered = true;
+#else
+constexpr bool delivered = false;
+#endif
+
+/// Seconds of processor time from the start of `act` until its outcome has been painted: other
+/// work on the machine does not count.
+template <typename Act>
+double painted(WindowWorld& world, const char* what, const Act& act) {
+    const std::clock_t start = std::clock();
+    act();
+    QCoreApplication::processEvents();
+    world.window.grab();
+    const double taken = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+    qInfo("%s: %.3f s", what, taken);
+    return taken;
+}
+
+std::string repeated(std::string_view text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+}  // namespace
+
+class ScaleTest : public QObject {
+    Q_OBJECT
+
+ private Q_SLOTS:
+    static void allGroupAddressesInOneBranch() {
+        constexpr int count = 65'536;
+        std::string items;
+        for (int i = 0; i < count; ++i)
+            items += tag("Item" + std::to_string(i * 7919 % count));  // in no order
+        WindowWorld world;
+        const std::string text = configuration(plc("Bus", branch("ALL", items)));
+        world.desktop.onPendingEvents = [] { QCoreApplication::processEvents(); };
+
+        const double opening = painted(world, "opening", [&] { world.openText(text); });
+        const double click = painted(world, "node click", [&] { world.clickNode("Bus.ALL"); });
+        QCOMPARE(world.rows().model()->rowCount(), count);
+        if (!delivered) return;
+        QVERIFY(opening < 3.0);
+        QVERIFY(click < 0.6);
+    }
+
+    static void branchesNestedVeryDeep() {
+        constexpr int depth = delivered ? 20'000 : 2'000;
+        WindowWorld world;
+        const std::string text = configuration(
+            plc("Bus", repeated("<B>", depth) + tag("End") + repeated("</B>", depth)));
+
+        painted(world, "opening", [&] { world.openText(text); });
+        QCOMPARE(world.document.items().count(), std::size_t{1});
+        painted(world, "deepest item", [&] { QTest::keyClick(&world.tree, Qt::Key_End); });
+        QCOMPARE(world.names(), QString("End"));
+        painted(world, "closing", [&] { world.entry("mnuCloseCfg").trigger(); });
+        QVERIFY(!world.tree.isVisible());
+        QVERIFY(world.window.close());
+    }
+};
+
+std::unique_ptr<QObject> scaleTest() { return std::make_unique<ScaleTest>(); }
+
+#include "ScaleTest.moc"
