@@ -12,7 +12,6 @@
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::ElementsAreArray;
 using ::testing::StrEq;
 
 constexpr auto addDevice = &frmEditing::mnuAddPlc_Click;
@@ -52,7 +51,6 @@ void addVector(frmItems& form, const std::string& count) {
 class Dialogs : public ::testing::Test, protected EditorWorld {
  protected:
     using Shows = void (frmEditing::*)();
-
     Dialogs() {
         const std::string nested = branch("A", tag("Lamp") + branch("B", tag("Deep")));
         const std::string plant =
@@ -71,7 +69,6 @@ class Dialogs : public ::testing::Test, protected EditorWorld {
         (editor.*command)();
     }
     bool closed = false;
-
     void device(Shows command, const std::string& name, const std::string& timeout = "1e3") {
         in<frmPLC>(command, [&](frmPLC& form) {
             form.txtName.text = name;
@@ -242,7 +239,7 @@ TEST_F(Dialogs, AddAVectorUntilAnAddressIsRefused) {
         {"Plant.C", "-1", "1/1/0", "", "La mp|Hall|0|", ""},
         {"Plant.C", "40000", "1/1/0", "", "La mp|Hall|0|", overflow + "cmdOkNumber_Click"},
         {"Plant.C", "x", "1/1/0", "", "La mp|Hall|0|", "Number of items is not valid."}};
-    for (const auto& [key, count, start, added, next, message] : cases) {
+    for (const auto& [key, count, start, added, next, told] : cases) {
         click(key);
         in<frmItems>(addItem, [&, n = count, address = start, offered = next](frmItems& form) {
             type(form, "La mp", address);  // the filter of typed characters is not asked
@@ -254,7 +251,7 @@ TEST_F(Dialogs, AddAVectorUntilAnAddressIsRefused) {
         });
         EXPECT_FALSE(closed);
         EXPECT_EQ(contentsOf(document.tree().nodeAt(key)), added) << count;
-        EXPECT_THAT(desktop.messages(), ElementsAreArray(&message, message.empty() ? 0 : 1));
+        EXPECT_THAT(desktop.messages(), testing::ElementsAreArray(&told, told.empty() ? 0 : 1));
     }
 }
 
