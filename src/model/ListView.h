@@ -84,6 +84,8 @@ class ListView {
 
     const std::deque<Row>& rows() const { return rows_; }
     void clearRows();
+    /// Makes room for so many rows at once.
+    void reserveRows(std::size_t rows) { rowOfKey_.reserve(rows); }
     /// Appends a row. Raises ErrorNumber::keyNotUnique when a row has its key.
     void addRow(Row row);
     /// The place of the row with that key, if there is one.
