@@ -1,0 +1,87 @@
+#include "model/FileFitness.h"
+
+#include "model/Text.h"
+
+namespace {
+
+const std::string unreadable = "the OPC server cannot read a file that holds this";
+
+bool isOneOf(char32_t c, std::u32string_view characters) {
+    return characters.find(c) != std::u32string_view::npos;
+}
+
+bool isBetween(char32_t c, char32_t first, char32_t last) { return c >= first && c <= last; }
+
+/// Of the characters that ISO-8859-1 has: any other becomes "?", which no name can hold. A colon
+/// is not among them: before it stands a prefix that the file would have to declare, and a reader
+/// that knows namespaces refuses it (https://www.w3.org/TR/xml-names/, "Prefix Declared").
+bool canBeginName(char32_t c) {
+    return isBetween(c, 'A', 'Z') || isBetween(c, 'a', 'z') || c == '_' ||
+           (isBetween(c, 0xC0, 0xFF) && c != 0xD7 && c != 0xF7);
+}
+
+bool canStandInName(char32_t c) {
+    return canBeginName(c) || isBetween(c, '0', '9') || isOneOf(c, U"-.\u00B7");
+}
+
+/// A character, given with its bytes, for a person to read.
+std::string shown(char32_t c, std::string_view bytes) {
+    if (c < 0x20 || isBetween(c, 0x7F, 0xA0)) {
+        static constexpr std::string_view digits = "0123456789ABCDEF";
+        return std::string("U+00") + digits[c >> 4U] + digits[c & 0xFU];
+    }
+    return "'" + std::string(c == 0xFFFD ? "\uFFFD" : bytes) + "'";  // a broken byte is no text
+}
+
+std::string spoilsName(std::string_view name) {
+    if (name.empty()) return "A branch without a name: " + unreadable;
+    if (equalIgnoringCase(name, "tag") || equalIgnoringCase(name, "tags")) {
+        // The file's own elements: an item, and the contents of a device.
+        return "'" + std::string(name) + "' as a branch name: read back as something else";
+    }
+    for (std::size_t end = 0; end < name.size();) {
+        const std::size_t start = end;
+        const char32_t c = nextCharacter(name, end);
+        if (start == 0 ? canBeginName(c) : canStandInName(c)) continue;
+        return shown(c, name.substr(start, end - start)) +
+               (canStandInName(c) ? " at the start of" : " in") + " a branch name: " + unreadable;
+    }
+    return {};
+}
+
+/// What comes of a character of a text that is no name; nothing when it is read as it was.
+std::string_view consequence(char32_t c, FilePlace place) {
+    const bool isLineEndOrTab = isOneOf(c, U"\t\n\r");
+    if ((c < 0x20 && !isLineEndOrTab) || c == '<' || c == '&') return unreadable;
+    if (c > 0xFF) return "saved as \"?\"";
+    if (place == FilePlace::attribute) {
+        if (c == '"') return unreadable;
+        if (isLineEndOrTab) return "read back as a blank";
+    }
+    if (c == '\r') return "read back as a line feed";
+    return {};
+}
+
+std::string spoilsText(std::string_view text, FilePlace place) {
+    if (place == FilePlace::content && text.find("]]>") != std::string_view::npos) {
+        return "']]>': " + unreadable;
+    }
+    std::string slight;
+    for (std::size_t end = 0; end < text.size();) {
+        const std::size_t start = end;
+        const char32_t c = nextCharacter(text, end);
+        const std::string_view result = consequence(c, place);
+        const bool isGrave = result == unreadable;
+        if (!isGrave && (result.empty() || !slight.empty())) continue;
+        std::string fault = shown(c, text.substr(start, end - start)) + ": " + std::string(result);
+        if (isGrave) return fault;
+        slight = std::move(fault);
+    }
+    return slight;
+}
+
+}  // namespace
+
+std::string spoilsFile(std::string_view text, FilePlace place) {
+    return place == FilePlace::elementName ? spoilsName(text) : spoilsText(text, place);
+}
