@@ -60,9 +60,14 @@ TEST_F(CreateXMLTest, WritesTheFileByteForByte) {
 
 TEST_F(CreateXMLTest, WritesOneByteForEachCharacterAndEscapesNothing) {
     read(configuration(plc("Plant", branch("Étage", tag("x")))));
-    document.items().at("Plant.ÉTAGE.x")->sComment = "Büro für 100 €, <&\"";
+    const auto item = document.items().at("Plant.ÉTAGE.x");
+    item->sComment = "Büro für 100 €";
     EXPECT_THAT(written(), HasSubstr("\r\n\t\t\t\t<\xC9TAGE>\r\n"));
-    EXPECT_THAT(written(), HasSubstr("<comment>B\xFCro f\xFCr 100 ?, <&\"</comment>"));
+    EXPECT_THAT(written(), HasSubstr("<comment>B\xFCro f\xFCr 100 ?</comment>"));
+
+    disk.writesSpoiledFiles = true;
+    item->sComment = "<&\"";
+    EXPECT_THAT(written(), HasSubstr("<comment><&\"</comment>"));
 }
 
 /// Runs the work where it cannot call itself once for every level of a deep configuration.
