@@ -23,9 +23,10 @@ std::string addBranch(Document& document, const std::string& parentKey, const st
     return branch->sKey;
 }
 
-void addItem(Document& document, const std::string& parentKey, int number) {
+void addItem(Document& document, const std::string& parentKey, int number,
+             const std::string& name = "Light_Ceiling_") {
     const auto item = std::make_shared<clsItem>();
-    item->sName = "Light_Ceiling_" + std::to_string(number);
+    item->sName = name + std::to_string(number);
     item->sKey = parentKey + "." + item->sName;
     item->sComment = "Deckenlicht Büro, Schaltgruppe " + std::to_string(number % 8);
     item->sAddress = std::to_string(number / 2048 % 32) + "/" + std::to_string(number / 256 % 8) +
@@ -68,4 +69,10 @@ void fillOneBranch(Document& document, int items) {
     const std::string branch = addBranch(document, addDevice(document, "Building"), "ALL");
     for (int i = 0; i < items; ++i)
         addItem(document, branch, i);
+}
+
+void addBranchOf(Document& document, const std::string& device, int items) {
+    const std::string branch = addBranch(document, addDevice(document, device), "MORE");
+    for (int i = 0; i < items; ++i)
+        addItem(document, branch, i, "More_");
 }

@@ -11,11 +11,12 @@
 /// Nobody sits before a benchmark; whatever is told ends it.
 class SilentDesktop : public Desktop {
  public:
-    void showMessage(const std::string& text) override {
+    using Desktop::showMessage;
+    void showMessage(const std::string& text, MessageIcon /*icon*/) override {
         std::fprintf(stderr, "%s\n", text.c_str());
         std::abort();
     }
-    bool askYesNo(const std::string& /*text*/) override { return false; }
+    bool askYesNo(const std::string& /*text*/) override { return true; }
     Answer askYesNoCancel(const std::string& /*text*/) override { return Answer::cancel; }
     std::string chooseFileToOpen(const std::string& /*title*/,
                                  const FileFilter& /*filter*/) override {
@@ -26,8 +27,12 @@ class SilentDesktop : public Desktop {
         return {};
     }
     std::string defaultFolder() override { return {}; }
+    std::string clipboardText() override { return clipboard; }
+    void clearClipboard() override { clipboard.clear(); }
     void setPointer(Pointer /*pointer*/) override {}
     void processPendingEvents() override {}
+
+    std::string clipboard;
 };
 
 /// Gives the system back what earlier rounds freed: a file is opened once in a program's life,
@@ -39,3 +44,6 @@ void fillBuilding(Document& document, int items);
 
 /// The same group addresses, all in one branch, "Building.ALL".
 void fillOneBranch(Document& document, int items);
+
+/// A device of that name with one branch, "MORE", of so many items more.
+void addBranchOf(Document& document, const std::string& device, int items);

@@ -11,6 +11,8 @@
 #include <string>
 
 #include "Building.h"
+#include "dialogs/frmPLC.h"
+#include "dialogs/frmReplace.h"
 #include "editor/frmEditing.h"
 #include "file/CreateXML.h"
 #include "qt/MainWindow.h"
@@ -40,6 +42,21 @@ class SilentRegistry : public FLRegistry {
                      const std::string& /*valueName*/, const std::string& /*text*/) override {}
 };
 
+/// Accepts every preview and renames every device.
+class AnsweringForms : public QtForms {
+ public:
+    using QtForms::showModal;
+    void showModal(frmReplace& form) override { form.Command2_Click(); }
+    void showModal(frmPLC& form) override {
+        form.txtName.text += "2";
+        form.cmdApply_Click();
+    }
+    void show(frmFind& form) override { find = &form; }
+    void close(frmFind& /*form*/) override { find = nullptr; }
+
+    frmFind* find = nullptr;
+};
+
 /// The whole editor, with a file that holds so many items.
 class Editor {
  public:
@@ -62,6 +79,25 @@ class Editor {
 
     Document& document() { return document_; }
     frmEditing& form() { return form_; }
+    AnsweringForms& forms() { return forms_; }
+    ChoosingDesktop& desktop() { return desktop_; }
+    Node& nodeAt(const char* key) { return document_.tree().nodeAt(key); }
+
+    void click(Node& node) {
+        document_.tree().select(&node);
+        form_.activeControl = frmEditing::ActiveControl::tree;
+        form_.TreeView1_NodeClick(node);
+    }
+
+    /// Selects every so manyth row of the list; gives their number.
+    int selectRows(std::size_t step) {
+        int selected = 0;
+        const ListView::Update update(form_.ListView1);
+        for (std::size_t row = 0; row < form_.ListView1.rows().size(); row += step, ++selected)
+            form_.ListView1.setSelected(row, true);
+        form_.activeControl = frmEditing::ActiveControl::list;
+        return selected;
+    }
 
     /// Until everything is painted and nothing is left to do.
     static void settle() {
@@ -79,7 +115,7 @@ class Editor {
     std::string path_;
     std::unique_ptr<Disk> disk_ = systemDisk();
     ChoosingDesktop desktop_;
-    QtForms forms_;
+    AnsweringForms forms_;
     SilentRegistry registry_;
     Document document_;
     frmEditing form_;
@@ -116,6 +152,73 @@ void clickBranch(benchmark::State& state) {
     }
 }
 
+/// A second device with a branch of 1,000 items, beside the branch that holds all the others.
+void fillForEditing(Document& document, int items) {
+    fillOneBranch(document, items);
+    addBranchOf(document, "Annex", 1000);
+}
+
+/// One command in the window, from its start to the painted outcome; a new editor each time, as
+/// it changes the configuration. `prepare` selects what the command works on.
+void edit(benchmark::State& state, void (*prepare)(Editor&), void (*command)(Editor&)) {
+    for (auto _ : state) {
+        Editor editor(fillForEditing, static_cast<int>(state.range(0)));
+        editor.open();
+        editor.click(editor.nodeAt("Building.ALL"));
+        prepare(editor);
+        Editor::settle();
+        state.SetIterationTime(secondsOf([&] {
+            command(editor);
+            Editor::settle();
+        }));
+    }
+}
+
+void drop(Editor& editor, DropEffect effect) {
+    TreeDrag& drag = editor.form().treeDrag();
+    drag.TreeView1_MouseDown(TreeDrag::rightButton, 0, &editor.nodeAt("Building.ALL"));
+    drag.TreeView1_OLEDragOver(&editor.nodeAt("Annex"));
+    drag.TreeView1_OLEDragDrop(effect);
+}
+
+void fillClipboard(Editor& editor, std::size_t step) {
+    const int lines = editor.selectRows(step);
+    std::string& text = editor.desktop().clipboard;
+    for (int i = 0; i < lines; ++i)
+        text += "Pasted_" + std::to_string(i) + "\r\n";
+}
+
+const struct {
+    const char* name;
+    void (*prepare)(Editor&);
+    void (*command)(Editor&);
+} edits[] = {
+    {"Paste1000Items",
+     [](Editor& editor) {
+         editor.click(editor.nodeAt("Annex.MORE"));
+         editor.selectRows(1);
+         editor.form().mnuCopy_Click();
+         editor.click(editor.nodeAt("Building.ALL"));
+     },
+     [](Editor& editor) { editor.form().mnuPaste_Click(); }},
+    {"DeleteEverySixthRow", [](Editor& editor) { editor.selectRows(6); },
+     [](Editor& editor) { editor.form().mnuDelete_Click(); }},
+    {"MoveBranch", [](Editor&) {}, [](Editor& editor) { drop(editor, DropEffect::move); }},
+    {"CopyBranch", [](Editor&) {}, [](Editor& editor) { drop(editor, DropEffect::copy); }},
+    {"RenameDeviceAbove", [](Editor& editor) { editor.click(editor.nodeAt("Building")); },
+     [](Editor& editor) { editor.form().TreeView1_DblClick(); }},
+    {"PasteAllComments", [](Editor& editor) { fillClipboard(editor, 1); },
+     [](Editor& editor) { editor.form().mnuPasteComment_Click(); }},
+    {"PasteEverySixthName", [](Editor& editor) { fillClipboard(editor, 6); },
+     [](Editor& editor) { editor.form().mnuPasteName_Click(); }},
+    {"FindLastNode",
+     [](Editor& editor) {
+         editor.form().mnuFind_Click();
+         editor.forms().find->txtFind.text = "more_999";
+     },
+     [](Editor& editor) { editor.forms().find->cmdFind_Click(); }},
+};
+
 void sizes(benchmark::internal::Benchmark* benchmark) {
     for (const int items : {8192, 65536})
         benchmark->Arg(items);
@@ -130,5 +233,13 @@ int main(int argc, char* argv[]) {
     benchmark::RegisterBenchmark("OpenBuilding", openFile, fillBuilding)->Apply(sizes);
     benchmark::RegisterBenchmark("OpenOneBranch", openFile, fillOneBranch)->Apply(sizes);
     benchmark::RegisterBenchmark("ClickBranch", clickBranch)->Apply(sizes);
+    for (const auto& [name, prepare, command] : edits) {
+        benchmark::RegisterBenchmark(name, edit, prepare, command)
+            ->Arg(6553)
+            ->Arg(65536)
+            ->Iterations(3)
+            ->UseManualTime()
+            ->Unit(benchmark::kMillisecond);
+    }
     benchmark::RunSpecifiedBenchmarks();
 }

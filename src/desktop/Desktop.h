@@ -9,12 +9,16 @@ struct FileFilter {
     std::string pattern;      ///< e.g. "*.xml"
 };
 
-enum class Pointer { normal, busy };
+/// `icon` is the shape while a node is dragged.
+enum class Pointer { normal, busy, icon };
+
+/// The sign beside a message.
+enum class MessageIcon { none, exclamation, stop };
 
 enum class Answer { yes, no, cancel };
 
-/// Message boxes, file choosers, the mouse pointer and pending events. Texts and paths are
-/// UTF-8. A box or a chooser returns when the user has closed it.
+/// Message boxes, file choosers, the system clipboard, the mouse pointer and pending events. Texts
+/// and paths are UTF-8. A box or a chooser returns when the user has closed it.
 class Desktop {
  public:
     Desktop() = default;
@@ -25,7 +29,8 @@ class Desktop {
     virtual ~Desktop() = default;
 
     /// A message with an OK button; the box has the application's title.
-    virtual void showMessage(const std::string& text) = 0;
+    void showMessage(const std::string& text) { showMessage(text, MessageIcon::none); }
+    virtual void showMessage(const std::string& text, MessageIcon icon) = 0;
     /// A question with Yes and No buttons; true for Yes.
     virtual bool askYesNo(const std::string& text) = 0;
     virtual Answer askYesNoCancel(const std::string& text) = 0;
@@ -38,6 +43,10 @@ class Desktop {
                                          const std::string& proposedName) = 0;
     /// The folder where a new configuration is proposed to be kept.
     virtual std::string defaultFolder() = 0;
+
+    /// The text on the system clipboard; empty when it holds none.
+    virtual std::string clipboardText() = 0;
+    virtual void clearClipboard() = 0;
 
     virtual void setPointer(Pointer pointer) = 0;
     /// Gives the windows a turn to repaint in long work. What the user typed or clicked

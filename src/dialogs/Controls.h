@@ -1,6 +1,7 @@
 // The controls of a form, without a toolkit: what the rules read and write.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -23,4 +24,10 @@ struct ComboBox {
 struct Button {
     std::string caption;
     bool enabled = true;
+};
+
+/// Three columns of texts; the first row holds the headings.
+struct Grid {
+    std::array<int, 3> colWidth{};  ///< in twips, 1/1440 of an inch
+    std::vector<std::array<std::string, 3>> rows;
 };

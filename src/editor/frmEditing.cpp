@@ -52,7 +52,7 @@ void frmEditing::Form_Initialize() {
     });
 }
 
-void frmEditing::Form_Load(Size screen) {
+void frmEditing::Form_Load(FormSize screen) {
     reportErrors(desktop_, "Form_Load", [&] {
         referenceSize = {fractionOf(0.8, screen.width), fractionOf(0.8, screen.height)};
         showViews({.visible = false, .enabled = false});
@@ -60,7 +60,19 @@ void frmEditing::Form_Load(Size screen) {
     });
 }
 
-EditingLayout frmEditing::layoutFor(Size client) {
+bool frmEditing::Form_Unload() {
+    if (!lifecycle_.Form_Unload()) return false;
+    unloadFind();
+    return true;
+}
+
+void frmEditing::unloadFind() {
+    if (!find_.loaded()) return;
+    find_.Form_Unload();
+    forms_.close(find_);
+}
+
+EditingLayout frmEditing::layoutFor(FormSize client) {
     const int top = fractionOf(0.05, client.height);
     const int height = fractionOf(0.95, client.height);
     return {.toolbar = {0, 0, client.width, fractionOf(0.04, client.height)},
@@ -93,7 +105,7 @@ void frmEditing::listContents(const Node& container) {
     ListView1.reserveRows(container.children().size());
     for (const Node* child : container.children()) {
         if (child->kind() != NodeKind::item) continue;
-        document_.items().at(child->key())->AddToListView(ListView1, true, desktop_);
+        document_.itemAt(*child)->AddToListView(ListView1, true, desktop_);
         // Only a first child counts: items after a branch do not enable pasting names. Meant.
         if (child == container.children().front()) {
             EnMenuButt(commandStates::containerSelectedItemsListed);
@@ -106,7 +118,7 @@ void frmEditing::listItem(const Node& node) {
     ListView1.clearRows();
     ListView1.setColumns(singleItemColumns);
     ListView1.setView(ListView::View::report);
-    document_.items().at(node.key())->AddToListView(ListView1, false, desktop_);
+    document_.itemAt(node)->AddToListView(ListView1, false, desktop_);
 }
 
 void frmEditing::listDevices() {
@@ -215,6 +227,7 @@ void frmEditing::showNewDevice() {
 
 void frmEditing::mnuAddBranch_Click() {
     reportErrors(desktop_, "EH_mnuAddbranch_Click", [&] {
+        selectContainer();
         document_.branchDialog = {};
         frmBranch form(document_, desktop_);
         form.Form_Load();
@@ -243,11 +256,46 @@ void frmEditing::showNewBranch() {
 
 void frmEditing::mnuAddItem_Click() {
     reportErrors(desktop_, "mnuAddItem_Click", [&] {
+        selectContainer();
         document_.itemDialog = {};
         frmItems form(document_, desktop_);
         form.Form_Load();
         forms_.showModal(form);
         TreeView1_NodeClick(selectedNode(document_));
+    });
+}
+
+/// Selects the node below which something is to be added. What stands directly below the root has
+/// no place in the file: there the device whose row the user chose is meant, as its row is what
+/// enabled the command. Below an item nothing can stand: after a deletion or a search has selected
+/// one, the node that holds it is meant. Raises ErrorNumber::objectNotSet when there is none.
+void frmEditing::selectContainer() {
+    ConfigTree& tree = document_.tree();
+    Node* container = &selectedNode(document_);
+    if (container->kind() == NodeKind::item) container = container->parent();
+    if (container->kind() == NodeKind::config) {
+        const auto* row = ListView1.selectedRow();
+        container = row == nullptr ? nullptr : tree.FindNode(row->key);
+    }
+    if (container == nullptr ||
+        (container->kind() != NodeKind::plc && container->kind() != NodeKind::branch)) {
+        throw RunTimeError(ErrorNumber::objectNotSet);
+    }
+    tree.select(container);
+}
+
+/// Whatever Copy says: what could not be copied may still be deleted. Meant.
+void frmEditing::mnuCut_Click() {
+    reportErrors(desktop_, "mnuCut_Click", [&] {
+        mnuCopy_Click();
+        mnuDelete_Click();
+    });
+}
+
+void frmEditing::mnuFind_Click() {
+    reportErrors(desktop_, "mnuFind_Click", [&] {
+        if (!find_.loaded()) find_.Form_Load();
+        forms_.show(find_);
     });
 }
 
@@ -281,6 +329,7 @@ void frmEditing::InitObjects() {
         showViews({.visible = false, .enabled = false});
         document_.tree().clear();
         ListView1.clearRows();
+        copyPaste_.reset();
     });
 }
 
@@ -311,7 +360,13 @@ void frmEditing::configurationClosed() {
     EnMenuButt(commandStates::noConfiguration);
 }
 
+void frmEditing::focusTree() {
+    activeControl = ActiveControl::tree;
+    if (window_ != nullptr) window_->focusTree();
+}
+
 void frmEditing::endApplication() {
+    unloadFind();
     if (window_ != nullptr) window_->endApplication(EXIT_SUCCESS);
 }
 

@@ -7,16 +7,17 @@
 
 #include "desktop/Desktop.h"
 #include "dialogs/Forms.h"
+#include "dialogs/frmFind.h"
 #include "editor/Commands.h"
+#include "editor/CopyPaste.h"
+#include "editor/Deletion.h"
+#include "editor/PastedTexts.h"
+#include "editor/TreeDrag.h"
 #include "file/Lifecycle.h"
 #include "import/EtsImport.h"
+#include "layout/mResize.h"
 #include "model/Document.h"
 #include "model/ListView.h"
-
-struct Size {
-    int width = 0;
-    int height = 0;
-};
 
 struct Rectangle {
     int left = 0;
@@ -50,9 +51,15 @@ class frmEditing final : public LifecycleWindow {
 
         /// What the form says of views, panel and commands may have changed.
         virtual void formChanged() = 0;
+        /// Gives the tree the focus within this window.
+        virtual void focusTree() = 0;
         /// Closes all windows of the editor and ends the program, with that exit status.
         virtual void endApplication(int exitStatus) = 0;
     };
+
+    /// The view that commands on a selection act on: the one that has the focus, also while a menu
+    /// or another window of the editor is in use.
+    enum class ActiveControl { none, tree, list };
 
     struct ViewState {
         bool visible = false;
@@ -77,15 +84,22 @@ class frmEditing final : public LifecycleWindow {
     ViewState ListView1State;
     ListView ListView1;
     StatusPanel pnlImpStat;
+    ActiveControl activeControl = ActiveControl::none;  ///< told by the window
     /// The window's size when it opened: 80 % of the screen.
-    Size referenceSize;
+    FormSize referenceSize;
 
     // The window's own events.
     void Form_Initialize();
-    void Form_Load(Size screen);
-    bool Form_Unload() { return lifecycle_.Form_Unload(); }
+    void Form_Load(FormSize screen);
+    /// False when the window is to stay open.
+    bool Form_Unload();
+    /// Makes the window's parts follow the size of its inner area; `reference` is the size that
+    /// it had, or would have had, as the window opened.
+    void Form_Resize(ResizableForm& innerArea, FormSize reference) {
+        resizing_.resize(innerArea, reference);
+    }
     /// The fixed fractions of the window's inner area.
-    static EditingLayout layoutFor(Size client);
+    static EditingLayout layoutFor(FormSize client);
 
     // The views' events. A click is reported after the view has made its selection known to the
     // tree or the list.
@@ -94,6 +108,8 @@ class frmEditing final : public LifecycleWindow {
     void ListView1_Click();
     void ListView1_DblClick();
     void ListView1_ColumnClick(std::size_t column);
+    /// A drag within the tree.
+    TreeDrag& treeDrag() { return drag_; }
 
     // The commands.
     void mnuNewCfg_Click() { lifecycle_.mnuNewCfg_Click(); }
@@ -107,6 +123,13 @@ class frmEditing final : public LifecycleWindow {
     void mnuAddPlc_Click();
     void mnuAddBranch_Click();
     void mnuAddItem_Click();
+    void mnuCopy_Click() { copyPaste_.mnuCopy_Click(); }
+    void mnuCut_Click();
+    void mnuPaste_Click() { copyPaste_.mnuPaste_Click(); }
+    void mnuDelete_Click() { deletion_.mnuDelete_Click(); }
+    void mnuPasteName_Click() { pastedTexts_.Paste_Name_Click(); }
+    void mnuPasteComment_Click() { pastedTexts_.Paste_Comment_Click(); }
+    void mnuFind_Click();
     void mnuAbout_Click() { forms_.showAbout(); }
     void mnuIcon_Click() { ListView1.setView(ListView::View::icon); }
     void mnuSmallIcon_Click() { ListView1.setView(ListView::View::smallIcon); }
@@ -134,6 +157,7 @@ class frmEditing final : public LifecycleWindow {
     void endApplication() override;
 
  private:
+    void selectContainer();
     void showNewDevice();
     void showNewBranch();
     void changeDevice(const Node& node);
@@ -142,6 +166,8 @@ class frmEditing final : public LifecycleWindow {
     void showViews(ViewState state);
     void listContents(const Node& container);
     void listItem(const Node& node);
+    void focusTree();
+    void unloadFind();
     void formChanged();
 
     Document& document_;
@@ -149,6 +175,12 @@ class frmEditing final : public LifecycleWindow {
     Forms& forms_;
     Lifecycle lifecycle_;
     EtsImport import_;
+    CopyPaste copyPaste_{document_, desktop_, *this};
+    Deletion deletion_{document_, desktop_, *this};
+    TreeDrag drag_{document_, desktop_};
+    PastedTexts pastedTexts_{document_, desktop_, forms_, ListView1};
+    frmFind find_{document_, desktop_, [this] { focusTree(); }};
+    mResize resizing_;
     Window* window_ = nullptr;
     std::vector<bool> enabled_;  // by the command table's rows
 };

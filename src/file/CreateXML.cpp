@@ -1,9 +1,12 @@
 #include "file/CreateXML.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/Generale.h"
 #include "model/Reporting.h"
@@ -49,8 +52,7 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
                 if (level > std::numeric_limits<std::int16_t>::max()) {
                     throw RunTimeError(ErrorNumber::overflow);
                 }
-                const auto& item = document.items().at(node->key());
-                lines.add(0, {item->GetXmlTag(static_cast<std::int16_t>(level))});
+                lines.add(0, {document.itemAt(*node)->GetXmlTag(static_cast<std::int16_t>(level))});
             } else {
                 lines.add(level++, {"<", node->text(), ">"});
                 open = node;
@@ -60,8 +62,48 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
     });
 }
 
+/// The contents of a device that has no node of its own any more, as a tree: it was dragged below
+/// another node, which takes its node and all below it out of the tree, while the records stay.
+/// They are saved where they were, so that what was dragged by mistake is not lost.
+void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& device) {
+    struct Left {
+        std::string_view key;
+        NodeKind kind;
+    };
+    std::vector<Left> left;
+    const std::string prefix = device.sKey() + ".";
+    const auto collect = [&](const auto& registry, NodeKind kind) {
+        for (const auto& [key, record] : registry) {
+            if (!key.starts_with(prefix) || document.tree().FindNode(key) != nullptr) continue;
+            left.push_back({key, kind});
+        }
+    };
+    collect(document.branches(), NodeKind::branch);
+    collect(document.items(), NodeKind::item);
+    std::ranges::stable_sort(left, {}, [](const Left& each) {  // parents before their children
+        return std::ranges::count(each.key, '.');
+    });
+    tree.AddNode("", device.sKey(), device.getName(), NodeKind::plc);
+    for (const auto& [key, kind] : left) {
+        const std::string_view parentKey = parentKeyOf(key);
+        tree.AddNode(parentKey, std::string(key), std::string(key.substr(parentKey.size() + 1)),
+                     kind);
+    }
+}
+
+/// The file has a place for what stands below a device only. What was dragged to the root must
+/// not be left out without a word.
+void requireDevicesOnly(const Node& root) {
+    for (const Node* child : root.children()) {
+        if (child->kind() == NodeKind::plc) continue;
+        throw RunTimeError(ErrorNumber::invalidCall,
+                           "\"" + child->text() + "\" stands below no device: move it below one");
+    }
+}
+
 /// The whole file; nothing when a part of it could not be written.
 std::optional<Lines> configurationText(const Document& document, const Tell& tell) {
+    if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
     Lines lines(document.items().count());
     lines.add(0, {R"(<?xml version="1.0" encoding="ISO-8859-1"?>)"});
     lines.add(0, {"<QUONEibCfg>"});
@@ -72,8 +114,13 @@ std::optional<Lines> configurationText(const Document& document, const Tell& tel
     for (const auto& [key, device] : document.devices()) {
         lines.add(0, {device->GetXmlTag()});
         lines.add(3, {"<tags>"});
-        const Node& node = document.tree().nodeAt(device->getName());
-        if (!PrintBranch(lines, document, node, tell)) return std::nullopt;
+        ConfigTree records;
+        const Node* node = document.tree().FindNode(device->getName());
+        if (node == nullptr) {
+            buildFromRecords(records, document, *device);
+            node = records.root();
+        }
+        if (!PrintBranch(lines, document, *node, tell)) return std::nullopt;
         lines.add(3, {"</tags>"});
         lines.add(2, {"</DEVICE>"});
     }

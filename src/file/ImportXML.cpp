@@ -110,7 +110,7 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
         // An item is an element of at least six more.
         document.items().reserve(file.count() / 7);
         document.tree().reserve(file.count() / 7);
-        const ConfigTree::BulkAdd bulk(document.tree());
+        const ConfigTree::BulkChange bulk(document.tree());
         Importer(document, desktop, itemRead).readRoot(file.root());
     });
     return finished && isConfiguration;

@@ -108,7 +108,7 @@ void EtsImport::mnuImpCfg_Click() {
 
 void EtsImport::importFile(const std::string& path) {
     {
-        const ConfigTree::BulkAdd bulk(document_.tree());
+        const ConfigTree::BulkChange bulk(document_.tree());
         addEtsRecords(document_, disk_.read(path));
     }
     document_.setCountersFromRecords();

@@ -1,6 +1,8 @@
 #include "model/ConfigTree.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <utility>
 
 #include "model/RunTimeError.h"
@@ -16,12 +18,12 @@ std::string_view tagOf(NodeKind kind) {
     return {};
 }
 
-ConfigTree::BulkAdd::BulkAdd(ConfigTree& tree)
+ConfigTree::BulkChange::BulkChange(ConfigTree& tree)
     : tree_(tree), listener_(std::exchange(tree.listener_, nullptr)) {
     if (listener_ != nullptr) listener_->aboutToReset();
 }
 
-ConfigTree::BulkAdd::~BulkAdd() {
+ConfigTree::BulkChange::~BulkChange() {
     tree_.listener_ = listener_;
     if (listener_ != nullptr) listener_->reset();
 }
@@ -63,32 +65,51 @@ Node& ConfigTree::nodeAt(std::string_view key) const {
     return *node;
 }
 
-void ConfigTree::remove(Node& node) {
+/// What becomes selected in place of a node that goes.
+Node* ConfigTree::heirOf(const Node& leaving) {
+    Node* parent = leaving.parent_;
+    if (parent == nullptr) return nullptr;
+    const auto stays = [](const Node* sibling) { return !sibling->leaving_; };
+    const auto place = parent->children_.begin() + rowOf(leaving);
+    const auto next = std::find_if(place, parent->children_.end(), stays);
+    if (next != parent->children_.end()) return *next;
+    const auto previous =
+        std::find_if(std::make_reverse_iterator(place), parent->children_.rend(), stays);
+    return previous != parent->children_.rend() ? *previous : parent;
+}
+
+void ConfigTree::removeAll(const std::vector<Node*>& nodes) {
+    if (nodes.empty()) return;
+    for (Node* node : nodes)
+        node->leaving_ = true;
     for (const Node* above = selected_; above != nullptr; above = above->parent_) {
-        if (above != &node) continue;
-        const auto row = static_cast<std::size_t>(rowOf(node));
-        Node* parent = node.parent_;
-        if (parent == nullptr) {
-            select(nullptr);
-        } else if (row + 1 < parent->children_.size()) {
-            select(parent->children_[row + 1]);
-        } else {
-            select(row > 0 ? parent->children_[row - 1] : parent);
-        }
+        if (!above->leaving_) continue;
+        select(heirOf(*above));
         break;
     }
 
-    if (listener_ != nullptr) listener_->aboutToRemove(node);
-    if (Node* parent = node.parent_; parent != nullptr) {
-        const auto row = rowOf(node);
-        parent->children_.erase(parent->children_.begin() + row);
-        parent->childRowsKnown_ = false;
-    } else {
-        root_ = nullptr;
+    // A view is told of each change for one node only: it looks at all siblings every time.
+    std::optional<BulkChange> bulk;
+    if (nodes.size() > 1) bulk.emplace(*this);
+    if (listener_ != nullptr) listener_->aboutToRemove(*nodes.front());
+    std::vector<Node*> parents;
+    for (const Node* node : nodes) {
+        if (node->parent_ == nullptr) {
+            root_ = nullptr;
+        } else {
+            parents.push_back(node->parent_);
+        }
     }
-    std::vector<Node*> gone{&node};
-    for (TreeWalk walk(node); Node* below = walk.next();)
-        gone.push_back(below);
+    std::ranges::sort(parents, std::less<>());
+    parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
+    for (Node* parent : parents) {
+        std::erase_if(parent->children_, [](const Node* child) { return child->leaving_; });
+        parent->childRowsKnown_ = false;
+    }
+    std::vector<Node*> gone = nodes;
+    for (const Node* node : nodes)
+        for (TreeWalk walk(*node); Node* below = walk.next();)
+            gone.push_back(below);
     for (Node* each : gone) {
         unlink(*each);
         nodes_.take(each->key_);
@@ -116,7 +137,6 @@ void ConfigTree::setKey(Node& node, std::string key) {
     auto taken = nodes_.take(node.key_);
     taken->key_ = std::move(key);
     nodes_.add(std::move(taken));
-    if (listener_ != nullptr) listener_->changed(node);
 }
 
 void ConfigTree::setText(Node& node, std::string text) {
@@ -128,9 +148,13 @@ void ConfigTree::sortChildren(Node& node) {
     const auto before = [](const Node* a, const Node* b) {
         return alphabeticallyBefore(a->text_, b->text_);
     };
-    if (std::ranges::is_sorted(node.children_, before)) return;
+    // Most often a few were added to many in order: the many are not sorted once more.
+    auto& children = node.children_;
+    const auto added = std::ranges::is_sorted_until(children, before);
+    if (added == children.end()) return;
     if (listener_ != nullptr) listener_->aboutToReorder(node);
-    std::ranges::stable_sort(node.children_, before);
+    std::ranges::stable_sort(added, children.end(), before);
+    std::ranges::inplace_merge(children, added, before);
     node.childRowsKnown_ = false;
     if (listener_ != nullptr) listener_->reordered(node);
 }

@@ -47,6 +47,7 @@ class Node {
     mutable bool childRowsKnown_ = true;
     NodeKind kind_ = NodeKind::config;
     bool expanded_ = false;
+    bool leaving_ = false;  // while it is being removed
 };
 
 /// The configuration tree: one root, any depth. Nodes are found by key (matched exactly) in
@@ -73,7 +74,7 @@ class ConfigTree {
         virtual void added() = 0;
         virtual void aboutToRemove(const Node& node) = 0;
         virtual void removed() = 0;
-        /// The node's text or key is another one.
+        /// The node's text is another one.
         virtual void changed(const Node& node) = 0;
         virtual void aboutToReorder(const Node& parent) = 0;
         virtual void reordered(const Node& parent) = 0;
@@ -86,16 +87,17 @@ class ConfigTree {
         virtual void madeVisible(const Node& node) = 0;
     };
 
-    /// While one lives, the listener hears nothing of what is added; at its end, one reset.
-    /// Nothing may be removed meanwhile.
-    class BulkAdd {
+    /// While one lives, the listener hears nothing; at its end, one reset. For work on many
+    /// nodes. Once a node is removed meanwhile, pending events must wait until that end: a view
+    /// still paints the nodes that it knew.
+    class BulkChange {
      public:
-        explicit BulkAdd(ConfigTree& tree);
-        BulkAdd(const BulkAdd&) = delete;
-        BulkAdd& operator=(const BulkAdd&) = delete;
-        BulkAdd(BulkAdd&&) = delete;
-        BulkAdd& operator=(BulkAdd&&) = delete;
-        ~BulkAdd();
+        explicit BulkChange(ConfigTree& tree);
+        BulkChange(const BulkChange&) = delete;
+        BulkChange& operator=(const BulkChange&) = delete;
+        BulkChange(BulkChange&&) = delete;
+        BulkChange& operator=(BulkChange&&) = delete;
+        ~BulkChange();
 
      private:
         ConfigTree& tree_;
@@ -128,7 +130,11 @@ class ConfigTree {
 
     /// Takes the node and everything below it out of the tree. When the selected node goes with
     /// it, the node's next sibling, else its previous one, else its parent becomes selected.
-    void remove(Node& node);
+    void remove(Node& node) { removeAll({&node}); }
+
+    /// The same for many at once, in a time that grows with their number and that of their
+    /// siblings. None of them may lie below another. The selection goes to a sibling that stays.
+    void removeAll(const std::vector<Node*>& nodes);
 
     void clear();
 
@@ -165,6 +171,7 @@ class ConfigTree {
     static Node* addedAfter(const Node& node) { return node.addedAfter_; }
 
  private:
+    static Node* heirOf(const Node& leaving);
     void unlink(Node& node);
 
     struct Keys {

@@ -48,6 +48,15 @@ Node& Document::enter(const std::shared_ptr<clsItem>& item, const std::string& p
     return enterRecord(tree_, items_, item, item->sKey, item->sName, parentKey, NodeKind::item);
 }
 
+std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
+    const auto& record = items_.at(node.key());
+    if (record->sKey == node.key() && record->sName == node.text()) return record;
+    auto here = std::make_shared<clsItem>(*record);
+    here->sKey = node.key();
+    here->sName = node.text();
+    return here;
+}
+
 void Document::clear() {
     tree_.clear();
     devices_.clear();

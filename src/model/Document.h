@@ -65,6 +65,11 @@ class Document {
     Node& enter(const std::shared_ptr<clsBranch>& branch, const std::string& parentKey);
     Node& enter(const std::shared_ptr<clsItem>& item, const std::string& parentKey);
 
+    /// The item as it stands at its node. A copy made by dragging shares the record of its
+    /// source, which bears the key and the name of one of the two; here each has its own. Raises
+    /// ErrorNumber::invalidCall for a node without a record.
+    std::shared_ptr<const clsItem> itemAt(const Node& node) const;
+
     /// Empties the tree and the registries.
     void clear();
 

@@ -4,6 +4,8 @@
 
 namespace {
 
+// A key's parts are joined by points: the reader looks for what stands before one.
+const std::string_view lost = "left out when the file is read";
 const std::string unreadable = "the OPC server cannot read a file that holds this";
 
 bool isOneOf(char32_t c, std::u32string_view characters) {
@@ -21,7 +23,7 @@ bool canBeginName(char32_t c) {
 }
 
 bool canStandInName(char32_t c) {
-    return canBeginName(c) || isBetween(c, '0', '9') || isOneOf(c, U"-.\u00B7");
+    return canBeginName(c) || isBetween(c, '0', '9') || isOneOf(c, U"-\u00B7");
 }
 
 /// A character, given with its bytes, for a person to read.
@@ -42,9 +44,11 @@ std::string spoilsName(std::string_view name) {
     for (std::size_t end = 0; end < name.size();) {
         const std::size_t start = end;
         const char32_t c = nextCharacter(name, end);
+        if (c == '.' && start > 0) return "'.' in a branch name: " + std::string(lost);
         if (start == 0 ? canBeginName(c) : canStandInName(c)) continue;
         return shown(c, name.substr(start, end - start)) +
-               (canStandInName(c) ? " at the start of" : " in") + " a branch name: " + unreadable;
+               (canStandInName(c) || c == '.' ? " at the start of" : " in") +
+               " a branch name: " + unreadable;
     }
     return {};
 }
@@ -54,6 +58,7 @@ std::string_view consequence(char32_t c, FilePlace place) {
     const bool isLineEndOrTab = isOneOf(c, U"\t\n\r");
     if ((c < 0x20 && !isLineEndOrTab) || c == '<' || c == '&') return unreadable;
     if (c > 0xFF) return "saved as \"?\"";
+    if (place == FilePlace::itemName && c == '.') return lost;
     if (place == FilePlace::attribute) {
         if (c == '"') return unreadable;
         if (isLineEndOrTab) return "read back as a blank";
@@ -63,7 +68,7 @@ std::string_view consequence(char32_t c, FilePlace place) {
 }
 
 std::string spoilsText(std::string_view text, FilePlace place) {
-    if (place == FilePlace::content && text.find("]]>") != std::string_view::npos) {
+    if (place != FilePlace::attribute && text.find("]]>") != std::string_view::npos) {
         return "']]>': " + unreadable;
     }
     std::string slight;
@@ -84,4 +89,9 @@ std::string spoilsText(std::string_view text, FilePlace place) {
 
 std::string spoilsFile(std::string_view text, FilePlace place) {
     return place == FilePlace::elementName ? spoilsName(text) : spoilsText(text, place);
+}
+
+FilePlace filePlaceOf(std::string_view tag) {
+    if (tag == "branch") return FilePlace::elementName;
+    return tag == "plc" ? FilePlace::attribute : FilePlace::itemName;
 }

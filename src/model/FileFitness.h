@@ -13,7 +13,8 @@
 /// Where in the file a text stands.
 enum class FilePlace {
     elementName,  ///< a branch's name
-    content,      ///< what an item holds: name, comment, ...
+    itemName,     ///< an item's name
+    content,      ///< what else an item holds: comment, address, ...
     attribute     ///< what a device holds, in quotation marks: name, port, EDI type
 };
 
@@ -26,3 +27,6 @@ enum class FilePlace {
 /// The gravest fault, and the first of its kind. Letter case is no fault, though branch names are
 /// read back in capitals. Raises nothing; takes time by the length of the text.
 std::string spoilsFile(std::string_view text, FilePlace place);
+
+/// Where the file holds the name of a node with that tag (see tagOf).
+FilePlace filePlaceOf(std::string_view tag);

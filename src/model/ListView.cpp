@@ -52,8 +52,23 @@ std::optional<std::size_t> ListView::findRow(std::string_view key) const {
 }
 
 void ListView::setLastRowSubItem(std::size_t subItem, std::string text) {
+    setSubItem(rows_.size() - 1, subItem, std::move(text));
+}
+
+void ListView::renameRow(std::size_t row, const std::string& key, const std::string& text) {
     const Update update(*this);
-    rows_.back().subItems.at(subItem) = std::move(text);
+    Row& renamed = rows_.at(row);
+    const auto holder = findRow(key);
+    if (holder && *holder != row) throw RunTimeError(ErrorNumber::keyNotUnique);
+    rowOfKey_.erase(renamed.key);
+    renamed.key = key;
+    renamed.text = text;
+    rowOfKey_.emplace(renamed.key, row);
+}
+
+void ListView::setSubItem(std::size_t row, std::size_t subItem, std::string text) {
+    const Update update(*this);
+    rows_.at(row).subItems.at(subItem) = std::move(text);
 }
 
 const ListView::Row* ListView::selectedRow() const {

@@ -93,6 +93,12 @@ class ListView {
     /// Sets the text in a column after the first of the last row.
     void setLastRowSubItem(std::size_t subItem, std::string text);
 
+    /// Gives a row another key and text. Raises ErrorNumber::keyNotUnique when another row has the
+    /// key; then nothing has changed.
+    void renameRow(std::size_t row, const std::string& key, const std::string& text);
+    /// Sets the text in a column after the first, counted from 0.
+    void setSubItem(std::size_t row, std::size_t subItem, std::string text);
+
     /// The view tells which rows the user has selected.
     void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }
     /// The row that the user selected last; the rules of single rows start from it.

@@ -126,3 +126,10 @@ std::int16_t readInt16(std::string_view text) { return roundTo<std::int16_t>(lea
 std::int32_t readInt32(std::string_view text) { return roundTo<std::int32_t>(leadingNumber(text)); }
 
 std::int32_t roundToInt32(double number) { return roundTo<std::int32_t>(number); }
+
+void countUp(std::int16_t& counter) {
+    if (counter == std::numeric_limits<std::int16_t>::max()) {
+        throw RunTimeError(ErrorNumber::overflow);
+    }
+    ++counter;
+}

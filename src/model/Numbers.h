@@ -23,3 +23,6 @@ std::int32_t readInt32(std::string_view text);
 
 /// The number rounded as above. Raises ErrorNumber::overflow.
 std::int32_t roundToInt32(double number);
+
+/// Adds 1. Raises ErrorNumber::overflow past 32767; then nothing has changed.
+void countUp(std::int16_t& counter);

@@ -28,7 +28,8 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     texts->addWidget(new QLabel(toQt(productDescription), this));
     texts->addSpacing(fontMetrics().height());
     auto* contact = new QLabel(toQt(companyContact), this);
-    contact->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    contact->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    contact->setFocusPolicy(Qt::StrongFocus);  // to be copied without a mouse, too
     texts->addWidget(contact);
 
     auto* row = new QHBoxLayout;
@@ -37,6 +38,7 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     row->addLayout(texts, 1);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    buttons->setFocus();
     auto* column = new QVBoxLayout(this);
     column->addLayout(row);
     column->addStretch();

@@ -1,6 +1,6 @@
 #include "qt/FormDialog.h"
 
-#include <QApplication>
+#include <QAction>
 #include <QComboBox>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+#include "qt/Icons.h"
 #include "qt/Text.h"
 
 namespace {
@@ -51,8 +52,8 @@ QString withAccelerator(const std::string& caption, char accelerator) {
 }  // namespace
 
 FormDialog::FormDialog(const char* caption, std::function<bool()> closed,
-                       std::function<void()> exit)
-    : QDialog(QApplication::activeWindow()), closed_(std::move(closed)), exit_(std::move(exit)) {
+                       std::function<void()> exit, QWidget* owner)
+    : QDialog(owner), closed_(std::move(closed)), exit_(std::move(exit)) {
     setWindowTitle(QString::fromUtf8(caption));
     setSizeGripEnabled(true);
 }
@@ -61,6 +62,8 @@ QLabel* FormDialog::bind(const Label& label, char accelerator, QWidget* field) {
     auto* widget = new QLabel(withAccelerator(label.caption, accelerator), this);
     widget->setBuddy(field);
     field->setAccessibleName(toQt(label.caption));
+    // Of a combo box with free text, it is the part within it that has the keyboard.
+    if (auto* edit = field->findChild<QLineEdit*>()) edit->setAccessibleName(toQt(label.caption));
     bind(nullptr, [widget, &label] { widget->setEnabled(label.enabled); });
     return widget;
 }
@@ -90,6 +93,19 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText) {
     bind([combo, &box] { box.text = fromQt(combo->currentText()); },
          [combo, &box] { combo->setCurrentText(toQt(box.text)); });
     return combo;
+}
+
+void FormDialog::mark(QLineEdit* edit, FilePlace place) {
+    QAction* sign = edit->addAction(icons::mark(), QLineEdit::TrailingPosition);
+    sign->setText(tr("Fault"));
+    const auto look = [edit, sign, place] {
+        const QString fault = toQt(spoilsFile(fromQt(edit->text()), place));
+        sign->setVisible(!fault.isEmpty());
+        sign->setToolTip(fault);
+        edit->setAccessibleDescription(fault);
+    };
+    connect(edit, &QLineEdit::textChanged, this, look);
+    look();
 }
 
 QPushButton* FormDialog::bind(const char* name, const Button& button,

@@ -1,11 +1,13 @@
 // What all dialogs have in common: the binding of widgets to the controls of a form.
 #pragma once
 
+#include <QApplication>
 #include <QDialog>
 #include <functional>
 #include <vector>
 
 #include "dialogs/Controls.h"
+#include "model/FileFitness.h"
 
 class QComboBox;
 class QFormLayout;
@@ -21,7 +23,9 @@ class FormDialog : public QDialog {
 
  public:
     /// `closed` asks the form; `exit` is its handler for leaving by Escape or the title bar.
-    FormDialog(const char* caption, std::function<bool()> closed, std::function<void()> exit);
+    /// The dialog stands over `owner`, if it has one.
+    FormDialog(const char* caption, std::function<bool()> closed, std::function<void()> exit,
+               QWidget* owner = QApplication::activeWindow());
 
     void reject() override;
 
@@ -34,6 +38,9 @@ class FormDialog : public QDialog {
     QLineEdit* bind(const char* name, TextBox& box, KeyFilter filter = nullptr);
     /// The user may type another text than those proposed only when `freeText`.
     QComboBox* bind(const char* name, ComboBox& box, bool freeText);
+    /// Shows a sign in the field, with what is wrong as its tooltip, while its text would spoil the
+    /// saved file in that place.
+    void mark(QLineEdit* edit, FilePlace place);
     QPushButton* bind(const char* name, const Button& button, std::function<void()> handler);
     /// A further thing to learn from a widget, or to show in one.
     void bind(std::function<void()> learn, std::function<void()> show);

@@ -2,7 +2,9 @@
 
 #include <QFile>
 #include <QHash>
+#include <QPainter>
 #include <QString>
+#include <algorithm>
 
 #include "qt/Text.h"
 
@@ -37,6 +39,38 @@ const QIcon& tree(std::string_view key) { return picture("tree", key, "item"); }
 const QIcon& list(std::string_view key) { return picture("list", key, "item"); }
 
 const QIcon& toolbar(std::string_view key) { return picture("toolbar", key, "item"); }
+
+QSize besideText(const QFontMetrics& text) {
+    const int side = std::max(16, text.height() * 9 / 10);
+    return {side, side};
+}
+
+const QIcon& mark() { return picture("marks", "mark", "mark"); }
+
+QIcon marked(const QIcon& picture) {
+    static QHash<qint64, QIcon> known;
+    auto place = known.find(picture.cacheKey());
+    if (place == known.end()) {
+        QIcon icon;
+        // The sizes of the views, at every usual scale of a screen.
+        for (const int side : {16, 24, 32, 48, 64, 96}) {
+            QPixmap drawn = picture.pixmap(QSize(side, side), 1);
+            QPainter painter(&drawn);
+            const int sign = side * 11 / 16;
+            mark().paint(&painter, side - sign, side - sign, sign, sign);
+            painter.end();
+            for (const auto mode : {QIcon::Normal, QIcon::Selected})
+                icon.addPixmap(drawn, mode);
+        }
+        place = known.insert(picture.cacheKey(), icon);
+    }
+    return *place;
+}
+
+QColor markColour(const QPalette& palette) {
+    const bool dark = palette.color(QPalette::Base).lightness() < 128;
+    return dark ? QColor(0xFF, 0xB0, 0x5C) : QColor(0xA8, 0x32, 0x00);
+}
 
 QIcon application() { return QIcon(":/icons/app.svg"); }
 

@@ -46,10 +46,13 @@ QWidget* ItemDialog::buildFields() {
     const auto add = [&](const Label& label, char accelerator, QWidget* field) {
         rows->addRow(bind(label, accelerator, field), field);
     };
-    add(form_.lblName, 'N', bind("txtItemName", form_.txtItemName, [this](int code) {
-            return form_.txtItemName_KeyPress(code);
-        }));
-    add(form_.Label1, 'C', bind("txtComment", form_.txtComment));
+    auto* name = bind("txtItemName", form_.txtItemName,
+                      [this](int code) { return form_.txtItemName_KeyPress(code); });
+    auto* comment = bind("txtComment", form_.txtComment);
+    mark(name, FilePlace::itemName);
+    mark(comment, FilePlace::content);
+    add(form_.lblName, 'N', name);
+    add(form_.Label1, 'C', comment);
     QWidget* address = buildAddress();
     rows->addRow(bind(form_.lbladdress, 'G', address->findChild<QLineEdit*>("txtAddress0")),
                  address);
@@ -94,6 +97,7 @@ QWidget* ItemDialog::buildFlag() {
     for (std::size_t i = 0; i < form_.optLetturaCaptions.size(); ++i) {
         auto* option = new QRadioButton(form_.optLetturaCaptions[i], frame);
         option->setObjectName(names[i]);
+        option->setAccessibleDescription(QString::fromStdString(form_.Label4.caption));
         group->addButton(option, static_cast<int>(i));
         row->addWidget(option);
     }
@@ -107,6 +111,7 @@ QWidget* ItemDialog::buildFlag() {
 QWidget* ItemDialog::buildCountPanel() {
     auto* panel = new QFrame(this);
     panel->setObjectName("frmInserimento");
+    panel->setAccessibleName(QString::fromStdString(form_.Label7.caption));
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     count_ = bind("txtNumbItems", form_.txtNumbItems,
                   [this](int code) { return form_.txtNumbItems_KeyPress(code); });

@@ -1,5 +1,8 @@
 #include "qt/ListModel.h"
 
+#include <QGuiApplication>
+
+#include "model/FileFitness.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
@@ -20,11 +23,24 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const auto& row = list_.rows()[static_cast<std::size_t>(index.row())];
+    const std::string& text = row.cell(static_cast<std::size_t>(index.column()));
+    // Worked out for what is painted: nobody looks at all rows of a large branch.
+    const auto fault = [&] {
+        const FilePlace place = filePlaceOf(row.smallIcon);
+        const bool besideName = place == FilePlace::itemName && index.column() > 0;
+        return spoilsFile(text, besideName ? FilePlace::content : place);
+    };
     switch (role) {
-        case Qt::DisplayRole: return toQt(row.cell(static_cast<std::size_t>(index.column())));
-        case Qt::DecorationRole:
-            if (index.column() != 0) return {};
-            return largeIcons_ ? icons::list(row.icon) : icons::tree(row.smallIcon);
+        case Qt::DisplayRole: return toQt(text);
+        case Qt::DecorationRole: {
+            if (index.column() != 0) return fault().empty() ? QVariant() : icons::mark();
+            const QIcon& picture = largeIcons_ ? icons::list(row.icon) : icons::tree(row.smallIcon);
+            return fault().empty() ? picture : icons::marked(picture);
+        }
+        case Qt::ForegroundRole:
+            return fault().empty() ? QVariant() : icons::markColour(QGuiApplication::palette());
+        case Qt::ToolTipRole:
+        case Qt::AccessibleDescriptionRole: return toQt(fault());
         case Qt::SizeHintRole: return cellSize_.isValid() ? cellSize_ : QVariant();
         default: return {};
     }
@@ -33,7 +49,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal) return {};
     switch (role) {
-        case Qt::DisplayRole: return toQt(list_.columns()[static_cast<std::size_t>(section)].text);
+        case Qt::DisplayRole:
+        case Qt::ToolTipRole: return toQt(list_.columns()[static_cast<std::size_t>(section)].text);
         case Qt::TextAlignmentRole: return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
         default: return {};
     }

@@ -1,16 +1,19 @@
 #include "qt/ListPane.h"
 
+#include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QItemSelection>
+#include <QKeyEvent>
 #include <QListView>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTreeView>
 
-namespace {
+#include "qt/Icons.h"
+#include "qt/Text.h"
 
-constexpr int smallPicture = 16;
-constexpr int largePicture = 32;
+namespace {
 
 void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
     view.setModel(model);
@@ -35,6 +38,7 @@ ListPane::ListPane(ListView& list, QWidget* parent)
     report_->header()->setStretchLastSection(false);
     report_->header()->setSectionsClickable(true);
     report_->header()->setSectionsMovable(false);
+    report_->header()->setTextElideMode(Qt::ElideRight);
 
     prepare(*icons_, model_, tr("Contents"));
     icons_->setUniformItemSizes(true);
@@ -59,14 +63,42 @@ ListPane::ListPane(ListView& list, QWidget* parent)
             });
     for (QAbstractItemView* view :
          {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
+        view->installEventFilter(this);
         connect(view, &QAbstractItemView::clicked, this, &ListPane::rowClicked);
         connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
     }
-    connect(report_->header(), &QHeaderView::sectionClicked, this, [this](int section) {
-        Q_EMIT columnClicked(static_cast<std::size_t>(section));
-        report_->header()->setSortIndicator(section, Qt::AscendingOrder);
-        report_->header()->setSortIndicatorShown(true);
+    connect(report_->header(), &QHeaderView::sectionClicked, this, &ListPane::sortBy);
+    connect(report_->header(), &QHeaderView::sectionResized, this, [this] {
+        if (!scaling_) keepColumnWidths();
     });
+}
+
+void ListPane::sortBy(int column) {
+    Q_EMIT columnClicked(static_cast<std::size_t>(column));
+    report_->header()->setSortIndicator(column, Qt::AscendingOrder);
+    report_->header()->setSortIndicatorShown(true);
+}
+
+bool ListPane::eventFilter(QObject* view, QEvent* event) {
+    if (event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+            Q_EMIT rowDoubleClicked();
+            return true;
+        }
+    }
+    return QStackedWidget::eventFilter(view, event);
+}
+
+/// What clicks on the headers do, also without a mouse and where there are no headers.
+void ListPane::contextMenuEvent(QContextMenuEvent* event) {
+    QMenu menu(this);
+    const auto& columns = list_.columns();
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        menu.addAction(tr("Sort by %1").arg(toQt(columns[i].text)), this,
+                       [this, i] { sortBy(static_cast<int>(i)); });
+    }
+    menu.exec(event->globalPos());
 }
 
 void ListPane::showViewMode() {
@@ -83,8 +115,15 @@ void ListPane::showViewMode() {
     if (before->hasFocus()) currentWidget()->setFocus();
 }
 
+void ListPane::changeEvent(QEvent* event) {
+    QStackedWidget::changeEvent(event);
+    if (event->type() != QEvent::FontChange) return;
+    report_->setIconSize(icons::besideText(fontMetrics()));
+    showViewMode();  // cells as large as their texts
+}
+
 void ListPane::showIcons(bool large, bool inColumns) {
-    const int side = large ? largePicture : smallPicture;
+    const int side = icons::besideText(fontMetrics()).height() * (large ? 2 : 1);
     const int line = fontMetrics().height();
     const int character = fontMetrics().averageCharWidth();
     const QSize cell = large ? QSize(24 * character, side + 2 * line)
@@ -105,8 +144,34 @@ void ListPane::setColumnWidths() {
     const int ownWidth = width() - 2 * report_->frameWidth();
     for (std::size_t i = 0; i < columns.size(); ++i)
         report_->setColumnWidth(static_cast<int>(i), static_cast<int>(columns[i].width * ownWidth));
+    keepColumnWidths();
     report_->header()->setSortIndicatorShown(false);
     report_->horizontalScrollBar()->setValue(0);
+}
+
+/// What a column needs for its heading. A window that becomes small cuts none off.
+int ListPane::headingWidth(std::size_t column) const {
+    return report_->header()->sectionSizeHint(static_cast<int>(column));
+}
+
+void ListPane::keepColumnWidths() {
+    keptWidths_.clear();
+    for (int column = 0; column < model_->columnCount(); ++column)
+        keptWidths_.push_back(report_->columnWidth(column));
+    keptAt_ = width();
+}
+
+/// The columns follow the list, as its font does. They are computed from the widths that they
+/// were built with, or that the user gave them, so that none is lost on the way.
+void ListPane::resizeEvent(QResizeEvent* event) {
+    QStackedWidget::resizeEvent(event);
+    if (keptAt_ == 0) return;
+    const QScopedValueRollback guard(scaling_, true);
+    for (std::size_t i = 0; i < keptWidths_.size(); ++i) {
+        const int least = std::min(keptWidths_[i], headingWidth(i));
+        report_->setColumnWidth(static_cast<int>(i),
+                                std::max(least, keptWidths_[i] * width() / keptAt_));
+    }
 }
 
 void ListPane::restoreAfterReset() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStackedWidget>
+#include <vector>
 
 #include "qt/ListModel.h"
 
@@ -27,10 +28,19 @@ class ListPane : public QStackedWidget {
     void rowDoubleClicked();
     void columnClicked(std::size_t column);
 
+ protected:
+    void changeEvent(QEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* view, QEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+
  private:
     void showViewMode();
     void showIcons(bool large, bool inColumns);
+    void sortBy(int column);
     void setColumnWidths();
+    void keepColumnWidths();
+    int headingWidth(std::size_t column) const;
     void restoreAfterReset();
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected);
 
@@ -39,6 +49,10 @@ class ListPane : public QStackedWidget {
     QTreeView* report_;
     QListView* icons_;
     QItemSelectionModel* selection_;
+    // What the columns' widths are computed from while the list changes its own.
+    std::vector<int> keptWidths_;
+    int keptAt_ = 0;
     bool columnsRebuilt_ = false;
+    bool scaling_ = false;
     bool restoring_ = false;
 };

@@ -9,6 +9,7 @@
 LoadingPanel::LoadingPanel(const frmEditing::StatusPanel& panel, QWidget* parent)
     : QFrame(parent), panel_(panel), label_(new QLabel(this)), bar_(new QProgressBar(this)) {
     setObjectName("pnlImpStat");
+    setAccessibleName(tr("Loading"));
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     setAutoFillBackground(true);
     label_->setObjectName("lblLabel");
@@ -25,12 +26,16 @@ LoadingPanel::LoadingPanel(const frmEditing::StatusPanel& panel, QWidget* parent
     hide();
 }
 
+void LoadingPanel::centerIn(QSize area) {
+    label_->setText(toQt(panel_.lblLabel));
+    resize(sizeHint() * 2);
+    move((area.width() - width()) / 2, (area.height() - height()) / 2);
+}
+
 void LoadingPanel::follow() {
     if (isVisible() == panel_.visible) return;
     label_->setText(toQt(panel_.lblLabel));
     bar_->setValue(panel_.progress);
-    adjustSize();
-    move((parentWidget()->width() - width()) / 2, (parentWidget()->height() - height()) / 2);
     setVisible(panel_.visible);
     raise();
     if (panel_.visible) {

@@ -16,7 +16,9 @@ class LoadingPanel : public QFrame {
  public:
     LoadingPanel(const frmEditing::StatusPanel& panel, QWidget* parent);
 
-    /// Shows or hides itself as the form says, in the middle of its parent.
+    /// Takes the middle of an area, with room for its text.
+    void centerIn(QSize area);
+    /// Shows or hides itself as the form says.
     void follow();
 
  private:

@@ -8,6 +8,8 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QToolBar>
+#include <QToolButton>
+#include <algorithm>
 
 #include "qt/Icons.h"
 #include "qt/ListPane.h"
@@ -36,14 +38,14 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     : form_(form),
       client_(new QWidget(this)),
       toolbar_(new QToolBar(client_)),
-      tree_(new TreePane(document.tree(), client_)),
+      tree_(new TreePane(document.tree(), form.treeDrag(), client_)),
       list_(new ListPane(form.ListView1, client_)),
-      panel_(new LoadingPanel(form.pnlImpStat, client_)) {
+      panel_(new LoadingPanel(form.pnlImpStat, client_)),
+      innerArea_(client_) {
     setObjectName("frmEditing");
     tree_->setObjectName("TreeView1");
     list_->setObjectName("ListView1");
     setCentralWidget(client_);
-    setWindowIcon(icons::application());
     buildMenus();
     buildToolbar();
     connectViews();
@@ -86,6 +88,8 @@ void MainWindow::buildMenus() {
 void MainWindow::buildToolbar() {
     toolbar_->setObjectName("Toolbar1");
     toolbar_->setWindowTitle(tr("Toolbar"));
+    toolbar_->layout()->setContentsMargins(0, 0, 0, 0);
+    toolbar_->layout()->setSpacing(0);
     for (const Command* command : toolbarCommands()) {
         if (beginsToolbarGroup(command->toolbarKey)) toolbar_->addSeparator();
         auto* action = new QAction(icons::toolbar(command->picture), plainCaption(*command), this);
@@ -110,6 +114,11 @@ void MainWindow::connectViews() {
     connect(list_, &ListPane::rowDoubleClicked, this, [this] { form_.ListView1_DblClick(); });
     connect(list_, &ListPane::columnClicked, this,
             [this](std::size_t column) { form_.ListView1_ColumnClick(column); });
+    // Toolbar and menus take no focus of their own.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*old*/, QWidget* now) {
+        if (now == tree_) form_.activeControl = frmEditing::ActiveControl::tree;
+        if (list_->isAncestorOf(now)) form_.activeControl = frmEditing::ActiveControl::list;
+    });
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
@@ -117,17 +126,46 @@ void MainWindow::showEvent(QShowEvent* event) {
     if (!laidOut_) layOut();
 }
 
-/// Places the parts by the fixed fractions of the window's inner area as it opens.
+/// Places the parts by the fixed fractions of the inner area of a window of the reference size.
+/// The desktop may have given it another one: that is then the first to be followed.
 void MainWindow::layOut() {
-    laidOut_ = true;
-    layout()->activate();  // so that the inner area has its size
-    const EditingLayout parts = frmEditing::layoutFor({client_->width(), client_->height()});
+    layout()->activate();                            // so that the inner area has its size
+    const int frame = height() - client_->height();  // the menus
+    innerReference_ = {form_.referenceSize.width, form_.referenceSize.height - frame};
+    const EditingLayout parts = frmEditing::layoutFor(innerReference_);
     toolbar_->setGeometry(rectangleOf(parts.toolbar));
     tree_->setGeometry(rectangleOf(parts.tree));
     list_->setGeometry(rectangleOf(parts.list));
-    // Pictures of a size that they are drawn for, as large as the toolbar lets them be.
-    const int picture = parts.toolbar.height >= 30 ? 24 : 16;
+    panel_->centerIn({innerReference_.width, innerReference_.height});
+    setToolbarPicture(parts.toolbar.height);
+    innerArea_.add(toolbar_, [this](int height) { setToolbarPicture(height); });
+    innerArea_.add(tree_);
+    innerArea_.add(list_);
+    innerArea_.add(panel_);
+    laidOut_ = true;
+    resizeParts();
+}
+
+void MainWindow::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    if (laidOut_) resizeParts();
+}
+
+/// The inner area is the form, not the window: the menus keep their height, and what they leave
+/// is filled.
+void MainWindow::resizeParts() {
+    layout()->activate();
+    form_.Form_Resize(innerArea_, innerReference_);
+}
+
+/// Buttons as high as the toolbar, and in them pictures as large as look well; these are drawn at
+/// any size. In a low toolbar the buttons do without a margin rather than be cut off.
+void MainWindow::setToolbarPicture(int toolbarHeight) {
+    const int picture = std::clamp(toolbarHeight * 2 / 3, std::min(16, toolbarHeight - 2), 32);
+    const int button = std::min(toolbarHeight, picture + 9);
     toolbar_->setIconSize({picture, picture});
+    for (QToolButton* each : toolbar_->findChildren<QToolButton*>(Qt::FindDirectChildrenOnly))
+        if (!each->objectName().startsWith("qt_")) each->setFixedSize(button, button);
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -149,6 +187,8 @@ void MainWindow::formChanged() {
     list_->setEnabled(form_.ListView1State.enabled);
     panel_->follow();
 }
+
+void MainWindow::focusTree() { tree_->setFocus(); }
 
 void MainWindow::endApplication(int exitStatus) {
     ending_ = true;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "editor/frmEditing.h"
+#include "qt/ResizableWidgets.h"
 
 class ListPane;
 class LoadingPanel;
@@ -27,6 +28,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
 
  protected:
     void showEvent(QShowEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
@@ -41,8 +43,11 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void buildToolbar();
     void connectViews();
     void layOut();
+    void resizeParts();
+    void setToolbarPicture(int toolbarHeight);
 
     void formChanged() override;
+    void focusTree() override;
     void endApplication(int exitStatus) override;
 
     frmEditing& form_;
@@ -52,6 +57,8 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     ListPane* list_;
     LoadingPanel* panel_;
     std::vector<Bound> bound_;
-    bool laidOut_ = false;
+    ResizableArea innerArea_;
+    FormSize innerReference_;
+    bool laidOut_ = false;  // before, the window is loading and its size means nothing
     bool ending_ = false;
 };

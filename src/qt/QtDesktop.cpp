@@ -1,6 +1,7 @@
 #include "qt/QtDesktop.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QDir>
 #include <QFileDialog>
 #include <QKeyEvent>
@@ -51,6 +52,15 @@ class Box : public QMessageBox {
     bool mustAnswer_;
 };
 
+QMessageBox::Icon signOf(MessageIcon icon) {
+    switch (icon) {
+        case MessageIcon::none: return QMessageBox::NoIcon;
+        case MessageIcon::exclamation: return QMessageBox::Warning;
+        case MessageIcon::stop: return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
 /// What the user chose, or the error for a cancelled chooser.
 std::string choose(QFileDialog& chooser, const FileFilter& filter) {
     chooser.setNameFilter(toQt(filter.description) + "(" + toQt(filter.pattern) + ")");
@@ -64,8 +74,8 @@ std::string choose(QFileDialog& chooser, const FileFilter& filter) {
 
 }  // namespace
 
-void QtDesktop::showMessage(const std::string& text) {
-    Box(QMessageBox::NoIcon, text, QMessageBox::Ok).ask();
+void QtDesktop::showMessage(const std::string& text, MessageIcon icon) {
+    Box(signOf(icon), text, QMessageBox::Ok).ask();
 }
 
 bool QtDesktop::askYesNo(const std::string& text) {
@@ -109,8 +119,16 @@ std::string QtDesktop::defaultFolder() {
 #endif
 }
 
+std::string QtDesktop::clipboardText() { return fromQt(QGuiApplication::clipboard()->text()); }
+
+void QtDesktop::clearClipboard() { QGuiApplication::clipboard()->clear(); }
+
 void QtDesktop::setPointer(Pointer pointer) {
     switch (pointer) {
+        case Pointer::icon:
+            // It may be there still, from a drop that failed.
+            if (QGuiApplication::overrideCursor() != nullptr) return;
+            return QGuiApplication::setOverrideCursor(Qt::DragMoveCursor);
         case Pointer::busy: return QGuiApplication::setOverrideCursor(Qt::WaitCursor);
         case Pointer::normal: return QGuiApplication::restoreOverrideCursor();
     }

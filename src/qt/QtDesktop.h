@@ -7,7 +7,8 @@
 /// are the platform's own where it has them.
 class QtDesktop : public Desktop {
  public:
-    void showMessage(const std::string& text) override;
+    using Desktop::showMessage;
+    void showMessage(const std::string& text, MessageIcon icon) override;
     bool askYesNo(const std::string& text) override;
     Answer askYesNoCancel(const std::string& text) override;
     std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) override;
@@ -16,6 +17,8 @@ class QtDesktop : public Desktop {
     /// On Windows the program's folder; elsewhere the user's documents, or the home folder where
     /// there are none.
     std::string defaultFolder() override;
+    std::string clipboardText() override;
+    void clearClipboard() override;
     void setPointer(Pointer pointer) override;
     void processPendingEvents() override;
 };

@@ -1,14 +1,31 @@
 // The dialogs as windows of the toolkit.
 #pragma once
 
+#include <QPointer>
+
 #include "dialogs/Forms.h"
+
+class QDialog;
 
 /// Each form has a window of its own, over the window that is active when it is shown.
 class QtForms : public Forms {
  public:
+    QtForms() = default;
+    QtForms(const QtForms&) = delete;
+    QtForms& operator=(const QtForms&) = delete;
+    QtForms(QtForms&&) = delete;
+    QtForms& operator=(QtForms&&) = delete;
+    ~QtForms() override;
+
     void showModal(frmItems& form) override;
     void showModal(frmPLC& form) override;
     void showModal(frmBranch& form) override;
     void showModal(frmSetts& form) override;
+    void showModal(frmReplace& form) override;
+    void show(frmFind& form) override;
+    void close(frmFind& form) override;
     void showAbout() override;
+
+ private:
+    QPointer<QDialog> find_;
 };

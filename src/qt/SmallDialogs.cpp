@@ -48,6 +48,8 @@ DeviceDialog::DeviceDialog(frmPLC& form)
     auto* port = bind("cmbPort", form.cmbPort, true);
     auto* type = bind("cmbEdiType", form.cmbEdiType, true);
     auto* timeout = bind("txtTimeout", form.txtTimeout);
+    for (QLineEdit* edit : {name, port->lineEdit(), type->lineEdit()})
+        mark(edit, FilePlace::attribute);
     arrange(this,
             {{bind(form.Label6, 'N', name), name},
              {bind(form.lblIP, 'P', port), port},
@@ -65,6 +67,7 @@ BranchDialog::BranchDialog(frmBranch& form)
           [&form] { form.cmdCancel_Click(); }) {
     setObjectName("frmBranch");
     auto* name = bind("txtBranchName", form.txtBranchName);
+    mark(name, FilePlace::elementName);
     arrange(this, {{bind(form.Label1, 'n', name), name}},
             bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); }),
             bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
@@ -79,6 +82,8 @@ SettingsDialog::SettingsDialog(frmSetts& form)
     auto* port = bind("cmbPort", form.cmbPort, true);
     auto* type = bind("cmbEdiType", form.cmbEdiType, true);
     auto* timeout = bind("txtTimeout", form.txtTimeout);
+    for (const QComboBox* box : {port, type})
+        mark(box->lineEdit(), FilePlace::attribute);
     arrange(this,
             {{bind(form.lblPortName, 'P', port), port},
              {bind(form.lblBaud, 'T', type), type},

@@ -1,9 +1,21 @@
 #include "qt/TreeModel.h"
 
+#include <QGuiApplication>
 #include <utility>
 
+#include "model/FileFitness.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
+
+namespace {
+
+/// What in the node's text would spoil the saved file. The root's text is not in it.
+std::string faultOf(const Node& node) {
+    return node.parent() == nullptr ? std::string()
+                                    : spoilsFile(node.text(), filePlaceOf(node.tag()));
+}
+
+}  // namespace
 
 TreeModel::TreeModel(ConfigTree& tree, QObject* parent) : QAbstractItemModel(parent), tree_(tree) {
     tree_.setListener(this);
@@ -43,7 +55,15 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     const Node& node = *nodeAt(index);
     switch (role) {
         case Qt::DisplayRole: return toQt(node.text());
-        case Qt::DecorationRole: return icons::tree(node.image());
+        case Qt::DecorationRole: {
+            const QIcon& picture = icons::tree(node.image());
+            return faultOf(node).empty() ? picture : icons::marked(picture);
+        }
+        case Qt::ForegroundRole:
+            if (faultOf(node).empty()) return {};
+            return icons::markColour(QGuiApplication::palette());
+        case Qt::ToolTipRole:
+        case Qt::AccessibleDescriptionRole: return toQt(faultOf(node));
         default: return {};
     }
 }

@@ -1,12 +1,33 @@
 #include "qt/TreePane.h"
 
+#include <QApplication>
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 
-TreePane::TreePane(ConfigTree& tree, QWidget* parent)
-    : QTreeView(parent), tree_(tree), model_(new TreeModel(tree, this)) {
+#include "qt/Icons.h"
+#include "qt/Text.h"
+
+namespace {
+
+const char* const nodeFormat = "application/x-configuration-node";
+
+/// The keyboard's state as the rules know it.
+int shiftMaskOf(Qt::KeyboardModifiers keys) {
+    return (keys.testFlag(Qt::ShiftModifier) ? 1 : 0) |
+           (keys.testFlag(Qt::ControlModifier) ? TreeDrag::ctrlMask : 0) |
+           (keys.testFlag(Qt::AltModifier) ? 4 : 0);
+}
+
+}  // namespace
+
+TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
+    : QTreeView(parent), tree_(tree), drag_(drag), model_(new TreeModel(tree, this)) {
     setModel(model_);
     setHeaderHidden(true);
     setUniformRowHeights(true);
@@ -19,10 +40,22 @@ TreePane::TreePane(ConfigTree& tree, QWidget* parent)
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     header()->setResizeContentsPrecision(0);
     setAccessibleName(tr("Configuration tree"));
+    setAcceptDrops(true);
+    setDropIndicatorShown(false);  // a whole node is the target
+    opening_.setSingleShot(true);
+    opening_.setInterval(700);
+    connect(&opening_, &QTimer::timeout, this, [this] {
+        if (const Node* node = drag_.dropHighlight()) setExpanded(model_->indexOf(node), true);
+    });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
+        if (dragging_) dragOver(draggedTo_);  // another node has come under the pointer
+    });
 
     connect(model_, &TreeModel::nodeSelected, this, &TreePane::followSelection);
     connect(model_, &TreeModel::nodeMadeVisible, this,
             [this](const QModelIndex& index) { scrollTo(index); });
+    connect(model_, &TreeModel::modelAboutToBeReset, this,
+            [this] { scrolledTo_ = verticalScrollBar()->value(); });
     connect(model_, &TreeModel::modelReset, this, &TreePane::restoreAfterReset);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         tree_.setExpanded(*TreeModel::nodeAt(index), true);
@@ -34,25 +67,175 @@ TreePane::TreePane(ConfigTree& tree, QWidget* parent)
     connect(this, &QTreeView::doubleClicked, this, &TreePane::nodeDoubleClicked);
 }
 
+void TreePane::changeEvent(QEvent* event) {
+    QTreeView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) setIconSize(icons::besideText(fontMetrics()));
+}
+
 void TreePane::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        return Q_EMIT nodeDoubleClicked();
+    }
     const QModelIndex before = currentIndex();
     QTreeView::keyPressEvent(event);
     if (currentIndex() != before) reportClick();
 }
 
+/// Dragging for those who have no mouse: the menu key takes the selected node, and drops it on
+/// another one. The right mouse button has other work.
+void TreePane::contextMenuEvent(QContextMenuEvent* event) {
+    const Node* node = tree_.selected();
+    if (event->reason() != QContextMenuEvent::Keyboard || node == nullptr) return;
+    QMenu menu(this);
+    const auto take = [this, node](int shift) {
+        taken_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, shift, node);
+    };
+    menu.addAction(tr("Take to &move"), this, [&take] { take(0); });
+    menu.addAction(tr("Take to &copy"), this, [&take] { take(TreeDrag::ctrlMask); });
+    QAction* drop = menu.addAction(tr("&Drop here what was taken"), this, [this, node] {
+        taken_ = false;
+        drag_.TreeView1_OLEDragOver(node);
+        drag_.TreeView1_OLEDragDrop(drag_.TreeView1_OLEStartDrag());
+    });
+    drop->setEnabled(taken_);
+    menu.exec(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+}
+
+/// The node at a place of the viewport, its expand box not included; null over empty space.
+Node* TreePane::nodeUnder(QPoint place) const {
+    const QModelIndex index = indexAt(place);
+    return visualRect(index).contains(place) ? TreeModel::nodeAt(index) : nullptr;
+}
+
 void TreePane::mousePressEvent(QMouseEvent* event) {
-    const QPoint place = event->position().toPoint();
-    pressedOnNode_ = visualRect(indexAt(place)).contains(place);  // and not on its expand box
+    pressedAt_ = event->position().toPoint();
+    pressedOnNode_ = nodeUnder(pressedAt_) != nullptr;
     clickReported_ = false;
+    // The right button selects when it is released: until then it may be dragging.
+    if (event->button() == Qt::RightButton) {
+        taken_ = false;
+        mayDrag_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, shiftMaskOf(event->modifiers()),
+                                             nodeUnder(pressedAt_));
+        return;
+    }
     QTreeView::mousePressEvent(event);
 }
 
+void TreePane::mouseMoveEvent(QMouseEvent* event) {
+    if (!event->buttons().testFlag(Qt::RightButton)) return QTreeView::mouseMoveEvent(event);
+    const QPoint way = event->position().toPoint() - pressedAt_;
+    if (mayDrag_ && way.manhattanLength() >= QApplication::startDragDistance()) dragNode();
+}
+
 void TreePane::mouseReleaseEvent(QMouseEvent* event) {
-    QTreeView::mouseReleaseEvent(event);
+    mayDrag_ = false;
+    if (event->button() == Qt::RightButton) {
+        if (pressedOnNode_) setCurrentIndex(indexAt(pressedAt_));
+    } else {
+        QTreeView::mouseReleaseEvent(event);
+    }
     // The toolkit selects with every button, and a node that the pointer was dragged to, but
     // calls neither a click.
     if (pressedOnNode_ && !clickReported_) reportClick();
     pressedOnNode_ = false;
+}
+
+void TreePane::dragNode() {
+    mayDrag_ = pressedOnNode_ = false;
+    auto* content = new QMimeData;
+    content->setData(nodeFormat, QByteArray::fromStdString(drag_.data()));
+    auto* drag = new QDrag(this);
+    drag->setMimeData(content);
+    drag->setPixmap(pictureOf(tree_.nodeAt(drag_.data())));
+    // Beside the pointer, so that the node below it can be read.
+    drag->setHotSpot({-12, -8});
+    const DropEffect effect = drag_.TreeView1_OLEStartDrag();
+    drag_.TreeView1_OLEGiveFeedback();
+    dragging_ = true;
+    dropped_ = false;
+    drag->exec(effect == DropEffect::copy ? Qt::CopyAction : Qt::MoveAction);
+    dragging_ = false;
+    opening_.stop();
+    stopAutoScroll();
+    setState(NoState);
+    // Not before: the rules may show a message, and a drag holds the mouse.
+    if (dropped_) {
+        drag_.TreeView1_OLEDragDrop(effect);
+    } else {
+        drag_.cancelled();
+    }
+    viewport()->update();
+}
+
+/// What follows the pointer: the node as the tree shows it.
+QPixmap TreePane::pictureOf(const Node& node) const {
+    const int side =
+        iconSize().isValid() ? iconSize().height() : style()->pixelMetric(QStyle::PM_SmallIconSize);
+    const QString text = fontMetrics().elidedText(toQt(node.text()), Qt::ElideMiddle, 300);
+    const int margin = 4;
+    const QSize size(side + fontMetrics().horizontalAdvance(text) + 3 * margin,
+                     std::max(side, fontMetrics().height()) + 2 * margin);
+    QPixmap picture(size * devicePixelRatioF());
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    picture.fill(palette().color(QPalette::ToolTipBase));
+    QPainter painter(&picture);
+    painter.setFont(font());
+    painter.setPen(palette().color(QPalette::ToolTipText));
+    painter.drawRect(0, 0, size.width() - 1, size.height() - 1);
+    icons::tree(node.image()).paint(&painter, margin, 0, side, size.height());
+    painter.drawText(QRect(side + 2 * margin, 0, size.width(), size.height()),
+                     Qt::AlignLeft | Qt::AlignVCenter, text);
+    return picture;
+}
+
+void TreePane::dragEnterEvent(QDragEnterEvent* event) {
+    // Only nodes of this very tree: another editor's have no meaning here.
+    if (!dragging_) return event->ignore();
+    dragOver(event->position().toPoint());
+    event->acceptProposedAction();
+}
+
+void TreePane::dragMoveEvent(QDragMoveEvent* event) {
+    if (!dragging_) return event->ignore();
+    QAbstractItemView::dragMoveEvent(event);  // scrolls near the edges
+    dragOver(event->position().toPoint());
+    event->acceptProposedAction();
+}
+
+void TreePane::dragLeaveEvent(QDragLeaveEvent* event) {
+    QTreeView::dragLeaveEvent(event);
+    opening_.stop();
+    drag_.TreeView1_OLEDragOver(nullptr);
+    viewport()->update();
+}
+
+void TreePane::dropEvent(QDropEvent* event) {
+    if (!dragging_) return event->ignore();
+    dragOver(event->position().toPoint());
+    dropped_ = true;
+    event->acceptProposedAction();
+}
+
+void TreePane::dragOver(QPoint place) {
+    draggedTo_ = place;
+    const Node* before = drag_.dropHighlight();
+    drag_.TreeView1_OLEDragOver(nodeUnder(place));
+    if (drag_.dropHighlight() == before) return;
+    opening_.start();
+    viewport()->update();
+}
+
+void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                       const QModelIndex& index) const {
+    QTreeView::drawRow(painter, option, index);
+    if (drag_.dropHighlight() != TreeModel::nodeAt(index)) return;
+    QColor colour = palette().color(QPalette::Highlight);
+    painter->save();
+    painter->setPen(colour);
+    colour.setAlphaF(0.35F);
+    painter->setBrush(colour);
+    painter->drawRect(visualRect(index).adjusted(0, 0, -1, -1));
+    painter->restore();
 }
 
 void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
@@ -108,6 +291,10 @@ void TreePane::restoreAfterReset() {
         }
     }
     followSelection();
+    // Where the user was looking; a new configuration is looked at from its top.
+    if (tree_.root() == nullptr) scrolledTo_ = 0;
+    executeDelayedItemsLayout();
+    verticalScrollBar()->setValue(scrolledTo_);
 }
 
 void TreePane::reportClick() {

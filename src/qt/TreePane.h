@@ -1,17 +1,19 @@
 // The tree on the left of the main window.
 #pragma once
 
+#include <QTimer>
 #include <QTreeView>
 
+#include "editor/TreeDrag.h"
 #include "qt/TreeModel.h"
 
 /// Shows the configuration tree and keeps its selection and its expanded nodes the same as those
-/// of the document's tree.
+/// of the document's tree. Nodes are dragged with the right mouse button.
 class TreePane : public QTreeView {
     Q_OBJECT
 
  public:
-    TreePane(ConfigTree& tree, QWidget* parent);
+    TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent);
 
  Q_SIGNALS:
     /// The user chose a node, with the mouse or from the keyboard. A node that a rule selects
@@ -20,13 +22,22 @@ class TreePane : public QTreeView {
     void nodeDoubleClicked();
 
  protected:
+    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void setSelection(const QRect& rect, QItemSelectionModel::SelectionFlags command) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                          const QEvent* event) const override;
+    void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                 const QModelIndex& index) const override;
     void drawBranches(QPainter* painter, const QRect& rect,
                       const QModelIndex& index) const override;
 
@@ -34,9 +45,23 @@ class TreePane : public QTreeView {
     void followSelection();
     void restoreAfterReset();
     void reportClick();
+    Node* nodeUnder(QPoint place) const;
+    void dragNode();
+    QPixmap pictureOf(const Node& node) const;
+    void dragOver(QPoint place);
 
     ConfigTree& tree_;
+    TreeDrag& drag_;
     TreeModel* model_;
+    int scrolledTo_ = 0;
     bool pressedOnNode_ = false;
     bool clickReported_ = false;
+    // The drag: from a press that may become one, to its end.
+    QPoint pressedAt_;
+    bool mayDrag_ = false;
+    bool dragging_ = false;
+    bool dropped_ = false;
+    bool taken_ = false;  // by the keyboard
+    QPoint draggedTo_;
+    QTimer opening_;  // of a closed node on which the pointer rests
 };

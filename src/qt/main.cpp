@@ -6,6 +6,7 @@
 #include "file/FLRegistry.h"
 #include "model/Document.h"
 #include "model/Product.h"
+#include "qt/Icons.h"
 #include "qt/MainWindow.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
@@ -16,6 +17,8 @@ int main(int argc, char* argv[]) {
     QApplication::setOrganizationName(toQt(companyName));
     QApplication::setApplicationName(toQt(productName));
     QApplication::setApplicationVersion(toQt(productVersion));
+    QApplication::setDesktopFileName(toQt(productName));
+    QApplication::setWindowIcon(icons::application());
 
     const auto disk = systemDisk();
     const auto registry = systemRegistry(

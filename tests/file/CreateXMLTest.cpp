@@ -112,6 +112,17 @@ TEST_F(CreateXMLTest, WritesTheSameBytesAgainHoweverDeepTheBranchesAre) {
     EXPECT_THAT(desktop.messages(), IsEmpty());
 }
 
+TEST_F(CreateXMLTest, WritesADeviceWithoutANodeFromItsRecords) {
+    const std::string contents = tag("x") + branch("F", tag("y") + branch("G", tag("z")));
+    read(configuration(plc("Plant", contents) + plc("Annex")));
+    document.tree().remove(document.tree().nodeAt("Plant"));
+    document.items().rekey("Plant.x", "Plant.x", [](const clsItem&) {});  // after those of branches
+    const std::string once = written();
+    read(once);
+    EXPECT_EQ(outline(document), "Plant[F[G[z] y] x] Annex[]");
+    EXPECT_THAT(desktop.messages(), IsEmpty());
+}
+
 TEST_F(CreateXMLTest, WritesNothingWhenAPartCannotBeWritten) {
     const std::string old = configuration(plc("Plant", branch("F", tag("x") + tag("y"))));
     read(old);
@@ -121,9 +132,11 @@ TEST_F(CreateXMLTest, WritesNothingWhenAPartCannotBeWritten) {
                 ElementsAre(" Error n. 5  Invalid procedure call or argument in PrintBranch"));
 
     desktop.forgetMessages();
-    document.tree().remove(document.tree().nodeAt("Plant"));
+    document.tree().AddNode("config", "config.F", "F", NodeKind::branch);
     EXPECT_FALSE(CreateXML(path, document, disk, desktop));
-    EXPECT_THAT(desktop.messages(), ElementsAre(" Error n. 35601  Element not found in CreateXML"));
+    EXPECT_THAT(
+        desktop.messages(),
+        ElementsAre(" Error n. 5  \"F\" stands below no device: move it below one in CreateXML"));
 
     desktop.forgetMessages();
     document.startAt(path);

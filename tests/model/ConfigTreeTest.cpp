@@ -141,15 +141,15 @@ TEST_F(Tree, TellsItsListenerOfEachChangeBeforeAndAfterIt) {
     tree.AddNode("", "R", "", NodeKind::config);
     EXPECT_EQ(view.heard,
               "show:x select:b select:c remove1b:rPabxc removed:rPaxc add2P:rPaxc added:rPaxcd "
-              "sort:0a 1c 2d  sorted:0d 1a 2c  remove1a:rPaxcd removed:rPcd d=Den e=Den "
+              "sort:0a 1c 2d  sorted:0d 1a 2c  remove1a:rPaxcd removed:rPcd d=Den "
               "resetting:rPce reset: add0none: added:R ");
 }
 
 TEST_F(Tree, ResetsItsListenerOnceForABulkOfNodes) {
     ListeningView view(tree);
     {
-        const ConfigTree::BulkAdd bulk(tree);
-        const ConfigTree::BulkAdd within(tree);
+        const ConfigTree::BulkChange bulk(tree);
+        const ConfigTree::BulkChange within(tree);
         add("P", "1");
         add("P", "2");
     }

@@ -15,10 +15,10 @@ TEST(FileFitness, LetsPassWhatTheFileCarries) {
         FilePlace place;
         const char* text;
     } cases[] = {{name, "FLOOR1"},
-                 {name, "_a-b.c\u00B7z09"},
+                 {name, "_a-b_c\u00B7z09"},
                  {name, "\u00C0\u00D6\u00D8\u00F6\u00F8\u00FF"},
                  {name, "tag1"},
-                 {content, ""},
+                 {content, "1.5"},
                  {content, "2\u00B0 \"hall\" > 'x' ]] >\t\n\u0080\u00FF"},
                  {attribute, ""},
                  {attribute, "COM1 > 'x' ]]> \u00FF"}};
@@ -40,6 +40,8 @@ TEST(FileFitness, SaysWhatInATextIsWrongAndWhatComesOfIt) {
                  {name, "\u00F7", "'\u00F7' in a branch name" + unreadable},
                  {name, "a\u0416", "'\u0416' in a branch name" + unreadable},  // XML would take it
                  {name, "a\u00A0", "U+00A0 in a branch name" + unreadable},
+                 {name, "a.b", "'.' in a branch name: left out when the file is read"},
+                 {FilePlace::itemName, "a.b", "'.': left out when the file is read"},
                  {name, "Tag", "'Tag' as a branch name: read back as something else"},
                  {name, "TAGS", "'TAGS' as a branch name: read back as something else"},
                  {content, "a<b&c", "'<'" + unreadable},

@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QToolBar>
 #include <algorithm>
 
 #include "qt/WindowWorld.h"
@@ -191,7 +192,7 @@ class MainWindowTest : public QObject {
         tree.setText(tree.nodeAt("Plant.FLOOR1"), "HALL");
         tree.setKey(tree.nodeAt("Plant.FLOOR1.Text3"), "Plant.FLOOR1.Ant");
         expect("Ant", "Plant[HALL[Zebra Text2 Ant] FLOOR2[Light1]]");
-        QCOMPARE(repaints.count(), 4);
+        QCOMPARE(repaints.count(), 3);
         for (const char* key : {"Plant.FLOOR1", "Plant"})
             tree.sortChildren(tree.nodeAt(key));
         expect("Ant", "Plant[FLOOR2[Light1] HALL[Ant Text2 Zebra]]");
@@ -199,7 +200,7 @@ class MainWindowTest : public QObject {
         tree.ensureVisible(tree.AddNode("config", "Roof", "Roof", NodeKind::plc));
         tree.ensureVisible(tree.AddNode("Roof", "Roof.Fan", "Fan", NodeKind::item));
         {
-            const ConfigTree::BulkAdd bulk(tree);
+            const ConfigTree::BulkChange bulk(tree);
             tree.ensureVisible(tree.AddNode("Roof", "Roof.Pump", "Pump", NodeKind::item));
         }
         expect("Ant", "Plant[FLOOR2[Light1] HALL[Ant Text2 Zebra]] Roof[Fan Pump]");
@@ -212,6 +213,54 @@ class MainWindowTest : public QObject {
         expect("FLOOR2", "Plant[FLOOR2[Light1]]");
         tree.remove(*tree.root());
         expect("none", "");
+    }
+
+    static void partsFollowTheWindow() {
+        TwoFloors world;
+        world.clickNode("Plant.FLOOR1");
+        const QWidget& area = *world.window.centralWidget();
+        const auto& toolbar = *world.window.findChild<QToolBar*>("Toolbar1");
+        const QWidget* const parts[] = {&toolbar, &world.tree, &world.list};
+        const auto shape = [&] {
+            QString text;
+            for (const QWidget* part : parts)
+                QDebug(&text) << part->geometry() << part->font().pointSizeF();
+            return text + QString::number(toolbar.iconSize().height());
+        };
+        const auto resized = [&](QSize size) {
+            world.window.resize(size);
+            QCoreApplication::processEvents();
+        };
+        const QSize reference = world.window.size();
+        const QSize referenceArea = area.size();
+        const QString before = shape();
+        const double font = world.tree.font().pointSizeF();
+        for (const double factor : {0.5, 2.0, 1.3}) {
+            resized(reference * factor);
+            for (const QWidget* part : parts) {
+                QVERIFY2(area.rect().contains(part->geometry()), qPrintable(shape()));
+                QVERIFY(part->width() > 0.3 * area.width());
+            }
+            QCOMPARE(world.tree.geometry().bottom(), world.list.geometry().bottom());
+            QVERIFY(area.height() - world.tree.geometry().bottom() <= 3);
+            for (const QToolButton* button : toolbar.findChildren<QToolButton*>()) {
+                if (!button->isVisible()) continue;
+                QVERIFY(toolbar.rect().contains(button->geometry()));
+                QVERIFY(button->width() >= toolbar.iconSize().width());
+            }
+            QVERIFY(world.report()->font().pointSizeF() >= 7);  // to be read
+        }
+        // A font follows the direction in which the window grew least.
+        resized({reference.width() * 2, reference.height()});
+        QCOMPARE(area.height(), referenceArea.height());
+        QCOMPARE(world.tree.font().pointSizeF(), font);
+
+        resized(reference);
+        QCOMPARE(shape(), before);
+        world.window.showMinimized();
+        world.window.showNormal();
+        resized(reference);
+        QCOMPARE(shape(), before);
     }
 
     static void viewModesShareTheSelection() {

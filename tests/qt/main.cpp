@@ -7,6 +7,7 @@
 
 std::unique_ptr<QObject> commandsTest();
 std::unique_ptr<QObject> dialogsTest();
+std::unique_ptr<QObject> editingTest();
 std::unique_ptr<QObject> mainWindowTest();
 std::unique_ptr<QObject> qtDesktopTest();
 std::unique_ptr<QObject> scaleTest();
@@ -30,7 +31,8 @@ int main(int argc, char* argv[]) {
     const QString wanted = one ? arguments.takeAt(1) : QString();
 
     int failures = 0;
-    for (const auto& make : {commandsTest, dialogsTest, mainWindowTest, qtDesktopTest, scaleTest}) {
+    for (const auto& make :
+         {commandsTest, dialogsTest, editingTest, mainWindowTest, qtDesktopTest, scaleTest}) {
         const auto suite = make();
         if (one && wanted != suite->metaObject()->className()) continue;
         failures += QTest::qExec(suite.get(), arguments);

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -115,6 +116,13 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
+/// The general message of an error, with its line's end.
+inline std::string errorIn(const std::string& routine, ErrorNumber number) {
+    const RunTimeError error(number);
+    return " Error n. " + std::to_string(static_cast<int>(number)) + "  " + error.description() +
+           " in " + routine + "\n";
+}
+
 /// The editor as it stands after the program's start.
 class EditorWorld : private frmEditing::Window {
  public:
@@ -132,6 +140,7 @@ class EditorWorld : private frmEditing::Window {
     frmEditing editor{document, desktop, forms, disk, registry};
     bool applicationEnded = false;
     int exitStatus = 0;
+    int timesTreeFocused = 0;
 
     /// The user opens a file of this text.
     void open(const std::string& path, const std::string& text) {
@@ -145,13 +154,51 @@ class EditorWorld : private frmEditing::Window {
 
     void click(const std::string& key) {
         Node& node = document.tree().nodeAt(key);
+        editor.activeControl = frmEditing::ActiveControl::tree;
         document.tree().select(&node);
         editor.TreeView1_NodeClick(node);
     }
 
     void selectRow(std::size_t row) {
+        editor.activeControl = frmEditing::ActiveControl::list;
         editor.ListView1.setSelected(row, true);
         editor.ListView1.setCurrentRow(row);
+    }
+
+    /// The user selects all rows that show one of these texts, and no others.
+    void selectRows(const std::set<std::string>& texts) {
+        editor.activeControl = frmEditing::ActiveControl::list;
+        for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
+            editor.ListView1.setSelected(row, texts.contains(editor.ListView1.rows()[row].text));
+    }
+
+    /// The keys of the selected node and of the listed rows.
+    std::string shown() const {
+        std::string line = document.tree().selected()->key() + ":";
+        for (const auto& row : editor.ListView1.rows())
+            line += " " + row.key;
+        return line;
+    }
+
+    /// A drag with the right button, from a node to another one or to empty space ("").
+    void drag(const std::string& from, const std::string& to, int shift = 0) {
+        TreeDrag& drag = editor.treeDrag();
+        ASSERT_TRUE(
+            drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, &document.tree().nodeAt(from)));
+        const DropEffect effect = drag.TreeView1_OLEStartDrag();
+        drag.TreeView1_OLEDragOver(document.tree().FindNode(to));
+        drag.TreeView1_OLEGiveFeedback();
+        EXPECT_EQ(desktop.pointer, Pointer::icon);
+        drag.TreeView1_OLEDragDrop(effect);
+    }
+
+    /// Messages and questions since this was asked last, a line for each.
+    std::string told() {
+        std::string lines;
+        for (const std::string& text : desktop.messages())
+            lines += text + "\n";
+        desktop.forgetMessages();
+        return lines;
     }
 
     std::string enabledNow() const {
@@ -181,6 +228,7 @@ class EditorWorld : private frmEditing::Window {
 
  private:
     void formChanged() override {}
+    void focusTree() override { ++timesTreeFocused; }
     void endApplication(int status) override {
         applicationEnded = true;
         exitStatus = status;

@@ -34,10 +34,16 @@ class FakeDesktop : public Desktop {
     std::string folder = "/home/ann/Documents";
     /// Called whenever pending events are given a turn.
     std::function<void()> onPendingEvents = [] {};
+    MessageIcon lastIcon = MessageIcon::none;
+    std::string clipboard;
     Pointer pointer = Pointer::normal;
     int timesBusy = 0;
 
-    void showMessage(const std::string& text) override { messages_.push_back(text); }
+    using Desktop::showMessage;
+    void showMessage(const std::string& text, MessageIcon icon) override {
+        messages_.push_back(text);
+        lastIcon = icon;
+    }
 
     bool askYesNo(const std::string& text) override { return askYesNoCancel(text) == Answer::yes; }
 
@@ -64,6 +70,9 @@ class FakeDesktop : public Desktop {
     }
 
     std::string defaultFolder() override { return folder; }
+
+    std::string clipboardText() override { return clipboard; }
+    void clearClipboard() override { clipboard.clear(); }
 
     void setPointer(Pointer shape) override {
         pointer = shape;

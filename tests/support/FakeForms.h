@@ -9,8 +9,10 @@
 
 #include "dialogs/Forms.h"
 #include "dialogs/frmBranch.h"
+#include "dialogs/frmFind.h"
 #include "dialogs/frmItems.h"
 #include "dialogs/frmPLC.h"
+#include "dialogs/frmReplace.h"
 #include "dialogs/frmSetts.h"
 
 class FakeForms : public Forms {
@@ -25,11 +27,16 @@ class FakeForms : public Forms {
     }
 
     int aboutShown = 0;
+    /// The find dialog while it is shown.
+    frmFind* find = nullptr;
 
-    void showModal(frmItems& form) override { show(form); }
-    void showModal(frmPLC& form) override { show(form); }
-    void showModal(frmBranch& form) override { show(form); }
-    void showModal(frmSetts& form) override { show(form); }
+    void showModal(frmItems& form) override { playUser(form); }
+    void showModal(frmPLC& form) override { playUser(form); }
+    void showModal(frmBranch& form) override { playUser(form); }
+    void showModal(frmSetts& form) override { playUser(form); }
+    void showModal(frmReplace& form) override { playUser(form); }
+    void show(frmFind& form) override { find = &form; }
+    void close(frmFind& /*form*/) override { find = nullptr; }
     void showAbout() override { ++aboutShown; }
 
  private:
@@ -37,7 +44,7 @@ class FakeForms : public Forms {
     using Users = std::deque<std::function<void(Form&)>>;
 
     template <typename Form>
-    void show(Form& form) {
+    void playUser(Form& form) {
         auto& users = std::get<Users<Form>>(users_);
         if (users.empty()) {
             ADD_FAILURE() << "Nobody said what to do in: " << Form::caption;
@@ -48,5 +55,6 @@ class FakeForms : public Forms {
         user(form);
     }
 
-    std::tuple<Users<frmItems>, Users<frmPLC>, Users<frmBranch>, Users<frmSetts>> users_;
+    std::tuple<Users<frmItems>, Users<frmPLC>, Users<frmBranch>, Users<frmSetts>, Users<frmReplace>>
+        users_;
 };

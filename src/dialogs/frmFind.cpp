@@ -1,0 +1,38 @@
+#include "dialogs/frmFind.h"
+
+#include "model/Numbers.h"
+#include "model/Reporting.h"
+#include "model/Text.h"
+
+void frmFind::Form_Load() {
+    txtFind.text.clear();
+    nextCounter_ = 0;
+    loaded_ = true;
+}
+
+void frmFind::cmdFind_Click() {
+    reportErrors(desktop_, "cmdFind_Click", [&] { selectMatch(0); });
+}
+
+void frmFind::cmdNext_Click() {
+    reportErrors(desktop_, "cmdNext_Click", [&] {
+        countUp(nextCounter_);
+        selectMatch(nextCounter_);
+    });
+}
+
+/// Selects the match after so many others, or the last one.
+void frmFind::selectMatch(int skipped) {
+    if (txtFind.text.empty()) return;
+    Node* match = nullptr;
+    for (Node* node = document_.tree().firstAdded(); node != nullptr && skipped >= 0;
+         node = ConfigTree::addedAfter(*node)) {
+        if (!startsWithIgnoringCase(node->text(), txtFind.text)) continue;
+        match = node;
+        --skipped;
+    }
+    if (match == nullptr) return;
+    focusTree_();
+    document_.tree().select(match);
+    document_.tree().ensureVisible(*match);
+}

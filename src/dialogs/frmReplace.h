@@ -1,0 +1,23 @@
+// The preview of pasted names and comments.
+#pragma once
+
+#include "dialogs/Controls.h"
+
+/// Shows what each selected item has now and what it is to get, for the user to accept or reject.
+class frmReplace {
+ public:
+    static constexpr const char* caption = "Replace Text";
+    Grid Grid1{.colWidth = {2000, 400, 2000}, .rows = {}};
+    Button Command1{"Cancel"};
+    Button Command2{"Replace"};
+
+    void Command1_Click() { closed_ = true; }
+    void Command2_Click() { accepted_ = closed_ = true; }
+
+    bool accepted() const { return accepted_; }
+    bool closed() const { return closed_; }
+
+ private:
+    bool accepted_ = false;
+    bool closed_ = false;
+};

@@ -1,0 +1,113 @@
+#include "editor/CopyPaste.h"
+
+#include <string>
+#include <string_view>
+
+#include "editor/frmEditing.h"
+#include "model/Generale.h"
+#include "model/Numbers.h"
+#include "model/Reporting.h"
+#include "model/RunTimeError.h"
+
+namespace {
+
+constexpr std::string_view newItem = "New_Item";
+constexpr std::string_view copiedItem = "Copied_Item";
+
+}  // namespace
+
+void CopyPaste::reset() {
+    clipboard_.emplace();
+    pasteCounter_ = 1;
+}
+
+void CopyPaste::mnuCopy_Click() {
+    reportErrors(desktop_, "mnuCopy_Click", [&] {
+        pasteCounter_ = 0;
+        switch (form_.activeControl) {
+            case frmEditing::ActiveControl::list: return copyRows();
+            case frmEditing::ActiveControl::tree: return copyNode();
+            case frmEditing::ActiveControl::none: return;
+        }
+    });
+}
+
+namespace {
+
+void refuseDefaultName(Desktop& desktop) {
+    desktop.showMessage("Please change Item name (do not use default name) before copying");
+}
+
+}  // namespace
+
+void CopyPaste::copyRows() {
+    bool first = true;
+    for (const auto& row : form_.ListView1.rows()) {
+        if (!row.selected) continue;
+        if (row.text.starts_with(newItem) || row.text.starts_with(copiedItem)) {
+            return refuseDefaultName(desktop_);
+        }
+        const auto& item = document_.items().at(row.key);
+        // Not before: with nothing to take, the clipboard stays as it was.
+        if (first) clipboard_.emplace();
+        first = false;
+        clipboard_->push_back(item);
+    }
+}
+
+void CopyPaste::copyNode() {
+    const Node& node = selectedNode(document_);
+    if (node.kind() == NodeKind::branch) {
+        desktop_.showMessage("Please use Drag&Drop to copy and paste branches");
+    } else if (node.kind() == NodeKind::item) {
+        // A name that begins with "Copied_Item" passes here, unlike in the list. Meant.
+        if (node.text().starts_with(newItem)) return refuseDefaultName(desktop_);
+        clipboard_ = Items{document_.items().at(node.key())};
+    }
+}
+
+void CopyPaste::mnuPaste_Click() {
+    reportErrors(desktop_, "mnuPaste_Click", [&] {
+        try {
+            paste();
+        } catch (const RunTimeError& error) {
+            if (error.number() != ErrorNumber::objectNotSet) throw;
+            desktop_.showMessage("Copied object can not be added here ");
+        }
+    });
+}
+
+void CopyPaste::paste() {
+    if (!clipboard_) return desktop_.showMessage("No items to paste.");
+    Node& target = selectedNode(document_);
+    if (target.kind() != NodeKind::branch && target.kind() != NodeKind::plc) return;
+    pasteInto(target);
+    countUp(pasteCounter_);
+}
+
+void CopyPaste::pasteInto(Node& target) {
+    const ConfigTree::BulkChange bulk(document_.tree());
+    bool anyPasted = false;
+    const auto showPasted = [&] {  // once, however many there are
+        if (anyPasted) form_.TreeView1_NodeClick(target);
+    };
+    try {
+        for (const auto& source : *clipboard_) {
+            if (source->sName.empty()) continue;
+            const auto item = std::make_shared<clsItem>();
+            item->SetByCopy(*source, target.key(), pasteCounter_);
+            while (document_.items().find(item->sKey) != nullptr) {
+                countUp(pasteCounter_);
+                const std::string suffix = "_" + std::to_string(pasteCounter_);
+                item->sName += suffix;
+                item->sKey += suffix;
+            }
+            document_.enter(item, target.key());
+            anyPasted = true;
+        }
+    } catch (...) {
+        showPasted();
+        throw;
+    }
+    showPasted();
+}

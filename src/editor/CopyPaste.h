@@ -1,0 +1,47 @@
+// Copying and pasting items.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "desktop/Desktop.h"
+#include "model/Document.h"
+
+class frmEditing;
+
+/// The editor's own clipboard of items, and the commands that fill it and paste from it. It lives
+/// as long as the editor; the system clipboard is not involved. It refers to the very records of
+/// the configuration: an item that is changed after copying is pasted as it is now, and one that
+/// is deleted is pasted all the same.
+class CopyPaste {
+ public:
+    CopyPaste(Document& document, Desktop& desktop, frmEditing& form)
+        : document_(document), desktop_(desktop), form_(form) {}
+
+    /// Empties the clipboard, for another configuration.
+    void reset();
+
+    /// Copies the selected rows when the list has the focus, the selected node when the tree has.
+    /// Items that still have a default name are refused, branches too: those are dragged.
+    void mnuCopy_Click();
+
+    /// Pastes into the selected device or branch. A name that is taken there gets "_" and the
+    /// paste counter, as often as it takes.
+    void mnuPaste_Click();
+
+ private:
+    void copyRows();
+    void copyNode();
+    void paste();
+    void pasteInto(Node& target);
+
+    using Items = std::vector<std::shared_ptr<clsItem>>;
+
+    Document& document_;
+    Desktop& desktop_;
+    frmEditing& form_;
+    std::optional<Items> clipboard_;  // none before the first configuration
+    std::int16_t pasteCounter_ = 1;
+};

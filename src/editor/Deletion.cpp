@@ -1,0 +1,91 @@
+#include "editor/Deletion.h"
+
+#include <string>
+#include <vector>
+
+#include "editor/frmEditing.h"
+#include "model/Generale.h"
+#include "model/Reporting.h"
+#include "model/RunTimeError.h"
+
+void Deletion::mnuDelete_Click() {
+    reportErrors(desktop_, "mnuDelete_Click", [&] {
+        switch (form_.activeControl) {
+            case frmEditing::ActiveControl::list: return deleteRows();
+            case frmEditing::ActiveControl::tree: return deleteNode();
+            case frmEditing::ActiveControl::none: return;
+        }
+    });
+}
+
+namespace {
+
+/// The parent whose contents the list is to show. Raises ErrorNumber::objectNotSet for the root.
+Node& parentOf(const Node& node) {
+    if (node.parent() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    return *node.parent();
+}
+
+}  // namespace
+
+void Deletion::deleteRows() {
+    if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?")) return;
+    // Not the selected node itself; that is meant.
+    Node& toShow = parentOf(selectedNode(document_));
+    removeSelectedRows();
+    form_.TreeView1_NodeClick(toShow);
+}
+
+/// A row that is no item ends it: those before it are gone then, the others stay.
+void Deletion::removeSelectedRows() {
+    std::vector<Node*> gone;
+    const auto remove = [&] { document_.tree().removeAll(gone); };
+    try {
+        for (const auto& row : form_.ListView1.rows()) {
+            if (!row.selected) continue;
+            document_.items().remove(row.key);
+            gone.push_back(&document_.tree().nodeAt(row.key));
+        }
+    } catch (...) {
+        remove();
+        throw;
+    }
+    remove();
+}
+
+void Deletion::deleteNode() {
+    Node& node = selectedNode(document_);
+    const std::string question = "Are you sure you want to delete " + node.text();
+    switch (node.kind()) {
+        case NodeKind::plc:
+            if (!desktop_.askYesNo(question + " and all its items?")) return;
+            RemoveBranch(document_, node, desktop_);
+            document_.devices().remove(node.key());
+            return document_.tree().remove(node);
+        case NodeKind::branch:
+            if (!desktop_.askYesNo(question + " and all its items?")) return;
+            RemoveBranch(document_, node, desktop_);
+            document_.branches().remove(node.key());
+            return document_.tree().remove(node);
+        case NodeKind::item:
+            if (desktop_.askYesNo(question + " ?")) RemoveSubtree(document_, node);
+            // On No as well; that is meant.
+            return form_.TreeView1_NodeClick(parentOf(selectedNode(document_)));
+        case NodeKind::config: return;
+    }
+}
+
+void RemoveBranch(Document& document, const Node& node, const Tell& tell) {
+    reportErrors(tell, "RemoveBranch", [&] {
+        const auto removeItemsOf = [&](const Node& container) {
+            for (const Node* child : container.children())
+                if (child->kind() == NodeKind::item) document.items().remove(child->key());
+        };
+        removeItemsOf(node);
+        for (TreeWalk walk(node); const Node* below = walk.next();) {
+            if (below->kind() == NodeKind::item) continue;
+            if (below->kind() == NodeKind::branch) document.branches().remove(below->key());
+            removeItemsOf(*below);
+        }
+    });
+}

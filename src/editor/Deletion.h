@@ -1,0 +1,30 @@
+// Deleting nodes.
+#pragma once
+
+#include "desktop/Desktop.h"
+#include "model/Document.h"
+
+class frmEditing;
+
+/// The command that deletes the selected rows when the list has the focus, the selected node with
+/// all that is below it when the tree has; both after a question.
+class Deletion {
+ public:
+    Deletion(Document& document, Desktop& desktop, frmEditing& form)
+        : document_(document), desktop_(desktop), form_(form) {}
+
+    void mnuDelete_Click();
+
+ private:
+    void deleteRows();
+    void removeSelectedRows();
+    void deleteNode();
+
+    Document& document_;
+    Desktop& desktop_;
+    frmEditing& form_;
+};
+
+/// Takes the records of all branches and items below the node out of their registries; the nodes
+/// stay. Reports its errors itself.
+void RemoveBranch(Document& document, const Node& node, const Tell& tell);

@@ -1,0 +1,112 @@
+#include "editor/PastedTexts.h"
+
+#include "dialogs/frmReplace.h"
+#include "model/Generale.h"
+#include "model/Reporting.h"
+#include "model/Text.h"
+
+std::vector<std::string> pastedLines(std::string_view text) {
+    const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
+    std::vector<std::string> lines;
+    std::string_view rest = text;
+    for (auto end = rest.find(lineEnd); end != std::string_view::npos; end = rest.find(lineEnd)) {
+        lines.push_back(trimBlanks(rest.substr(0, end)));
+        rest.remove_prefix(end + lineEnd.size());
+    }
+    // Meant: a last line without an end counts only when there is no other.
+    if (lines.empty()) lines.emplace_back(text);
+    return lines;
+}
+
+void PastedTexts::Paste_Name_Click() {
+    reportErrors(desktop_, "Paste_Name_Click", [&] {
+        paste([&](const Lines& lines) { return areNamesFree(lines); }, "name",
+              [&](std::size_t row) -> const std::string& { return list_.rows()[row].text; },
+              [&](const Rows& rows, const Lines& lines) {
+                  const ConfigTree::BulkChange bulk(document_.tree());
+                  for (std::size_t i = 0; i < rows.size(); ++i)
+                      if (CheckChars(lines[i], desktop_)) rename(rows[i], lines[i]);
+              });
+    });
+}
+
+void PastedTexts::Paste_Comment_Click() {
+    reportErrors(desktop_, "Paste_Comment_Click", [&] {
+        const auto itemOf = [&](std::size_t row) -> clsItem& {
+            return *document_.items().at(list_.rows()[row].key);
+        };
+        paste([](const Lines& /*lines*/) { return true; }, "comment",
+              [&](std::size_t row) -> const std::string& { return itemOf(row).sComment; },
+              [&](const Rows& rows, const Lines& lines) {
+                  for (std::size_t i = 0; i < rows.size(); ++i) {
+                      itemOf(rows[i]).sComment = lines[i];
+                      list_.setSubItem(rows[i], 0, lines[i]);
+                  }
+              });
+    });
+}
+
+/// The steps that both commands have in common. `present` gives what a row has now.
+void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::string_view what,
+                        const std::function<const std::string&(std::size_t row)>& present,
+                        const std::function<void(const Rows&, const Lines&)>& apply) {
+    const std::string text = desktop_.clipboardText();
+    if (text.empty()) return desktop_.showMessage("Empty clipboard !");
+    const Lines lines = pastedLines(text);
+    if (!check(lines)) return;
+    Rows rows;
+    for (std::size_t row = 0; row < list_.rows().size(); ++row)
+        if (list_.rows()[row].selected) rows.push_back(row);
+    if (rows.size() != lines.size()) return desktop_.showMessage("Invalid selection");
+    if (!isAccepted(rows, lines, what, present)) return;
+
+    document_.saved = false;  // now, as an error keeps what was changed before it
+    const ListView::Update update(list_);
+    apply(rows, lines);
+    desktop_.clearClipboard();
+}
+
+/// False, after telling the user and emptying the clipboard, when a name belongs to an item of
+/// the selected node that gets no new one.
+bool PastedTexts::areNamesFree(const Lines& lines) {
+    const Node& parent = selectedNode(document_);
+    for (const std::string& line : lines) {
+        const Node* holder = document_.tree().FindNode(joinKey(parent.key(), line));
+        if (holder == nullptr || holder->kind() != NodeKind::item) continue;
+        const auto row = list_.findRow(holder->key());
+        if (row && list_.rows()[*row].selected) continue;
+        desktop_.showMessage("Name already existing");
+        desktop_.clearClipboard();
+        return false;
+    }
+    return true;
+}
+
+bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
+                             const std::function<const std::string&(std::size_t row)>& present) {
+    frmReplace form;
+    auto& grid = form.Grid1.rows;
+    grid.reserve(rows.size() + 1);
+    grid.push_back({"Item " + std::string(what), "", "New Item " + std::string(what)});
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        grid.push_back({present(rows[i]), "<---", lines[i]});
+    forms_.showModal(form);
+    return form.accepted();
+}
+
+/// Raises ErrorNumber::keyTaken or ErrorNumber::keyNotUnique when the new key is in use; then
+/// nothing of the item has changed.
+void PastedTexts::rename(std::size_t row, const std::string& name) {
+    Node& node = document_.tree().nodeAt(list_.rows()[row].key);
+    const std::string oldKey = node.key();
+    static_cast<void>(document_.items().at(oldKey));  // the row of a device has none
+    const std::string newKey = BuildNodeKey(name, &node, true);
+    requireFreeKeys(document_, node, newKey);
+    list_.renameRow(row, newKey, name);
+    document_.items().rekey(oldKey, newKey, [&](clsItem& item) {
+        item.sKey = newKey;
+        item.sName = name;
+    });
+    document_.tree().setKey(node, newKey);
+    document_.tree().setText(node, name);
+}

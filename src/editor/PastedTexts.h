@@ -1,0 +1,45 @@
+// Names and comments for many items at once, from the system clipboard.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "desktop/Desktop.h"
+#include "dialogs/Forms.h"
+#include "model/Document.h"
+#include "model/ListView.h"
+
+/// The commands that give the selected rows of the list, in its order, the lines of the system
+/// clipboard as names or as comments, once the user has seen and accepted the pairs.
+class PastedTexts {
+ public:
+    PastedTexts(Document& document, Desktop& desktop, Forms& forms, ListView& list)
+        : document_(document), desktop_(desktop), forms_(forms), list_(list) {}
+
+    void Paste_Name_Click();
+    void Paste_Comment_Click();
+
+ private:
+    using Lines = std::vector<std::string>;
+    using Rows = std::vector<std::size_t>;
+
+    void paste(const std::function<bool(const Lines&)>& check, std::string_view what,
+               const std::function<const std::string&(std::size_t row)>& present,
+               const std::function<void(const Rows&, const Lines&)>& apply);
+    bool areNamesFree(const Lines& lines);
+    bool isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
+                    const std::function<const std::string&(std::size_t row)>& present);
+    void rename(std::size_t row, const std::string& name);
+
+    Document& document_;
+    Desktop& desktop_;
+    Forms& forms_;
+    ListView& list_;
+};
+
+/// The lines of a text from the clipboard, each less the blanks around it. A line ends with
+/// CR LF; in a text without any, where the desktop has turned them into LF, with LF. What follows
+/// the last line's end is dropped; a text without a line's end is one line, blanks and all.
+std::vector<std::string> pastedLines(std::string_view text);

@@ -1,0 +1,108 @@
+#include "editor/TreeDrag.h"
+
+#include <vector>
+
+#include "model/Generale.h"
+#include "model/Reporting.h"
+#include "model/RunTimeError.h"
+
+bool TreeDrag::TreeView1_MouseDown(int button, int shift, const Node* node) {
+    if (button != rightButton) return false;
+    mSourceNode = node == nullptr ? std::string() : node->key();
+    if (node == nullptr) return false;
+    mShiftState = shift;
+    return true;
+}
+
+DropEffect TreeDrag::TreeView1_OLEStartDrag() const {
+    return (mShiftState & ctrlMask) != 0 ? DropEffect::copy : DropEffect::move;
+}
+
+void TreeDrag::TreeView1_OLEGiveFeedback() { desktop_.setPointer(Pointer::icon); }
+
+void TreeDrag::TreeView1_OLEDragOver(const Node* node) {
+    dropHighlight_ = node == nullptr ? std::string() : node->key();
+}
+
+void TreeDrag::restoreViews() {
+    dropHighlight_.clear();
+    desktop_.setPointer(Pointer::normal);
+}
+
+void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
+    try {
+        if (Node* target = dropHighlight(); target != nullptr) drop(*target, effect);
+    } catch (const RunTimeError&) {
+        // Ends silently, with highlight and pointer as they are. Meant.
+    }
+}
+
+void TreeDrag::drop(Node& target, DropEffect effect) {
+    ConfigTree& tree = document_.tree();
+    Node& source = tree.nodeAt(mSourceNode);
+    if (target.kind() == NodeKind::item) {
+        return refuse("Unable to drag nodes here", MessageIcon::exclamation);
+    }
+    if (source.parent() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    if (&target == source.parent()) return restoreViews();
+    for (const Node* above = &target; above != nullptr; above = above->parent()) {
+        if (above == &source) return refuse("Unable to drag nodes here", MessageIcon::exclamation);
+    }
+    const std::string key = joinKey(target.key(), source.text());
+    if (tree.FindNode(key) != nullptr) {
+        return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
+    }
+    requireFreeKey(document_, source.kind(), key);
+    if (source.kind() == NodeKind::branch && !isFreeBelow(source, key)) return restoreViews();
+
+    const ConfigTree::BulkChange bulk(tree);
+    Node& added = tree.AddNode(target.key(), key, source.text(), source.kind());
+    carryRecord(source, key, effect);
+    // Of a device only the node goes: its contents leave the tree, its records stay. Meant.
+    if (source.kind() == NodeKind::branch) CopySubTree(source, added, effect);
+    tree.setExpanded(added, true);
+    if (effect == DropEffect::move) tree.remove(source);
+    restoreViews();
+}
+
+void TreeDrag::refuse(const std::string& text, MessageIcon icon) {
+    restoreViews();
+    desktop_.showMessage(text, icon);
+}
+
+/// Found out before anything is changed, so that no part of a branch is left behind.
+bool TreeDrag::isFreeBelow(const Node& source, const std::string& newKey) {
+    return reportErrors(desktop_, "CopySubTree", [&] {
+        std::vector<std::string> path{newKey};  // from the source down to the present node
+        for (TreeWalk walk(source); const Node* below = walk.next();) {
+            path.resize(walk.depth());
+            path.push_back(joinKey(path.back(), below->text()));
+            requireFreeKey(document_, below->kind(), path.back());
+        }
+    });
+}
+
+void TreeDrag::carryRecord(const Node& source, const std::string& newKey, DropEffect effect) {
+    const auto carry = [&](auto& registry) {
+        const auto record = registry.at(source.key());
+        registry.add(record, newKey);
+        record->sKey = newKey;
+        if (effect == DropEffect::move) registry.remove(source.key());
+    };
+    if (source.kind() == NodeKind::item) carry(document_.items());
+    if (source.kind() == NodeKind::branch) carry(document_.branches());
+}
+
+void TreeDrag::CopySubTree(const Node& source, Node& destination, DropEffect effect) {
+    reportErrors(desktop_, "CopySubTree", [&] {
+        std::vector<const Node*> path{&destination};  // the copies of the present node's parents
+        for (TreeWalk walk(source); const Node* below = walk.next();) {
+            path.resize(walk.depth());
+            const std::string& parentKey = path.back()->key();
+            const Node& added = document_.tree().AddNode(
+                parentKey, joinKey(parentKey, below->text()), below->text(), below->kind());
+            carryRecord(*below, added.key(), effect);
+            path.push_back(&added);
+        }
+    });
+}

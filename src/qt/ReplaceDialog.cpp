@@ -1,0 +1,100 @@
+#include "qt/ReplaceDialog.h"
+
+#include <QAbstractTableModel>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTableView>
+#include <QVBoxLayout>
+#include <numeric>
+
+#include "qt/Text.h"
+
+namespace {
+
+/// The grid as the toolkit reads it: its first row is the header.
+class GridModel : public QAbstractTableModel {
+ public:
+    GridModel(const Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+
+    int rowCount(const QModelIndex& parent) const override {
+        return parent.isValid() ? 0 : static_cast<int>(grid_.rows.size()) - 1;
+    }
+
+    int columnCount(const QModelIndex& parent) const override {
+        return parent.isValid() ? 0 : static_cast<int>(grid_.colWidth.size());
+    }
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role == Qt::TextAlignmentRole && index.column() == 1) return Qt::AlignCenter;
+        const bool shown = role == Qt::DisplayRole || role == Qt::ToolTipRole;
+        return shown ? textAt(index.row() + 1, index.column()) : QVariant();
+    }
+
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+        if (orientation != Qt::Horizontal) return {};
+        if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+        // The arrows' column has no heading; those who cannot see it are told what it is.
+        if (role == Qt::AccessibleTextRole && section == 1) return tr("becomes");
+        return role == Qt::DisplayRole ? textAt(0, section) : QVariant();
+    }
+
+ private:
+    QString textAt(int row, int column) const {
+        return toQt(grid_.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]);
+    }
+
+    const Grid& grid_;
+};
+
+}  // namespace
+
+ReplaceDialog::ReplaceDialog(frmReplace& form)
+    : FormDialog(
+          frmReplace::caption, [&form] { return form.closed(); },
+          [&form] { form.Command1_Click(); }),
+      content_(form.Grid1),
+      grid_(new QTableView(this)) {
+    setObjectName("frmReplace");
+    grid_->setObjectName("Grid1");
+    grid_->setAccessibleName(windowTitle());
+    grid_->setModel(new GridModel(content_, grid_));
+    grid_->setSelectionMode(QAbstractItemView::NoSelection);
+    grid_->setTabKeyNavigation(false);
+    grid_->setWordWrap(false);
+    grid_->verticalHeader()->hide();
+    grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
+    grid_->horizontalHeader()->setSectionsClickable(false);
+
+    auto* accept = bind("Command2", form.Command2, [&form] { form.Command2_Click(); });
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(accept);
+    buttons->addWidget(bind("Command1", form.Command1, [&form] { form.Command1_Click(); }));
+    auto* column = new QVBoxLayout(this);
+    column->addWidget(grid_);
+    column->addLayout(buttons);
+    accept->setDefault(true);
+    accept->setFocus();
+    const int character = fontMetrics().averageCharWidth();
+    resize(90 * character, 24 * fontMetrics().height());
+    showForm();
+}
+
+void ReplaceDialog::resizeEvent(QResizeEvent* event) {
+    FormDialog::resizeEvent(event);
+    shareWidth();
+}
+
+void ReplaceDialog::showEvent(QShowEvent* event) {
+    FormDialog::showEvent(event);
+    shareWidth();
+}
+
+void ReplaceDialog::shareWidth() {
+    const auto& widths = content_.colWidth;
+    const int whole = std::accumulate(widths.begin(), widths.end(), 0);
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        grid_->setColumnWidth(static_cast<int>(i), widths[i] * grid_->viewport()->width() / whole);
+}
