@@ -58,7 +58,10 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     resize(form_.referenceSize.width, form_.referenceSize.height);
 }
 
-MainWindow::~MainWindow() { form_.setWindow(nullptr); }
+MainWindow::~MainWindow() {
+    form_.setWindow(nullptr);
+    disconnect(qApp, nullptr, this, nullptr);  // the focus changes as the parts go
+}
 
 void MainWindow::buildMenus() {
     QMenu* menu = nullptr;

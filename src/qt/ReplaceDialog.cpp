@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTableView>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <numeric>
 
 #include "qt/Text.h"
@@ -66,6 +67,8 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     grid_->horizontalHeader()->setSectionsClickable(false);
+    grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    grid_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Fixed);
 
     auto* accept = bind("Command2", form.Command2, [&form] { form.Command2_Click(); });
     auto* buttons = new QHBoxLayout;
@@ -84,17 +87,8 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
 
 void ReplaceDialog::resizeEvent(QResizeEvent* event) {
     FormDialog::resizeEvent(event);
-    shareWidth();
-}
-
-void ReplaceDialog::showEvent(QShowEvent* event) {
-    FormDialog::showEvent(event);
-    shareWidth();
-}
-
-void ReplaceDialog::shareWidth() {
     const auto& widths = content_.colWidth;
     const int whole = std::accumulate(widths.begin(), widths.end(), 0);
-    for (std::size_t i = 0; i < widths.size(); ++i)
-        grid_->setColumnWidth(static_cast<int>(i), widths[i] * grid_->viewport()->width() / whole);
+    const int arrow = fontMetrics().horizontalAdvance("<--- ") + 8;
+    grid_->setColumnWidth(1, std::max(arrow, widths[1] * grid_->width() / whole));
 }

@@ -4,7 +4,10 @@
 #include "dialogs/frmReplace.h"
 #include "qt/FormDialog.h"
 
-/// The grid's columns share the dialog's width in the proportions of the form.
+class QTableView;
+
+/// The grid's columns share the dialog's width in the proportions of the form; those of the texts
+/// are equally wide.
 class ReplaceDialog : public FormDialog {
     Q_OBJECT
 
@@ -13,11 +16,8 @@ class ReplaceDialog : public FormDialog {
 
  protected:
     void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
  private:
-    void shareWidth();
-
     const Grid& content_;
-    class QTableView* grid_;
+    QTableView* grid_;
 };

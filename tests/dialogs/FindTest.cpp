@@ -12,15 +12,14 @@ class FindTest : public ::testing::Test, protected EditorWorld {
         click("MainHall");
         editor.mnuFind_Click();
     }
+    enum Button { first, next };
     /// The selected node after the user has searched so, and the listed rows.
-    std::string found(void (frmFind::*button)(), const std::string& text) {
+    std::string found(Button button, const std::string& text) {
         forms.find->txtFind.text = text;
-        (forms.find->*button)();
+        button == first ? forms.find->cmdFind_Click() : forms.find->cmdNext_Click();
         EXPECT_EQ(told(), "");
         return shown();
     }
-    static constexpr auto first = &frmFind::cmdFind_Click;
-    static constexpr auto next = &frmFind::cmdNext_Click;
 };
 
 TEST_F(FindTest, SelectsTheFirstNodeAddedThatBeginsSoInWhateverCase) {
