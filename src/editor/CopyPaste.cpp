@@ -86,6 +86,7 @@ void CopyPaste::paste() {
 }
 
 void CopyPaste::pasteInto(Node& target) {
+    const BusyPointer busy(desktop_);
     const ConfigTree::BulkChange bulk(document_.tree());
     bool anyPasted = false;
     const auto showPasted = [&] {  // once, however many there are

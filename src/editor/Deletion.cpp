@@ -38,6 +38,7 @@ void Deletion::deleteRows() {
 
 /// A row that is no item ends it: those before it are gone then, the others stay.
 void Deletion::removeSelectedRows() {
+    const BusyPointer busy(desktop_);
     std::vector<Node*> gone;
     const auto remove = [&] { document_.tree().removeAll(gone); };
     try {
@@ -58,21 +59,26 @@ void Deletion::deleteNode() {
     const std::string question = "Are you sure you want to delete " + node.text();
     switch (node.kind()) {
         case NodeKind::plc:
-            if (!desktop_.askYesNo(question + " and all its items?")) return;
-            RemoveBranch(document_, node, desktop_);
-            document_.devices().remove(node.key());
-            return document_.tree().remove(node);
         case NodeKind::branch:
-            if (!desktop_.askYesNo(question + " and all its items?")) return;
-            RemoveBranch(document_, node, desktop_);
-            document_.branches().remove(node.key());
-            return document_.tree().remove(node);
+            if (desktop_.askYesNo(question + " and all its items?")) removeWithContents(node);
+            return;
         case NodeKind::item:
             if (desktop_.askYesNo(question + " ?")) RemoveSubtree(document_, node);
             // On No as well; that is meant.
             return form_.TreeView1_NodeClick(parentOf(selectedNode(document_)));
         case NodeKind::config: return;
     }
+}
+
+void Deletion::removeWithContents(Node& node) {
+    const BusyPointer busy(desktop_);
+    RemoveBranch(document_, node, desktop_);
+    if (node.kind() == NodeKind::plc) {
+        document_.devices().remove(node.key());
+    } else {
+        document_.branches().remove(node.key());
+    }
+    document_.tree().remove(node);
 }
 
 void RemoveBranch(Document& document, const Node& node, const Tell& tell) {

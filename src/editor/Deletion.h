@@ -19,6 +19,7 @@ class Deletion {
     void deleteRows();
     void removeSelectedRows();
     void deleteNode();
+    void removeWithContents(Node& node);
 
     Document& document_;
     Desktop& desktop_;

@@ -61,6 +61,7 @@ void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::str
     if (!isAccepted(rows, lines, what, present)) return;
 
     document_.saved = false;  // now, as an error keeps what was changed before it
+    const BusyPointer busy(desktop_);
     const ListView::Update update(list_);
     apply(rows, lines);
     desktop_.clearClipboard();

@@ -55,6 +55,7 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
     requireFreeKey(document_, source.kind(), key);
     if (source.kind() == NodeKind::branch && !isFreeBelow(source, key)) return restoreViews();
 
+    const BusyPointer busy(desktop_);
     const ConfigTree::BulkChange bulk(tree);
     Node& added = tree.AddNode(target.key(), key, source.text(), source.kind());
     carryRecord(source, key, effect);
