@@ -47,6 +47,8 @@ TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
     connect(&opening_, &QTimer::timeout, this, [this] {
         if (const Node* node = drag_.dropHighlight()) setExpanded(model_->indexOf(node), true);
     });
+    scrolling_.setInterval(60);
+    connect(&scrolling_, &QTimer::timeout, this, &TreePane::scrollNearEdge);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
         if (dragging_) dragOver(draggedTo_);  // another node has come under the pointer
     });
@@ -153,11 +155,11 @@ void TreePane::dragNode() {
     drag_.TreeView1_OLEGiveFeedback();
     dragging_ = true;
     dropped_ = false;
+    scrolling_.start();
     drag->exec(effect == DropEffect::copy ? Qt::CopyAction : Qt::MoveAction);
     dragging_ = false;
     opening_.stop();
-    stopAutoScroll();
-    setState(NoState);
+    scrolling_.stop();
     // Not before: the rules may show a message, and a drag holds the mouse.
     if (dropped_) {
         drag_.TreeView1_OLEDragDrop(effect);
@@ -197,16 +199,13 @@ void TreePane::dragEnterEvent(QDragEnterEvent* event) {
 
 void TreePane::dragMoveEvent(QDragMoveEvent* event) {
     if (!dragging_) return event->ignore();
-    QAbstractItemView::dragMoveEvent(event);  // scrolls near the edges
     dragOver(event->position().toPoint());
     event->acceptProposedAction();
 }
 
 void TreePane::dragLeaveEvent(QDragLeaveEvent* event) {
     QTreeView::dragLeaveEvent(event);
-    opening_.stop();
-    drag_.TreeView1_OLEDragOver(nullptr);
-    viewport()->update();
+    dragOver(std::nullopt);
 }
 
 void TreePane::dropEvent(QDropEvent* event) {
@@ -216,13 +215,26 @@ void TreePane::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
 }
 
-void TreePane::dragOver(QPoint place) {
+void TreePane::dragOver(std::optional<QPoint> place) {
     draggedTo_ = place;
     const Node* before = drag_.dropHighlight();
-    drag_.TreeView1_OLEDragOver(nodeUnder(place));
+    drag_.TreeView1_OLEDragOver(place ? nodeUnder(*place) : nullptr);
     if (drag_.dropHighlight() == before) return;
     opening_.start();
     viewport()->update();
+}
+
+/// Row by row, as long as the pointer stays there: the toolkit's own scrolling goes by its
+/// movements.
+void TreePane::scrollNearEdge() {
+    if (!draggedTo_) return;
+    QScrollBar* bar = verticalScrollBar();
+    const int margin = autoScrollMargin();
+    if (draggedTo_->y() < margin) {
+        bar->setValue(bar->value() - 1);
+    } else if (draggedTo_->y() >= viewport()->height() - margin) {
+        bar->setValue(bar->value() + 1);
+    }
 }
 
 void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,

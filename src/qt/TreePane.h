@@ -3,6 +3,7 @@
 
 #include <QTimer>
 #include <QTreeView>
+#include <optional>
 
 #include "editor/TreeDrag.h"
 #include "qt/TreeModel.h"
@@ -48,7 +49,8 @@ class TreePane : public QTreeView {
     Node* nodeUnder(QPoint place) const;
     void dragNode();
     QPixmap pictureOf(const Node& node) const;
-    void dragOver(QPoint place);
+    void dragOver(std::optional<QPoint> place);
+    void scrollNearEdge();
 
     ConfigTree& tree_;
     TreeDrag& drag_;
@@ -61,7 +63,8 @@ class TreePane : public QTreeView {
     bool mayDrag_ = false;
     bool dragging_ = false;
     bool dropped_ = false;
-    bool taken_ = false;  // by the keyboard
-    QPoint draggedTo_;
-    QTimer opening_;  // of a closed node on which the pointer rests
+    bool taken_ = false;               // by the keyboard
+    std::optional<QPoint> draggedTo_;  // none outside the tree
+    QTimer opening_;                   // of a closed node on which the pointer rests
+    QTimer scrolling_;                 // while the pointer is near an edge
 };
