@@ -91,6 +91,10 @@ void MainWindow::buildMenus() {
 void MainWindow::buildToolbar() {
     toolbar_->setObjectName("Toolbar1");
     toolbar_->setWindowTitle(tr("Toolbar"));
+    // The toolkit's own button, for those that have no room.
+    if (auto* more = toolbar_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
+        more->setAccessibleName(tr("More commands"));
+    }
     toolbar_->layout()->setContentsMargins(0, 0, 0, 0);
     toolbar_->layout()->setSpacing(0);
     for (const Command* command : toolbarCommands()) {

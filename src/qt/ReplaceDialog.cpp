@@ -33,7 +33,7 @@ class GridModel : public QAbstractTableModel {
     }
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-        if (orientation != Qt::Horizontal) return {};
+        if (orientation != Qt::Horizontal) return section + 1;  // hidden, but read out
         if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
         // The arrows' column has no heading; those who cannot see it are told what it is.
         if (role == Qt::AccessibleTextRole && section == 1) return tr("becomes");

@@ -68,6 +68,11 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     }
 }
 
+QVariant TreeModel::headerData(int /*section*/, Qt::Orientation orientation, int role) const {
+    const bool named = orientation == Qt::Horizontal && role == Qt::DisplayRole;
+    return named ? tr("Configuration") : QVariant();
+}
+
 void TreeModel::aboutToAdd(const Node* parent, int row) {
     beginInsertRows(indexOf(parent), row, row);
 }

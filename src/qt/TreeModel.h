@@ -21,6 +21,8 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     int rowCount(const QModelIndex& parent) const override;
     int columnCount(const QModelIndex& parent) const override;
     QVariant data(const QModelIndex& index, int role) const override;
+    /// Read out only: the header is hidden.
+    QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  Q_SIGNALS:
     /// Another node is selected in the tree, or none.
