@@ -17,7 +17,7 @@
 class frmItems {
  public:
     /// `item` is the record that is changed; none when items are added.
-    frmItems(Document& document, Desktop& desktop, std::shared_ptr<clsItem> item = nullptr)
+    frmItems(Document& document, Desktop& desktop, std::shared_ptr<const clsItem> item = nullptr)
         : document_(document), desktop_(desktop), item_(std::move(item)) {}
 
     static constexpr const char* caption = "Group Address Properties";
@@ -90,6 +90,6 @@ class frmItems {
 
     Document& document_;
     Desktop& desktop_;
-    std::shared_ptr<clsItem> item_;
+    std::shared_ptr<const clsItem> item_;
     bool closed_ = false;
 };

@@ -160,7 +160,7 @@ void frmEditing::changeDevice(const Node& node) {
 
 void frmEditing::changeItem(const Node& node) {
     document_.itemDialog.modify = true;
-    frmItems form(document_, desktop_, document_.items().at(node.key()));
+    frmItems form(document_, desktop_, document_.itemAt(node));
     form.Form_Load();
     forms_.showModal(form);
 }

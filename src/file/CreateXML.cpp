@@ -52,7 +52,11 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
                 if (level > std::numeric_limits<std::int16_t>::max()) {
                     throw RunTimeError(ErrorNumber::overflow);
                 }
-                lines.add(0, {document.itemAt(*node)->GetXmlTag(static_cast<std::int16_t>(level))});
+                const auto tagLevel = static_cast<std::int16_t>(level);
+                const clsItem& item = *document.items().at(node->key());
+                lines.add(
+                    0, {item.sName == node->text() ? item.GetXmlTag(tagLevel)
+                                                   : document.itemAt(*node)->GetXmlTag(tagLevel)});
             } else {
                 lines.add(level++, {"<", node->text(), ">"});
                 open = node;
