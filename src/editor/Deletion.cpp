@@ -44,8 +44,11 @@ void Deletion::removeSelectedRows() {
     try {
         for (const auto& row : form_.ListView1.rows()) {
             if (!row.selected) continue;
-            document_.items().remove(row.key);
-            gone.push_back(&document_.tree().nodeAt(row.key));
+            // The list may be out of date, and another node have the key now.
+            Node& node = document_.tree().nodeAt(row.key);
+            if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
+            document_.items().remove(node.key());
+            gone.push_back(&node);
         }
     } catch (...) {
         remove();
@@ -73,10 +76,11 @@ void Deletion::deleteNode() {
 void Deletion::removeWithContents(Node& node) {
     const BusyPointer busy(desktop_);
     RemoveBranch(document_, node, desktop_);
-    if (node.kind() == NodeKind::plc) {
-        document_.devices().remove(node.key());
-    } else {
+    if (node.kind() == NodeKind::branch) {
         document_.branches().remove(node.key());
+    } else if (document_.devices().find(node.key()) != nullptr) {
+        // The node where a device was dropped has no record.
+        document_.devices().remove(node.key());
     }
     document_.tree().remove(node);
 }

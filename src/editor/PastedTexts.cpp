@@ -3,6 +3,7 @@
 #include "dialogs/frmReplace.h"
 #include "model/Generale.h"
 #include "model/Reporting.h"
+#include "model/RunTimeError.h"
 #include "model/Text.h"
 
 std::vector<std::string> pastedLines(std::string_view text) {
@@ -100,7 +101,8 @@ bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_v
 void PastedTexts::rename(std::size_t row, const std::string& name) {
     Node& node = document_.tree().nodeAt(list_.rows()[row].key);
     const std::string oldKey = node.key();
-    static_cast<void>(document_.items().at(oldKey));  // the row of a device has none
+    // The row of a device; or the list is out of date, and another node has the key now.
+    if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
     const std::string newKey = BuildNodeKey(name, &node, true);
     requireFreeKeys(document_, node, newKey);
     list_.renameRow(row, newKey, name);

@@ -53,14 +53,16 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
         return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
     }
     requireFreeKey(document_, source.kind(), key);
-    if (source.kind() == NodeKind::branch && !isFreeBelow(source, key)) return restoreViews();
+    // Of a device only the node goes: its contents leave the tree, its records stay. Meant. What
+    // was added afterwards below the node that was dropped has no other place, and goes with it.
+    const bool withContents = document_.devices().find(source.key()) == nullptr;
+    if (withContents && !isFreeBelow(source, key)) return restoreViews();
 
     const BusyPointer busy(desktop_);
     const ConfigTree::BulkChange bulk(tree);
     Node& added = tree.AddNode(target.key(), key, source.text(), source.kind());
     carryRecord(source, key, effect);
-    // Of a device only the node goes: its contents leave the tree, its records stay. Meant.
-    if (source.kind() == NodeKind::branch) CopySubTree(source, added, effect);
+    if (withContents) CopySubTree(source, added, effect);
     tree.setExpanded(added, true);
     if (effect == DropEffect::move) tree.remove(source);
     restoreViews();

@@ -72,6 +72,7 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
 void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& device) {
     struct Left {
         std::string_view key;
+        std::size_t parentLength;
         NodeKind kind;
     };
     std::vector<Left> left;
@@ -79,7 +80,10 @@ void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& 
     const auto collect = [&](const auto& registry, NodeKind kind) {
         for (const auto& [key, record] : registry) {
             if (!key.starts_with(prefix) || document.tree().FindNode(key) != nullptr) continue;
-            left.push_back({key, kind});
+            // A name may hold a "."; but a record that copies share may bear another's name.
+            const bool isOwnName = key.ends_with("." + record->sName);
+            left.push_back(
+                {key, isOwnName ? key.size() - record->sName.size() - 1 : key.rfind('.'), kind});
         }
     };
     collect(document.branches(), NodeKind::branch);
@@ -87,19 +91,33 @@ void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& 
     std::ranges::stable_sort(left, {}, [](const Left& each) {  // parents before their children
         return std::ranges::count(each.key, '.');
     });
+    const auto add = [&](std::string_view key, std::size_t parentLength, NodeKind kind) {
+        tree.AddNode(key.substr(0, parentLength), std::string(key),
+                     std::string(key.substr(parentLength + 1)), kind);
+    };
+    // Where another device was dropped there was a node without a record, and so there is no
+    // record of it; but there may be of what was added below it.
+    const auto addMissing = [&](std::string_view key) {
+        std::vector<std::string_view> missing;
+        for (; tree.FindNode(key) == nullptr; key = parentKeyOf(key))
+            missing.push_back(key);
+        for (auto each = missing.rbegin(); each != missing.rend(); ++each)
+            add(*each, each->rfind('.'), NodeKind::branch);
+    };
     tree.AddNode("", device.sKey(), device.getName(), NodeKind::plc);
-    for (const auto& [key, kind] : left) {
-        const std::string_view parentKey = parentKeyOf(key);
-        tree.AddNode(parentKey, std::string(key), std::string(key.substr(parentKey.size() + 1)),
-                     kind);
+    for (const auto& [key, parentLength, kind] : left) {
+        addMissing(key.substr(0, parentLength));
+        add(key, parentLength, kind);
     }
 }
 
 /// The file has a place for what stands below a device only. What was dragged to the root must
 /// not be left out without a word.
-void requireDevicesOnly(const Node& root) {
+void requireDevicesOnly(const Document& document, const Node& root) {
     for (const Node* child : root.children()) {
-        if (child->kind() == NodeKind::plc) continue;
+        if (document.devices().find(child->key()) != nullptr) continue;
+        // The node of a device that was dragged away and back holds nothing to be lost.
+        if (child->kind() == NodeKind::plc && child->children().empty()) continue;
         throw RunTimeError(ErrorNumber::invalidCall,
                            "\"" + child->text() + "\" stands below no device: move it below one");
     }
@@ -107,7 +125,8 @@ void requireDevicesOnly(const Node& root) {
 
 /// The whole file; nothing when a part of it could not be written.
 std::optional<Lines> configurationText(const Document& document, const Tell& tell) {
-    if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
+    if (const Node* root = document.tree().root(); root != nullptr)
+        requireDevicesOnly(document, *root);
     Lines lines(document.items().count());
     lines.add(0, {R"(<?xml version="1.0" encoding="ISO-8859-1"?>)"});
     lines.add(0, {"<QUONEibCfg>"});

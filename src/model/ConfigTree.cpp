@@ -33,6 +33,7 @@ Node& ConfigTree::AddNode(std::string_view parentKey, std::string key, std::stri
     Node* parent = nullptr;
     if (!parentKey.empty()) {
         parent = &nodeAt(parentKey);
+        if (parent->kind_ == NodeKind::item) throw RunTimeError(ErrorNumber::elementNotFound);
     } else if (root_ != nullptr) {
         throw RunTimeError(ErrorNumber::invalidCall);
     }

@@ -78,6 +78,7 @@ struct ListeningView : ConfigTree::Listener {
 TEST_F(Tree, RefusesNodesThatHaveNoPlaceOrNoKeyOfTheirOwn) {
     EXPECT_THAT([&] { add("P", "x"); }, raises(ErrorNumber::keyNotUnique));
     EXPECT_THAT([&] { add("nowhere", "n"); }, raises(ErrorNumber::elementNotFound));
+    EXPECT_THAT([&] { add("x", "n"); }, raises(ErrorNumber::elementNotFound));  // an item
     EXPECT_THAT([&] { add("P", ""); }, raises(ErrorNumber::invalidCall));
     EXPECT_THAT([&] { add("", "root2"); }, raises(ErrorNumber::invalidCall));
     EXPECT_EQ(rowsOf(at("P")), "0a 1b 2c ");
@@ -167,16 +168,17 @@ TEST_F(Tree, SortsChildrenIgnoringCaseAndAccentsAndKeepsTheOrderOfEqualOnes) {
     EXPECT_EQ(rowsOf(at("Q")),
               "0apple 1\u00C4rger 2bed 32nd bed 4\u00E9tage 5Etui 6Zebra 7zinc 8last ");
 
+    tree.AddNode("r", "S", "Same", NodeKind::plc);
     // Enough equal ones that a sort which mixes them up would do so.
     std::string rows = "0other ";
     for (int i = 1; i <= 30; ++i) {
         const std::string key = "same" + std::to_string(i);
-        add("x", key.c_str(), "same");
+        add("S", key.c_str(), "same");
         rows += std::to_string(i) + key + " ";
     }
-    add("x", "other", "other");
-    tree.sortChildren(at("x"));
-    EXPECT_EQ(rowsOf(at("x")), rows);
+    add("S", "other", "other");
+    tree.sortChildren(at("S"));
+    EXPECT_EQ(rowsOf(at("S")), rows);
 }
 
 }  // namespace
