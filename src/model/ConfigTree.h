@@ -116,7 +116,8 @@ class ConfigTree {
 
     /// Appends a node as last child of the node with the key `parentKey` (empty for the root).
     /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
-    /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second root.
+    /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second
+    /// root.
     Node& AddNode(std::string_view parentKey, std::string key, std::string text, NodeKind kind);
 
     /// The node with that key, or null.
