@@ -1,112 +1,80 @@
 #include "editor/PastedTexts.h"
 
-#include <gtest/gtest.h>
-
 #include "support/EditorWorld.h"
 
 namespace {
 
-using Command = void (frmEditing::*)();
-constexpr Command names = &frmEditing::mnuPasteName_Click;
-constexpr Command comments = &frmEditing::mnuPasteComment_Click;
+constexpr auto names = &frmEditing::mnuPasteName_Click;
+constexpr auto comments = &frmEditing::mnuPasteComment_Click;
+constexpr auto accept = &frmReplace::Command2_Click;
+constexpr auto reject = &frmReplace::Command1_Click;
 
-const std::string nameHeadings = "Item name||New Item name\n";
-const std::string commentHeadings = "Item comment||New Item comment\n";
-
-class PastedTextsTest : public ::testing::Test, protected EditorWorld {
- protected:
-    PastedTextsTest() {
-        const std::string plant = tag("a") + tag("b") + tag("c") + branch("D", tag("e"));
-        open("/house.xml", configuration(plc("P", plant)));
-        click("P");
-        selectRows({"a", "b"});
-    }
-    /// What the user is told; with a preview, it is shown, and accepted or rejected.
-    std::string paste(Command command, const std::string& text, const std::string& preview = "",
-                      void (frmReplace::*button)() = &frmReplace::Command2_Click) {
-        const auto user = [preview, button](frmReplace& form) {
-            std::string grid;
-            for (const auto& [present, arrow, next] : form.Grid1.rows)
-                grid += present + "|" + arrow + "|" + next + "\n";
-            EXPECT_EQ(grid, preview);
-            (form.*button)();
-        };
-        if (!preview.empty()) forms.whenShown<frmReplace>(user);
-        desktop.clipboard = text;
-        (editor.*command)();
-        expectTreeAndRegistriesAgree(document);
-        return told();
-    }
-    /// The list's names and comments, the tree, and whether it needs no saving.
-    std::string state() const {
-        std::string line;
-        for (const auto& row : editor.ListView1.rows())
-            line += row.text + ":" + row.subItems[0] + " ";
-        return line + outline(document) + (document.saved ? "" : "*");
-    }
-};
-
-TEST_F(PastedTextsTest, AreTheLinesThatHaveAnEnd) {
+TEST(PastedLines, AreThoseThatHaveAnEnd) {
     const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"A\r\nB\r\n", {"A", "B"}},
-        {"A\r\nB", {"A"}},
-        {"A\nB\n", {"A", "B"}},
-        {"A\nB", {"A"}},
-        {" A \r\n\t\r\n", {"A", "\t"}},
-        {" A b ", {" A b "}},
-        {"\r\n\r\n", {"", ""}},
-        {"A\nB\r\nC", {"A\nB"}},
-        {"A\rB", {"A\rB"}}};
+        {"A\r\nB\r\n", {"A", "B"}}, {"A\r\nB", {"A"}},       {" A \r\n\t\r\n", {"A", "\t"}},
+        {"A\nB\n", {"A", "B"}},     {"A\nB", {"A"}},         {" A b ", {" A b "}},
+        {"\r\n\r\n", {"", ""}},     {"A\nB\r\nC", {"A\nB"}}, {"A\rB", {"A\rB"}}};
     for (const auto& [text, lines] : cases)
         EXPECT_EQ(pastedLines(text), lines) << text;
 }
 
-TEST_F(PastedTextsTest, GiveTheSelectedRowsNamesInTheirOrder) {
-    EXPECT_EQ(paste(names, "y\r\nx\r\n", nameHeadings + "a|<---|y\nb|<---|x\n"), "");
-    EXPECT_EQ(state() + shown(), "y: x: c: P[y x c D[e]]*P: P.y P.x P.c");
-    EXPECT_EQ(document.items().at("P.y")->sName + document.items().at("P.y")->sKey, "yP.y");
-    EXPECT_EQ(desktop.clipboard, "");
-    EXPECT_EQ(paste(names, "n.1\nn2\n", nameHeadings + "y|<---|n.1\nx|<---|n2\n"),
-              "Character (.) not acceptable in string n.1\n");
-    EXPECT_EQ(state(), "y: n2: c: P[y n2 c D[e]]*");
-}
-
-TEST_F(PastedTextsTest, GiveTheSelectedRowsComments) {
-    EXPECT_EQ(paste(comments, " 1. \r\n2\r\n", commentHeadings + "|<---|1.\n|<---|2\n"), "");
-    EXPECT_EQ(state() + desktop.clipboard, "a:1. b:2 c: P[a b c D[e]]*");
-    selectRows({"b"});
-    EXPECT_EQ(paste(comments, " 3 \t", commentHeadings + "2|<---| 3 \t\n"), "");
-    EXPECT_EQ(document.items().at("P.a")->sComment + document.items().at("P.b")->sComment,
-              "1. 3 \t");
-}
-
-TEST_F(PastedTextsTest, ChangeNothingWhenRefusedOrRejected) {
-    const std::string taken = "Name already existing\n";
-    const std::string mismatch = "Invalid selection\n";
-    const std::tuple<Command, std::string, std::string, std::string> cases[] = {
-        {names, "", "Empty clipboard !\n", ""},
-        {comments, "", "Empty clipboard !\n", ""},
-        {names, "x\r\ny", mismatch, ""},
-        {comments, "x\ny\nz\n", mismatch, ""},
-        {names, "c", taken, ""},
-        {names, "b\r\nc\r\n", taken, ""},
-        {names, "x\r\ny\r\n", "", nameHeadings + "a|<---|x\nb|<---|y\n"},
-        {comments, "c\ne\n", "", commentHeadings + "|<---|c\n|<---|e\n"}};
-    for (const auto& [command, text, message, preview] : cases) {
-        EXPECT_EQ(paste(command, text, preview, &frmReplace::Command1_Click), message) << text;
-        EXPECT_EQ(desktop.clipboard, message == taken ? "" : text);
-        EXPECT_EQ(state(), "a: b: c: P[a b c D[e]]");
-    }
-}
-
-TEST_F(PastedTextsTest, StopAtANameInUseAndKeepTheRowsBefore) {
-    const std::tuple<std::string, std::string, ErrorNumber, std::string> cases[] = {
-        {"b\na\n", "a|<---|b\nb|<---|a\n", ErrorNumber::keyTaken, "a: b: c: P[a b c D[e]]*"},
-        {"x\nC\n", "a|<---|x\nb|<---|C\n", ErrorNumber::keyTaken, "x: b: c: P[x b c D[e]]*"},
-        {"X\nD\n", "x|<---|X\nb|<---|D\n", ErrorNumber::keyNotUnique, "X: b: c: P[X b c D[e]]*"}};
-    for (const auto& [text, preview, number, left] : cases) {
-        EXPECT_EQ(paste(names, text, nameHeadings + preview), errorIn("Paste_Name_Click", number));
-        EXPECT_EQ(state(), left);
+TEST(PastedTexts, GoToTheSelectedRowsInTheirOrderOnceAccepted) {
+    const std::string name = "Item name||New Item name\n";
+    const std::string comment = "Item comment||New Item comment\n";
+    const std::string keyTaken = errorIn("Paste_Name_Click", ErrorNumber::keyTaken);
+    const std::string keyNotUnique = errorIn("Paste_Name_Click", ErrorNumber::keyNotUnique);
+    const std::string before = "a: b: c: P[a b c D[e]] P: P.a P.b P.c";
+    const struct {
+        void (frmEditing::*command)();
+        std::string clipboard, preview;
+        void (frmReplace::*button)();
+        std::string told, clipboardThen, after;
+    } cases[] = {
+        {names, "", "", accept, "Empty clipboard !\n", "", before},
+        {comments, "", "", accept, "Empty clipboard !\n", "", before},
+        {names, "x\r\ny", "", accept, "Invalid selection\n", "x\r\ny", before},
+        {comments, "x\ny\nz\n", "", accept, "Invalid selection\n", "x\ny\nz\n", before},
+        {names, "c", "", accept, "Name already existing\n", "", before},
+        {names, "b\nc\n", "", accept, "Name already existing\n", "", before},
+        {names, "x\ny\n", name + "a|<---|x\nb|<---|y\n", reject, "", "x\ny\n", before},
+        {comments, "c\ne\n", comment + "|<---|c\n|<---|e\n", reject, "", "c\ne\n", before},
+        {comments, " 1. \r\n2\r\n", comment + "|<---|1.\n|<---|2\n", accept, "", "",
+         "a:1. b:2 c: P[a b c D[e]] P: P.a P.b P.c*"},
+        {names, "y\nx\n", name + "a|<---|y\nb|<---|x\n", accept, "", "",
+         "y: x: c: P[y x c D[e]] P: P.y P.x P.c*"},
+        {names, "n.1\nn2\n", name + "a|<---|n.1\nb|<---|n2\n", accept,
+         "Character (.) not acceptable in string n.1\n", "",
+         "a: n2: c: P[a n2 c D[e]] P: P.a P.n2 P.c*"},
+        // Each other's; one that differs from another's in letter case; that of a branch.
+        {names, "b\na\n", name + "a|<---|b\nb|<---|a\n", accept, keyTaken, "b\na\n", before + "*"},
+        {names, "x\nC\n", name + "a|<---|x\nb|<---|C\n", accept, keyTaken, "x\nC\n",
+         "x: b: c: P[x b c D[e]] P: P.x P.b P.c*"},
+        {names, "A\nD\n", name + "a|<---|A\nb|<---|D\n", accept, keyNotUnique, "A\nD\n",
+         "A: b: c: P[A b c D[e]] P: P.A P.b P.c*"}};
+    for (const auto& [command, clipboard, preview, button, told, clipboardThen, after] : cases) {
+        EditorWorld world;
+        const std::string plant = tag("a") + tag("b") + tag("c") + branch("D", tag("e"));
+        world.open("/house.xml", configuration(plc("P", plant)));
+        world.click("P");
+        world.selectRows({"a", "b"});
+        world.desktop.clipboard = clipboard;
+        std::string shown;
+        world.forms.whenShown<frmReplace>([&, pressed = button](frmReplace& form) {
+            for (const auto& [present, arrow, next] : form.Grid1.rows)
+                shown.append(present).append("|" + arrow + "|").append(next + "\n");
+            (form.*pressed)();
+        });
+        (world.editor.*command)();
+        EXPECT_EQ(shown, preview) << clipboard;
+        EXPECT_EQ(world.told(), told) << clipboard;
+        EXPECT_EQ(world.desktop.clipboard, clipboardThen);
+        std::string listed;
+        for (const auto& row : world.editor.ListView1.rows()) {
+            listed += row.text + ":" + row.subItems[0] + " ";
+            const auto item = world.document.items().at(row.key);
+            EXPECT_EQ(item->sName + item->sComment, row.text + row.subItems[0]);
+        }
+        EXPECT_EQ(listed + world.state(), after) << clipboard;
     }
 }
 

@@ -82,22 +82,55 @@ inline std::string outline(const Document& document) {
     return root == nullptr ? "nothing" : contentsOf(*root);
 }
 
-/// Each node has its record, and no record is without its node.
-inline void expectTreeAndRegistriesAgree(const Document& document) {
+/// Records that stand, or once stood, under two keys: copies made by dragging share them, and
+/// they bear one of the keys.
+using SharedRecords = std::set<std::shared_ptr<const void>>;
+
+template <typename Record>
+void expectNodesFor(const Registry<Record>& registry, NodeKind kind, const ConfigTree& tree,
+                    SharedRecords& shared) {
+    std::set<const Record*> met;
+    for (const auto& [key, record] : registry)
+        if (!met.insert(record.get()).second) shared.insert(record);
+    for (const auto& [key, record] : registry) {
+        const Node* node = tree.FindNode(key);
+        // A device that was dragged away leaves all its records.
+        const bool isLeft = tree.FindNode(key.substr(0, key.find('.'))) == nullptr;
+        EXPECT_TRUE(node == nullptr ? isLeft : node->kind() == kind) << key;
+        if constexpr (!std::is_same_v<Record, clsPLC>) {
+            EXPECT_TRUE(record->sKey == key || shared.contains(record)) << key;
+        }
+    }
+}
+
+/// Each node has the key of its place and its record, and each record its node. Only a device that
+/// was dragged has, where it was dropped, a node without a record.
+inline void expectTreeAndRegistriesAgree(const Document& document, SharedRecords& shared) {
+    const ConfigTree& tree = document.tree();
     const auto hasRecord = [&](const Node& node) {
         if (node.kind() == NodeKind::plc) return document.devices().find(node.key()) != nullptr;
         if (node.kind() == NodeKind::item) return document.items().find(node.key()) != nullptr;
         return document.branches().find(node.key()) != nullptr;
     };
-    std::size_t nodesWithRecord = 0;
-    for (const Node* node = document.tree().firstAdded(); node != nullptr;
-         node = ConfigTree::addedAfter(*node)) {
-        if (node == document.tree().root()) continue;
-        EXPECT_TRUE(hasRecord(*node)) << node->key();
-        ++nodesWithRecord;
+    std::set<const Node*> nodes{tree.root()};
+    if (tree.root() != nullptr) {
+        for (TreeWalk walk(*tree.root()); const Node* node = walk.next();) {
+            const bool isDevice = node->kind() == NodeKind::plc && hasRecord(*node);
+            EXPECT_TRUE(node->kind() == NodeKind::plc || hasRecord(*node)) << node->key();
+            EXPECT_EQ(node->key(), (isDevice ? "" : node->parent()->key() + ".") + node->text());
+            EXPECT_EQ(tree.FindNode(node->key()), node) << node->key();
+            nodes.insert(node);
+        }
+        EXPECT_EQ(nodes.size(), tree.count());
     }
-    EXPECT_EQ(document.devices().count() + document.branches().count() + document.items().count(),
-              nodesWithRecord);
+    EXPECT_TRUE(tree.selected() == nullptr || nodes.contains(tree.selected()));
+    expectNodesFor(document.devices(), NodeKind::plc, tree, shared);
+    expectNodesFor(document.branches(), NodeKind::branch, tree, shared);
+    expectNodesFor(document.items(), NodeKind::item, tree, shared);
+}
+inline void expectTreeAndRegistriesAgree(const Document& document) {
+    SharedRecords shared;
+    expectTreeAndRegistriesAgree(document, shared);
 }
 
 /// Names of the menus and entries that `isOn` holds for, in the order of the menus.
@@ -178,6 +211,23 @@ class EditorWorld : private frmEditing::Window {
         for (const auto& row : editor.ListView1.rows())
             line += " " + row.key;
         return line;
+    }
+
+    /// The tree, which must agree with the records, what is selected and listed, and "*" while
+    /// something is not saved.
+    std::string state() const {
+        expectTreeAndRegistriesAgree(document);
+        return outline(document) + " " + shown() + (document.saved ? "" : "*");
+    }
+
+    /// Saves over the old file and gives the outline of what another editor reads from it, after
+    /// what that tells.
+    std::string savedAndRead() {
+        desktop.willAnswer({Answer::yes});
+        editor.mnuSaveCfg_Click();
+        EditorWorld reader;
+        reader.open("/file", disk.files[document.currentPath()]);
+        return reader.told() + outline(reader.document);
     }
 
     /// A drag with the right button, from a node to another one or to empty space ("").
