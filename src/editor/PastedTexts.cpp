@@ -74,7 +74,9 @@ bool PastedTexts::areNamesFree(const Lines& lines) {
     const Node& parent = selectedNode(document_);
     for (const std::string& line : lines) {
         const Node* holder = document_.tree().FindNode(joinKey(parent.key(), line));
-        if (holder == nullptr || holder->kind() != NodeKind::item) continue;
+        // Not one further below, to whom a line with a "." would lead.
+        if (holder == nullptr || holder->parent() != &parent) continue;
+        if (holder->kind() != NodeKind::item) continue;
         const auto row = list_.findRow(holder->key());
         if (row && list_.rows()[*row].selected) continue;
         desktop_.showMessage("Name already existing");

@@ -72,42 +72,45 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
 void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& device) {
     struct Left {
         std::string_view key;
-        std::size_t parentLength;
         NodeKind kind;
     };
     std::vector<Left> left;
     const std::string prefix = device.sKey() + ".";
     const auto collect = [&](const auto& registry, NodeKind kind) {
-        for (const auto& [key, record] : registry) {
-            if (!key.starts_with(prefix) || document.tree().FindNode(key) != nullptr) continue;
-            // A name may hold a "."; but a record that copies share may bear another's name.
-            const bool isOwnName = key.ends_with("." + record->sName);
-            left.push_back(
-                {key, isOwnName ? key.size() - record->sName.size() - 1 : key.rfind('.'), kind});
-        }
+        for (const auto& [key, record] : registry)
+            if (key.starts_with(prefix) && document.tree().FindNode(key) == nullptr) {
+                left.push_back({key, kind});
+            }
     };
     collect(document.branches(), NodeKind::branch);
     collect(document.items(), NodeKind::item);
     std::ranges::stable_sort(left, {}, [](const Left& each) {  // parents before their children
         return std::ranges::count(each.key, '.');
     });
-    const auto add = [&](std::string_view key, std::size_t parentLength, NodeKind kind) {
-        tree.AddNode(key.substr(0, parentLength), std::string(key),
-                     std::string(key.substr(parentLength + 1)), kind);
+
+    const auto add = [&](std::string_view parentKey, std::string_view key, NodeKind kind) {
+        tree.AddNode(parentKey, std::string(key), std::string(key.substr(parentKey.size() + 1)),
+                     kind);
     };
-    // Where another device was dropped there was a node without a record, and so there is no
-    // record of it; but there may be of what was added below it.
+    // A node that had no record of its own, as another device was dropped there, may have held
+    // some that do.
     const auto addMissing = [&](std::string_view key) {
         std::vector<std::string_view> missing;
         for (; tree.FindNode(key) == nullptr; key = parentKeyOf(key))
             missing.push_back(key);
         for (auto each = missing.rbegin(); each != missing.rend(); ++each)
-            add(*each, each->rfind('.'), NodeKind::branch);
+            add(parentKeyOf(*each), *each, NodeKind::branch);
     };
     tree.AddNode("", device.sKey(), device.getName(), NodeKind::plc);
-    for (const auto& [key, parentLength, kind] : left) {
-        addMissing(key.substr(0, parentLength));
-        add(key, parentLength, kind);
+    for (const auto& [key, kind] : left) {
+        std::string_view parentKey = parentKeyOf(key);
+        for (auto above = parentKey; !above.empty(); above = parentKeyOf(above)) {
+            const Node* node = tree.FindNode(above);
+            // Below an item there is nothing: what follows is a name with a ".".
+            if (node != nullptr && node->kind() == NodeKind::item) parentKey = parentKeyOf(above);
+        }
+        addMissing(parentKey);
+        add(parentKey, key, kind);
     }
 }
 

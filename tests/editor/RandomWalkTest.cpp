@@ -14,8 +14,7 @@ const std::regex expected(
     // The new key is that of a node of another kind, or of one in other letter case.
     " Error n. 35602 .* in (AddItemToColl|cmdOk_Click|mnuPaste_Click|Paste_Name_Click)|"
     " Error n. 457 .* in (AddItemToColl|cmd(Ok|Apply)_Click|Paste_Name_Click|CopySubTree)|"
-    // A row's node is a device or has gone, as the list is not always filled again; where a device
-    // was dropped there is no record; the root has no parent, and nothing but devices below it.
+    // A row's node is a device or gone; a dropped device has no record, and the root no parent.
     " Error n. 35601 .* in (ListView1_(Dbl)?Click|mnuDelete_Click|Paste_Name_Click)|"
     " Error n. 5 .* in (mnu(Copy|Delete)_Click|Paste_(Name|Comment)_Click|TreeView1_DblClick)|"
     " Error n. 91 .* in (mnuDelete|EH_mnuAddbranch|mnuAddItem)_Click");
@@ -34,6 +33,7 @@ const Names fileActions{"mnuNewCfg", "mnuCloseCfg", "mnuSaveCfg", "mnuSaveAs"};
 class RandomWalk : public ::testing::Test, protected EditorWorld {
  protected:
     RandomWalk() {
+        disk.writesSpoiledFiles = true;  // with a "." in names
         always<frmPLC>([this](frmPLC& form) {
             form.txtName.text = oneOf({"A", "D", "E", "F"});
             holdsDevice() ? form.cmdExit_Click() : form.cmdApply_Click();
@@ -151,7 +151,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
         }
     }
 
-    std::mt19937 random{1};  // NOLINT(cert-msc51-cpp)
+    std::mt19937 random{7};  // NOLINT(cert-msc51-cpp)
     SharedRecords shared;
     std::set<std::string> told;
     int devicesRead = 0;
