@@ -122,7 +122,7 @@ void requireDevicesOnly(const Document& document, const Node& root) {
         // The node of a device that was dragged away and back holds nothing to be lost.
         if (child->kind() == NodeKind::plc && child->children().empty()) continue;
         throw RunTimeError(ErrorNumber::invalidCall,
-                           "\"" + child->text() + "\" stands below no device: move it below one");
+                           "\"" + child->text() + "\" stands below no device and cannot be saved");
     }
 }
 

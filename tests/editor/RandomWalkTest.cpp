@@ -10,7 +10,7 @@ const std::regex expected(
     "Are you sure you want to delete .*|Do you want to save .*|File /.*Overwrite.|/.* saved|"
     "Name already .*|Please .*|Unable to drag nodes here|Empty clipboard !|Invalid selection|"
     "Character .* not acceptable in string .*| Error n. 53 .* in ImportXML|"
-    " Error n. 5  \".*\" stands below no device: move it below one in CreateXML|"
+    " Error n. 5  \".*\" stands below no device and cannot be saved in CreateXML|"
     // The new key is that of a node of another kind, or of one in other letter case.
     " Error n. 35602 .* in (AddItemToColl|cmdOk_Click|mnuPaste_Click|Paste_Name_Click)|"
     " Error n. 457 .* in (AddItemToColl|cmd(Ok|Apply)_Click|Paste_Name_Click|CopySubTree)|"

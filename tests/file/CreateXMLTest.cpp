@@ -136,7 +136,7 @@ TEST_F(CreateXMLTest, WritesNothingWhenAPartCannotBeWritten) {
     EXPECT_FALSE(CreateXML(path, document, disk, desktop));
     EXPECT_THAT(
         desktop.messages(),
-        ElementsAre(" Error n. 5  \"F\" stands below no device: move it below one in CreateXML"));
+        ElementsAre(" Error n. 5  \"F\" stands below no device and cannot be saved in CreateXML"));
 
     desktop.forgetMessages();
     document.startAt(path);
