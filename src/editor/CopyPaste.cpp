@@ -14,6 +14,10 @@ namespace {
 constexpr std::string_view newItem = "New_Item";
 constexpr std::string_view copiedItem = "Copied_Item";
 
+void refuseDefaultName(Desktop& desktop) {
+    desktop.showMessage("Please change Item name (do not use default name) before copying");
+}
+
 }  // namespace
 
 void CopyPaste::reset() {
@@ -31,14 +35,6 @@ void CopyPaste::mnuCopy_Click() {
         }
     });
 }
-
-namespace {
-
-void refuseDefaultName(Desktop& desktop) {
-    desktop.showMessage("Please change Item name (do not use default name) before copying");
-}
-
-}  // namespace
 
 void CopyPaste::copyRows() {
     bool first = true;

@@ -200,7 +200,7 @@ void frmEditing::mnuSetts_Click() {
         // The settings dialog traps no errors: one ends the application, without a prompt.
         reportErrors(desktop_, "cmdApply_Click", [&] { throw *form.unhandledError(); });
         document_.open = false;
-        if (window_ != nullptr) window_->endApplication(EXIT_FAILURE);
+        end(EXIT_FAILURE);
     });
 }
 
@@ -365,9 +365,11 @@ void frmEditing::focusTree() {
     if (window_ != nullptr) window_->focusTree();
 }
 
-void frmEditing::endApplication() {
+void frmEditing::endApplication() { end(EXIT_SUCCESS); }
+
+void frmEditing::end(int exitStatus) {
     unloadFind();
-    if (window_ != nullptr) window_->endApplication(EXIT_SUCCESS);
+    if (window_ != nullptr) window_->endApplication(exitStatus);
 }
 
 void frmEditing::showViews(ViewState state) {

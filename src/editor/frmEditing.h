@@ -168,6 +168,7 @@ class frmEditing final : public LifecycleWindow {
     void listItem(const Node& node);
     void focusTree();
     void unloadFind();
+    void end(int exitStatus);
     void formChanged();
 
     Document& document_;
