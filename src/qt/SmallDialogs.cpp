@@ -53,7 +53,7 @@ DeviceDialog::DeviceDialog(frmPLC& form)
     arrange(this,
             {{bind(form.Label6, 'N', name), name},
              {bind(form.lblIP, 'P', port), port},
-             {bind(form.lblId, 'T', type), type},
+             {bind(form.lblId, 'E', type), type},
              {bind(form.lblPassword, 'R', timeout), timeout}},
             bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
             bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
@@ -86,7 +86,7 @@ SettingsDialog::SettingsDialog(frmSetts& form)
         mark(box->lineEdit(), FilePlace::attribute);
     arrange(this,
             {{bind(form.lblPortName, 'P', port), port},
-             {bind(form.lblBaud, 'T', type), type},
+             {bind(form.lblBaud, 'E', type), type},
              {bind(form.lblTimeout, 'R', timeout), timeout}},
             bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
             bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
