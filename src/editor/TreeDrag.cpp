@@ -1,5 +1,6 @@
 #include "editor/TreeDrag.h"
 
+#include <exception>
 #include <vector>
 
 #include "model/Generale.h"
@@ -31,8 +32,9 @@ void TreeDrag::restoreViews() {
 
 void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
     try {
-        if (Node* target = dropHighlight(); target != nullptr) drop(*target, effect);
-    } catch (const RunTimeError&) {
+        if (Node* target = dropHighlight(); target != nullptr) return drop(*target, effect);
+        restoreViews();  // empty space
+    } catch (const std::exception&) {
         // Ends silently, with highlight and pointer as they are. Meant.
     }
 }

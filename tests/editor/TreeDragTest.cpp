@@ -72,6 +72,9 @@ TEST_F(TreeDragTest, ChangesNothingWhereThereIsNoPlace) {
             drag(from, to, shift);
             EXPECT_EQ(told() + state(), message + before) << from;
             EXPECT_EQ(desktop.lastIcon, icon) << from;
+            // An error that ends the drop silently leaves the pointer, too.
+            const bool isError = from == "config" || to == "P.D";
+            EXPECT_EQ(desktop.pointer, isError ? Pointer::icon : Pointer::normal) << from;
         }
 }
 
