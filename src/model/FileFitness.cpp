@@ -88,10 +88,13 @@ std::string spoilsText(std::string_view text, FilePlace place) {
 }  // namespace
 
 std::string spoilsFile(std::string_view text, FilePlace place) {
+    if (place == FilePlace::nowhere) return {};
     return place == FilePlace::elementName ? spoilsName(text) : spoilsText(text, place);
 }
 
-FilePlace filePlaceOf(std::string_view tag) {
+FilePlace filePlaceOf(std::string_view tag, std::size_t column) {
+    if (tag == "config") return FilePlace::nowhere;
     if (tag == "branch") return FilePlace::elementName;
-    return tag == "plc" ? FilePlace::attribute : FilePlace::itemName;
+    if (tag == "plc") return FilePlace::attribute;
+    return column == 0 ? FilePlace::itemName : FilePlace::content;
 }

@@ -7,11 +7,13 @@
 // how line ends and blanks are read.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 /// Where in the file a text stands.
 enum class FilePlace {
+    nowhere,      ///< the root's text
     elementName,  ///< a branch's name
     itemName,     ///< an item's name
     content,      ///< what else an item holds: comment, address, ...
@@ -28,5 +30,6 @@ enum class FilePlace {
 /// read back in capitals. Raises nothing; takes time by the length of the text.
 std::string spoilsFile(std::string_view text, FilePlace place);
 
-/// Where the file holds the name of a node with that tag (see tagOf).
-FilePlace filePlaceOf(std::string_view tag);
+/// Where the file holds the name of a node with that tag (see tagOf) or, from the second column of
+/// its row on, what else the row shows.
+FilePlace filePlaceOf(std::string_view tag, std::size_t column = 0);

@@ -23,17 +23,14 @@ int ListModel::columnCount(const QModelIndex& parent) const {
 QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const auto& row = list_.rows()[static_cast<std::size_t>(index.row())];
-    const std::string& text = row.cell(static_cast<std::size_t>(index.column()));
+    const auto column = static_cast<std::size_t>(index.column());
+    const std::string& text = row.cell(column);
     // Worked out for what is painted: nobody looks at all rows of a large branch.
-    const auto fault = [&] {
-        const FilePlace place = filePlaceOf(row.smallIcon);
-        const bool besideName = place == FilePlace::itemName && index.column() > 0;
-        return spoilsFile(text, besideName ? FilePlace::content : place);
-    };
+    const auto fault = [&] { return spoilsFile(text, filePlaceOf(row.smallIcon, column)); };
     switch (role) {
         case Qt::DisplayRole: return toQt(text);
         case Qt::DecorationRole: {
-            if (index.column() != 0) return fault().empty() ? QVariant() : icons::mark();
+            if (column != 0) return fault().empty() ? QVariant() : icons::mark();
             const QIcon& picture = largeIcons_ ? icons::list(row.icon) : icons::tree(row.smallIcon);
             return fault().empty() ? picture : icons::marked(picture);
         }

@@ -9,11 +9,8 @@
 
 namespace {
 
-/// What in the node's text would spoil the saved file. The root's text is not in it.
-std::string faultOf(const Node& node) {
-    return node.parent() == nullptr ? std::string()
-                                    : spoilsFile(node.text(), filePlaceOf(node.tag()));
-}
+/// What in the node's text would spoil the saved file.
+std::string faultOf(const Node& node) { return spoilsFile(node.text(), filePlaceOf(node.tag())); }
 
 }  // namespace
 

@@ -171,8 +171,7 @@ void TreePane::dragNode() {
 
 /// What follows the pointer: the node as the tree shows it.
 QPixmap TreePane::pictureOf(const Node& node) const {
-    const int side =
-        iconSize().isValid() ? iconSize().height() : style()->pixelMetric(QStyle::PM_SmallIconSize);
+    const int side = icons::besideText(fontMetrics()).height();
     const QString text = fontMetrics().elidedText(toQt(node.text()), Qt::ElideMiddle, 300);
     const int margin = 4;
     const QSize size(side + fontMetrics().horizontalAdvance(text) + 3 * margin,

@@ -58,4 +58,12 @@ TEST(FileFitness, SaysWhatInATextIsWrongAndWhatComesOfIt) {
         EXPECT_EQ(spoilsFile(text, place), fault) << text;
 }
 
+TEST(FileFitness, KnowsWhereTheFileHoldsATextOfTreeOrList) {
+    EXPECT_EQ(spoilsFile("/a&b.xml", filePlaceOf("config")), "");  // the path is not in the file
+    EXPECT_NE(spoilsFile("1.5", filePlaceOf("item")), "");
+    EXPECT_EQ(spoilsFile("1.5", filePlaceOf("item", 1)), "");
+    EXPECT_EQ(filePlaceOf("plc", 1), attribute);
+    EXPECT_EQ(filePlaceOf("branch"), name);
+}
+
 }  // namespace
