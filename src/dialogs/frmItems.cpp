@@ -144,7 +144,7 @@ void frmItems::storeNew() {
     const auto item = std::make_shared<clsItem>();
     Node& parent = selectedNode(document_);
     item->SetByForm(fields(), &parent, false);
-    document_.enter(item, parent.key());
+    document_.enter(item, parent);
     ++document_.itemCounter;
 }
 

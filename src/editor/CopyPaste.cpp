@@ -43,7 +43,7 @@ void CopyPaste::copyRows() {
         if (row.text.starts_with(newItem) || row.text.starts_with(copiedItem)) {
             return refuseDefaultName(desktop_);
         }
-        const auto& item = document_.items().at(row.key);
+        const auto& item = document_.itemUnder(row.key);
         // Not before: with nothing to take, the clipboard stays as it was.
         if (first) clipboard_.emplace();
         first = false;
@@ -99,7 +99,7 @@ void CopyPaste::pasteInto(Node& target) {
                 item->sName += suffix;
                 item->sKey += suffix;
             }
-            document_.enter(item, target.key());
+            document_.enter(item, target);
             anyPasted = true;
         }
     } catch (...) {

@@ -30,8 +30,9 @@ Node& parentOf(const Node& node) {
 
 void Deletion::deleteRows() {
     if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?")) return;
-    // Not the selected node itself; that is meant.
-    Node& toShow = parentOf(selectedNode(document_));
+    // Not the selected node itself; that is meant. Only the root has none above it.
+    Node& selected = selectedNode(document_);
+    Node& toShow = selected.parent() == nullptr ? selected : *selected.parent();
     removeSelectedRows();
     form_.TreeView1_NodeClick(toShow);
 }
@@ -78,8 +79,7 @@ void Deletion::removeWithContents(Node& node) {
     RemoveBranch(document_, node, desktop_);
     if (node.kind() == NodeKind::branch) {
         document_.branches().remove(node.key());
-    } else if (document_.devices().find(node.key()) != nullptr) {
-        // The node where a device was dropped has no record.
+    } else if (node.isDevice()) {  // the node where one was dropped has no record
         document_.devices().remove(node.key());
     }
     document_.tree().remove(node);

@@ -34,7 +34,7 @@ void PastedTexts::Paste_Name_Click() {
 void PastedTexts::Paste_Comment_Click() {
     reportErrors(desktop_, "Paste_Comment_Click", [&] {
         const auto itemOf = [&](std::size_t row) -> clsItem& {
-            return *document_.items().at(list_.rows()[row].key);
+            return *document_.itemUnder(list_.rows()[row].key);
         };
         paste([](const Lines& /*lines*/) { return true; }, "comment",
               [&](std::size_t row) -> const std::string& { return itemOf(row).sComment; },

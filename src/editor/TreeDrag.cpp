@@ -7,9 +7,9 @@
 #include "model/Reporting.h"
 #include "model/RunTimeError.h"
 
-bool TreeDrag::TreeView1_MouseDown(int button, int shift, const Node* node) {
+bool TreeDrag::TreeView1_MouseDown(int button, int shift, Node* node) {
     if (button != rightButton) return false;
-    mSourceNode = node == nullptr ? std::string() : node->key();
+    mSourceNode = node;
     if (node == nullptr) return false;
     mShiftState = shift;
     return true;
@@ -21,12 +21,10 @@ DropEffect TreeDrag::TreeView1_OLEStartDrag() const {
 
 void TreeDrag::TreeView1_OLEGiveFeedback() { desktop_.setPointer(Pointer::icon); }
 
-void TreeDrag::TreeView1_OLEDragOver(const Node* node) {
-    dropHighlight_ = node == nullptr ? std::string() : node->key();
-}
+void TreeDrag::TreeView1_OLEDragOver(Node* node) { dropHighlight_ = node; }
 
 void TreeDrag::restoreViews() {
-    dropHighlight_.clear();
+    dropHighlight_ = nullptr;
     desktop_.setPointer(Pointer::normal);
 }
 
@@ -41,7 +39,8 @@ void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
 
 void TreeDrag::drop(Node& target, DropEffect effect) {
     ConfigTree& tree = document_.tree();
-    Node& source = tree.nodeAt(mSourceNode);
+    if (mSourceNode.get() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    Node& source = *mSourceNode.get();
     if (target.kind() == NodeKind::item) {
         return refuse("Unable to drag nodes here", MessageIcon::exclamation);
     }
@@ -51,22 +50,22 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
         if (above == &source) return refuse("Unable to drag nodes here", MessageIcon::exclamation);
     }
     const std::string key = joinKey(target.key(), source.text());
-    if (tree.FindNode(key) != nullptr) {
+    if (document_.hasNode(key)) {
         return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
     }
-    requireFreeKey(document_, source.kind(), key);
-    // Of a device only the node goes: its contents leave the tree, its records stay. Meant. What
-    // was added afterwards below the node that was dropped has no other place, and goes with it.
-    const bool withContents = document_.devices().find(source.key()) == nullptr;
+    // Of a device only a bare node goes there: its contents leave the tree, its records stay.
+    // Meant. What was added afterwards below that bare node has no other place, and goes with it.
+    const bool withContents = !source.isDevice();
+    if (withContents) requireFreeKey(document_, source, key);
     if (withContents && !isFreeBelow(source, key)) return restoreViews();
 
     const BusyPointer busy(desktop_);
     const ConfigTree::BulkChange bulk(tree);
-    Node& added = tree.AddNode(target.key(), key, source.text(), source.kind());
+    Node& added = tree.AddNode(&target, key, source.text(), source.kind());
     carryRecord(source, key, effect);
     if (withContents) CopySubTree(source, added, effect);
     tree.setExpanded(added, true);
-    if (effect == DropEffect::move) tree.remove(source);
+    if (effect == DropEffect::move) withContents ? tree.remove(source) : document_.leave(source);
     restoreViews();
 }
 
@@ -82,7 +81,7 @@ bool TreeDrag::isFreeBelow(const Node& source, const std::string& newKey) {
         for (TreeWalk walk(source); const Node* below = walk.next();) {
             path.resize(walk.depth());
             path.push_back(joinKey(path.back(), below->text()));
-            requireFreeKey(document_, below->kind(), path.back());
+            requireFreeKey(document_, *below, path.back());
         }
     });
 }
@@ -100,12 +99,12 @@ void TreeDrag::carryRecord(const Node& source, const std::string& newKey, DropEf
 
 void TreeDrag::CopySubTree(const Node& source, Node& destination, DropEffect effect) {
     reportErrors(desktop_, "CopySubTree", [&] {
-        std::vector<const Node*> path{&destination};  // the copies of the present node's parents
+        std::vector<Node*> path{&destination};  // the copies of the present node's parents
         for (TreeWalk walk(source); const Node* below = walk.next();) {
             path.resize(walk.depth());
-            const std::string& parentKey = path.back()->key();
-            const Node& added = document_.tree().AddNode(
-                parentKey, joinKey(parentKey, below->text()), below->text(), below->kind());
+            Node& added =
+                document_.tree().AddNode(path.back(), joinKey(path.back()->key(), below->text()),
+                                         below->text(), below->kind());
             carryRecord(*below, added.key(), effect);
             path.push_back(&added);
         }

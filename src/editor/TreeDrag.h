@@ -15,27 +15,32 @@ enum class DropEffect : int { copy = 1, move = 2 };
 /// cancelled, at its end.
 class TreeDrag {
  public:
-    TreeDrag(Document& document, Desktop& desktop) : document_(document), desktop_(desktop) {}
+    TreeDrag(Document& document, Desktop& desktop)
+        : document_(document),
+          desktop_(desktop),
+          mSourceNode(document.tree()),
+          dropHighlight_(document.tree()) {}
 
     // Masks of mouse buttons and of the keyboard's state.
     static constexpr int rightButton = 2;
     static constexpr int ctrlMask = 2;
 
     /// `node` lies under the pointer; null over empty space. True when a drag begins.
-    bool TreeView1_MouseDown(int button, int shift, const Node* node);
-    /// The key of the dragged node: the drag's data.
-    const std::string& data() const { return mSourceNode; }
+    bool TreeView1_MouseDown(int button, int shift, Node* node);
+    /// The dragged node, also after it was dropped, whatever has become of its key and place; null
+    /// once it is gone. Its key is the drag's data.
+    Node* source() const { return mSourceNode.get(); }
     /// A copy when Ctrl was held as the button went down; later it does not matter.
     DropEffect TreeView1_OLEStartDrag() const;
     void TreeView1_OLEGiveFeedback();
-    void TreeView1_OLEDragOver(const Node* node);
+    void TreeView1_OLEDragOver(Node* node);
     /// Drops on the highlighted node. A copied branch or item shares its record with its source.
     void TreeView1_OLEDragDrop(DropEffect effect);
     /// The drag ended without a drop: all is as it was.
     void cancelled() { restoreViews(); }
 
     /// The node under the pointer, which a view marks; null when there is none.
-    Node* dropHighlight() const { return document_.tree().FindNode(dropHighlight_); }
+    Node* dropHighlight() const { return dropHighlight_.get(); }
 
  private:
     void drop(Node& target, DropEffect effect);
@@ -47,8 +52,8 @@ class TreeDrag {
 
     Document& document_;
     Desktop& desktop_;
-    // Keys, as the nodes may go before the next drag. Both keep their values after a drop.
-    std::string mSourceNode;
+    // Both keep their values after a drop.
+    ConfigTree::Reference mSourceNode;
     int mShiftState = 0;
-    std::string dropHighlight_;
+    ConfigTree::Reference dropHighlight_;
 };

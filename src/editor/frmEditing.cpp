@@ -152,7 +152,7 @@ void frmEditing::changeBranch(const Node& node) {
 
 void frmEditing::changeDevice(const Node& node) {
     document_.deviceDialog.modify = true;
-    frmPLC form(document_, desktop_, document_.devices().at(node.key()));
+    frmPLC form(document_, desktop_, document_.deviceAt(node));
     form.Form_Load();
     forms_.showModal(form);
     TreeView1_NodeClick(selectedNode(document_));
@@ -237,19 +237,13 @@ void frmEditing::mnuAddBranch_Click() {
 }
 
 void frmEditing::showNewBranch() {
-    const clsBranch branch = *document_.branches().last();
+    const clsBranch& branch = *document_.branches().last();
     ConfigTree& tree = document_.tree();
-    try {
-        Node& node =
-            tree.AddNode(branch.getParentKey(), branch.sKey, branch.sName, NodeKind::branch);
-        tree.ensureVisible(node);
-        tree.select(&node);
-    } catch (const RunTimeError&) {
-        // A "." in the name has the key name another parent. A record that no node shows could
-        // never be reached again.
-        document_.branches().remove(branch.sKey);
-        throw;
-    }
+    // Below the node that was selected for it: with a "." in the name, the key names another one.
+    Node& node =
+        tree.AddNode(&selectedNode(document_), branch.sKey, branch.sName, NodeKind::branch);
+    tree.ensureVisible(node);
+    tree.select(&node);
     document_.saved = false;
     ++document_.branchCounter;
 }

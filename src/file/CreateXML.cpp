@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
+#include "model/FileFitness.h"
 #include "model/Generale.h"
 #include "model/Reporting.h"
 #include "model/RunTimeError.h"
@@ -36,9 +37,24 @@ class Lines {
 
 constexpr std::int16_t deviceContentsLevel = 4;
 
-/// The contents of one device, first child to last. No recursion: a branch may lie as deep as
-/// the file that it was read from made it. False after telling the user.
-bool PrintBranch(Lines& lines, const Document& document, const Node& device, const Tell& tell) {
+[[noreturn]] void refuse(const Node& node, const std::string& reason) {
+    const bool isBelowRoot = node.parent()->parent() == nullptr;
+    constexpr std::size_t longestShown = 100;  // a key may be as long as it likes
+    const std::string name = (isBelowRoot ? node.text() : node.key()).substr(0, longestShown);
+    throw RunTimeError(ErrorNumber::invalidCall,
+                       "\"" + name + "\" " + reason + " and cannot be saved");
+}
+
+/// What the file holds of one kind each.
+struct Counts {
+    std::size_t branches = 0;
+    std::size_t items = 0;
+};
+
+/// The contents of one device, first child to last. No recursion, though a reader would not take
+/// what lies too deep for that. False after telling the user.
+bool PrintBranch(Lines& lines, Counts& written, const Document& document, const Node& device,
+                 const Tell& tell) {
     return reportErrors(tell, "PrintBranch", [&] {
         const Node* open = &device;  // the node whose contents are being written
         std::size_t level = deviceContentsLevel;
@@ -47,111 +63,168 @@ bool PrintBranch(Lines& lines, const Document& document, const Node& device, con
                 lines.add(--level, {"</", open->text(), ">"});
         };
         for (TreeWalk walk(device); const Node* node = walk.next();) {
+            if (!isSaved(*node)) {
+                walk.skipChildren();
+                continue;
+            }
+            if (node->key().size() > mostKeyBytes) refuse(*node, "has a path longer than 64 KB");
             closeUpTo(node->parent());
             if (node->kind() == NodeKind::item) {
-                if (level > std::numeric_limits<std::int16_t>::max()) {
-                    throw RunTimeError(ErrorNumber::overflow);
-                }
                 const auto tagLevel = static_cast<std::int16_t>(level);
                 const clsItem& item = *document.items().at(node->key());
                 lines.add(
                     0, {item.sName == node->text() ? item.GetXmlTag(tagLevel)
                                                    : document.itemAt(*node)->GetXmlTag(tagLevel)});
+                ++written.items;
             } else {
+                if (walk.depth() > mostBranchLevels) refuse(*node, "lies more than 1,000 deep");
                 lines.add(level++, {"<", node->text(), ">"});
                 open = node;
+                if (node->kind() == NodeKind::branch) ++written.branches;
             }
         }
         closeUpTo(&device);
     });
 }
 
-/// The contents of a device that has no node of its own any more, as a tree: it was dragged below
-/// another node, which takes its node and all below it out of the tree, while the records stay.
-/// They are saved where they were, so that what was dragged by mistake is not lost.
-void buildFromRecords(ConfigTree& tree, const Document& document, const clsPLC& device) {
-    struct Left {
-        std::string_view key;
-        NodeKind kind;
-    };
-    std::vector<Left> left;
-    const std::string prefix = device.sKey() + ".";
-    const auto collect = [&](const auto& registry, NodeKind kind) {
-        for (const auto& [key, record] : registry)
-            if (key.starts_with(prefix) && document.tree().FindNode(key) == nullptr) {
-                left.push_back({key, kind});
-            }
-    };
-    collect(document.branches(), NodeKind::branch);
-    collect(document.items(), NodeKind::item);
-    std::ranges::stable_sort(left, {}, [](const Left& each) {  // parents before their children
-        return std::ranges::count(each.key, '.');
-    });
-
-    const auto add = [&](std::string_view parentKey, std::string_view key, NodeKind kind) {
-        tree.AddNode(parentKey, std::string(key), std::string(key.substr(parentKey.size() + 1)),
-                     kind);
-    };
-    // A node that had no record of its own, as another device was dropped there, may have held
-    // some that do.
-    const auto addMissing = [&](std::string_view key) {
-        std::vector<std::string_view> missing;
-        for (; tree.FindNode(key) == nullptr; key = parentKeyOf(key))
-            missing.push_back(key);
-        for (auto each = missing.rbegin(); each != missing.rend(); ++each)
-            add(parentKeyOf(*each), *each, NodeKind::branch);
-    };
-    tree.AddNode("", device.sKey(), device.getName(), NodeKind::plc);
-    for (const auto& [key, kind] : left) {
-        std::string_view parentKey = parentKeyOf(key);
-        for (auto above = parentKey; !above.empty(); above = parentKeyOf(above)) {
-            const Node* node = tree.FindNode(above);
-            // Below an item there is nothing: what follows is a name with a ".".
-            if (node != nullptr && node->kind() == NodeKind::item) parentKey = parentKeyOf(above);
-        }
-        addMissing(parentKey);
-        add(parentKey, key, kind);
-    }
-}
-
 /// The file has a place for what stands below a device only. What was dragged to the root must
 /// not be left out without a word.
-void requireDevicesOnly(const Document& document, const Node& root) {
-    for (const Node* child : root.children()) {
-        if (document.devices().find(child->key()) != nullptr) continue;
-        // The node of a device that was dragged away and back holds nothing to be lost.
-        if (child->kind() == NodeKind::plc && child->children().empty()) continue;
-        throw RunTimeError(ErrorNumber::invalidCall,
-                           "\"" + child->text() + "\" stands below no device and cannot be saved");
+void requireDevicesOnly(const Node& root) {
+    for (const Node* child : root.children())
+        if (isSaved(*child) && !child->isDevice()) refuse(*child, "stands below no device");
+}
+
+/// Names of branches are read back in capitals, and where a device was dropped, a branch. What
+/// then has the key of another thing would be lost to the reader.
+class KeysWhenRead {
+ public:
+    void addDevice(const Node& device) {
+        add(device, device.key(), exact_);
+        anyPoint_ |= hasPoint(device);
     }
+
+    /// All below a device, once all devices have been added.
+    void addContents(const Node& device) {
+        std::vector<std::string> keys{device.key()};  // of the present node's parents
+        for (TreeWalk walk(device); const Node* node = walk.next();) {
+            if (node->kind() == NodeKind::item) continue;
+            if (!isSaved(*node)) {
+                walk.skipChildren();
+                continue;
+            }
+            keys.resize(walk.depth());
+            keys.push_back(joinKey(keys.back(), upperCase(node->text())));
+            add(*node, keys.back(), exact_);
+            add(*node, upperCase(keys.back()), branches_);
+            keyOf_.emplace(node, keys.back());
+            anyPoint_ |= hasPoint(*node);
+        }
+        keyOf_.emplace(&device, device.key());
+    }
+
+    /// Items differ from one another as their records do; here, from all else that was added.
+    void checkItems(const Node& device) const {
+        const Node* parent = nullptr;
+        bool mayMeetBranch = false;
+        for (TreeWalk walk(device); const Node* node = walk.next();) {
+            if (node->kind() != NodeKind::item) continue;
+            if (parent != node->parent()) {
+                parent = node->parent();
+                mayMeetBranch = !std::ranges::all_of(parent->children(), [](const Node* child) {
+                    return child->kind() == NodeKind::item;
+                });
+            }
+            // Only with a "." in some name it may meet what does not stand beside it.
+            if (!mayMeetBranch && !anyPoint_ && !hasPoint(*node)) continue;
+            const auto met = exact_.find(joinKey(keyOf_.at(parent), node->text()));
+            if (met != exact_.end()) refuseBoth(*met->second, *node);
+        }
+    }
+
+ private:
+    using Nodes = std::unordered_map<std::string, const Node*>;
+
+    static bool hasPoint(const Node& node) { return node.text().find('.') != std::string::npos; }
+
+    static void add(const Node& node, const std::string& key, Nodes& nodes) {
+        const auto [place, added] = nodes.emplace(key, &node);
+        if (!added) refuseBoth(*place->second, node);
+    }
+
+    [[noreturn]] static void refuseBoth(const Node& one, const Node& other) {
+        refuse(one, "has the name of \"" + other.key() + "\" once it is read back, in capitals,");
+    }
+
+    Nodes exact_;     // of all but items
+    Nodes branches_;  // of branches, whatever their case
+    std::unordered_map<const Node*, std::string> keyOf_;
+    bool anyPoint_ = false;  // in a name
+};
+
+/// Raises an error that names what could not be read back.
+void requireDistinctWhenRead(const std::vector<const Node*>& devices) {
+    KeysWhenRead keys;
+    for (const Node* device : devices)
+        keys.addDevice(*device);
+    for (const Node* device : devices)
+        keys.addContents(*device);
+    for (const Node* device : devices)
+        keys.checkItems(*device);
+}
+
+/// The net below all rules: every record stands in the file, or there is none.
+void requireAllWritten(const Document& document, const Counts& written) {
+    const auto require = [&](const auto& registry, std::size_t count) {
+        if (registry.count() == count) return;
+        for (const auto& [key, record] : registry) {
+            if (document.hasNode(key)) continue;
+            throw RunTimeError(ErrorNumber::internalError,
+                               "\"" + key + "\" would be left out of the file");
+        }
+        throw RunTimeError(ErrorNumber::internalError,
+                           std::to_string(registry.count()) + " records, but " +
+                               std::to_string(count) + " of them in the file");
+    };
+    require(document.branches(), written.branches);
+    require(document.items(), written.items);
+}
+
+/// The nodes of all devices, in the order of their registry.
+std::vector<const Node*> devicesOf(const Document& document) {
+    std::vector<const Node*> nodes;
+    for (const auto& [key, device] : document.devices()) {
+        nodes.push_back(document.deviceNode(device->getName()));
+        if (nodes.back() == nullptr) {
+            throw RunTimeError(ErrorNumber::internalError,
+                               "\"" + key + "\" would be left out of the file");
+        }
+    }
+    return nodes;
 }
 
 /// The whole file; nothing when a part of it could not be written.
 std::optional<Lines> configurationText(const Document& document, const Tell& tell) {
-    if (const Node* root = document.tree().root(); root != nullptr)
-        requireDevicesOnly(document, *root);
+    if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
+    const std::vector<const Node*> devices = devicesOf(document);
+    requireDistinctWhenRead(devices);
     Lines lines(document.items().count());
+    Counts written;
     lines.add(0, {R"(<?xml version="1.0" encoding="ISO-8859-1"?>)"});
     lines.add(0, {"<QUONEibCfg>"});
     const GlobalSets& settings = document.settings();
     lines.add(1, {"<SETTINGS port=\"", settings.port, "\" editype=\"", settings.ediType,
                   "\" timeout=\"", std::to_string(settings.timeout), "\"/>"});
     lines.add(1, {"<OPC_DA>"});
-    for (const auto& [key, device] : document.devices()) {
-        lines.add(0, {device->GetXmlTag()});
+    for (const Node* device : devices) {
+        lines.add(0, {document.deviceAt(*device)->GetXmlTag()});
         lines.add(3, {"<tags>"});
-        ConfigTree records;
-        const Node* node = document.tree().FindNode(device->getName());
-        if (node == nullptr) {
-            buildFromRecords(records, document, *device);
-            node = records.root();
-        }
-        if (!PrintBranch(lines, document, *node, tell)) return std::nullopt;
+        if (!PrintBranch(lines, written, document, *device, tell)) return std::nullopt;
         lines.add(3, {"</tags>"});
         lines.add(2, {"</DEVICE>"});
     }
     lines.add(1, {"</OPC_DA>"});
     lines.add(0, {"</QUONEibCfg>"});
+    requireAllWritten(document, written);
     return lines;
 }
 

@@ -47,7 +47,7 @@ void addDevice(Document& document, const std::string& name) {
 void addRecord(Document& document, std::string_view line) {
     const auto item = std::make_shared<clsItem>();
     addDevice(document, item->SetByEts(fieldsOf(line)));
-    Node& node = document.enter(item, item->getParentKey());
+    Node& node = document.enter(item, document.tree().nodeAt(item->getParentKey()));
     document.tree().ensureVisible(node);
 }
 

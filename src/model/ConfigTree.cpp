@@ -30,31 +30,39 @@ ConfigTree::BulkChange::~BulkChange() {
 
 Node& ConfigTree::AddNode(std::string_view parentKey, std::string key, std::string text,
                           NodeKind kind) {
-    Node* parent = nullptr;
-    if (!parentKey.empty()) {
-        parent = &nodeAt(parentKey);
-        if (parent->kind_ == NodeKind::item) throw RunTimeError(ErrorNumber::elementNotFound);
-    } else if (root_ != nullptr) {
-        throw RunTimeError(ErrorNumber::invalidCall);
+    Node* parent = parentKey.empty() ? nullptr : &nodeAt(parentKey);
+    return AddNode(parent, std::move(key), std::move(text), kind);
+}
+
+Node& ConfigTree::AddNode(Node* parent, std::string key, std::string text, NodeKind kind) {
+    if (parent == nullptr ? root_ != nullptr : parent->kind_ == NodeKind::item) {
+        throw RunTimeError(parent == nullptr ? ErrorNumber::invalidCall
+                                             : ErrorNumber::elementNotFound);
     }
     if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
-
     if (nodes_.find(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
 
-    const auto row = parent == nullptr ? 0 : parent->children_.size();
-    if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
     auto node = std::make_unique<Node>();
     node->key_ = std::move(key);
     node->text_ = std::move(text);
     node->kind_ = kind;
-    node->parent_ = parent;
-    node->row_ = static_cast<std::uint32_t>(row);
-    node->addedBefore_ = lastAdded_;
-    Node& added = *nodes_.add(std::move(node));
+    const auto row = parent == nullptr ? 0 : parent->children_.size();
+    if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
+    Node& added = append(parent, std::move(node));
     (parent == nullptr ? root_ : parent->children_.emplace_back()) = &added;
+    added.row_ = static_cast<std::uint32_t>(row);
+    if (listener_ != nullptr) listener_->added();
+    return added;
+}
+
+/// Owns the node from now on, as the one that was added last.
+Node& ConfigTree::append(Node* parent, std::unique_ptr<Node> node) {
+    node->parent_ = parent;
+    node->addedBefore_ = lastAdded_;
+    node->addedAfter_ = nullptr;
+    Node& added = *nodes_.add(std::move(node));
     (lastAdded_ == nullptr ? firstAdded_ : lastAdded_->addedAfter_) = &added;
     lastAdded_ = &added;
-    if (listener_ != nullptr) listener_->added();
     return added;
 }
 
@@ -80,6 +88,22 @@ Node* ConfigTree::heirOf(const Node& leaving) {
 }
 
 void ConfigTree::removeAll(const std::vector<Node*>& nodes) {
+    takeOut(nodes, [](const std::unique_ptr<Node>& /*gone*/) {});
+}
+
+void ConfigTree::moveTo(ConfigTree& other, Node& node) {
+    takeOut({&node}, [&](std::unique_ptr<Node> gone) {
+        Node* const parent = gone.get() == &node ? other.root_ : gone->parent_;
+        other.append(parent, std::move(gone));
+    });
+    node.leaving_ = false;
+    node.row_ = static_cast<std::uint32_t>(other.root_->children_.size());
+    other.root_->children_.push_back(&node);
+}
+
+/// `receive` is given each node that goes, after its parent.
+template <typename Receive>
+void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive) {
     if (nodes.empty()) return;
     for (Node* node : nodes)
         node->leaving_ = true;
@@ -111,22 +135,25 @@ void ConfigTree::removeAll(const std::vector<Node*>& nodes) {
     for (const Node* node : nodes)
         for (TreeWalk walk(*node); Node* below = walk.next();)
             gone.push_back(below);
-    for (Node* each : gone) {
-        unlink(*each);
-        nodes_.take(each->key_);
-    }
+    for (Node* each : gone)
+        receive(unlink(*each));
     if (listener_ != nullptr) listener_->removed();
 }
 
-void ConfigTree::unlink(Node& node) {
+std::unique_ptr<Node> ConfigTree::unlink(Node& node) {
     (node.addedBefore_ == nullptr ? firstAdded_ : node.addedBefore_->addedAfter_) =
         node.addedAfter_;
     (node.addedAfter_ == nullptr ? lastAdded_ : node.addedAfter_->addedBefore_) = node.addedBefore_;
+    for (Reference* reference : references_)
+        if (reference->node_ == &node) reference->node_ = nullptr;
+    return nodes_.take(node.key_);
 }
 
 void ConfigTree::clear() {
     if (listener_ != nullptr) listener_->aboutToReset();
     root_ = selected_ = firstAdded_ = lastAdded_ = nullptr;
+    for (Reference* reference : references_)
+        reference->node_ = nullptr;
     nodes_.clear();
     if (listener_ != nullptr) listener_->reset();
 }

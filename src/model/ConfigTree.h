@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,11 @@ class Node {
     const std::vector<Node*>& children() const { return children_; }
     /// True when the views show the node's children.
     bool expanded() const { return expanded_; }
+
+    /// A device's node bears the device's name as its key, all others the key of their place.
+    bool isDevice() const { return kind_ == NodeKind::plc && key_ == text_; }
+    /// The bare node that stands where a device was dropped: it has no record.
+    bool isDroppedDevice() const { return kind_ == NodeKind::plc && key_ != text_; }
 
  private:
     friend class ConfigTree;
@@ -104,6 +110,30 @@ class ConfigTree {
         Listener* listener_;
     };
 
+    /// Remembers one node through whatever becomes of its key, text and place; null once the node
+    /// is gone. Must not outlive the tree.
+    class Reference {
+     public:
+        explicit Reference(ConfigTree& tree) : tree_(tree) { tree_.references_.push_back(this); }
+        Reference(const Reference&) = delete;
+        Reference& operator=(const Reference&) = delete;
+        Reference(Reference&&) = delete;
+        Reference& operator=(Reference&&) = delete;
+        ~Reference() { std::erase(tree_.references_, this); }
+
+        Reference& operator=(Node* node) {
+            node_ = node;
+            return *this;
+        }
+        Node* get() const { return node_; }
+
+     private:
+        friend class ConfigTree;
+
+        ConfigTree& tree_;
+        Node* node_ = nullptr;
+    };
+
     ConfigTree() = default;
     ConfigTree(const ConfigTree&) = delete;
     ConfigTree& operator=(const ConfigTree&) = delete;
@@ -119,6 +149,8 @@ class ConfigTree {
     /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second
     /// root.
     Node& AddNode(std::string_view parentKey, std::string key, std::string text, NodeKind kind);
+    /// The same below a node that is at hand (null for the root).
+    Node& AddNode(Node* parent, std::string key, std::string text, NodeKind kind);
 
     /// The node with that key, or null.
     Node* FindNode(std::string_view key) const;
@@ -136,6 +168,10 @@ class ConfigTree {
     /// The same for many at once, in a time that grows with their number and that of their
     /// siblings. None of them may lie below another. The selection goes to a sibling that stays.
     void removeAll(const std::vector<Node*>& nodes);
+
+    /// The same for one node, but it goes, with everything below it, to another tree, as last
+    /// child of that tree's root. Its keys must be free there.
+    void moveTo(ConfigTree& other, Node& node);
 
     void clear();
 
@@ -173,7 +209,10 @@ class ConfigTree {
 
  private:
     static Node* heirOf(const Node& leaving);
-    void unlink(Node& node);
+    template <typename Receive>
+    void takeOut(const std::vector<Node*>& nodes, const Receive& receive);
+    Node& append(Node* parent, std::unique_ptr<Node> node);
+    std::unique_ptr<Node> unlink(Node& node);
 
     struct Keys {
         static std::string_view keyOf(const Node& node) { return node.key_; }
@@ -187,6 +226,7 @@ class ConfigTree {
     Node* firstAdded_ = nullptr;
     Node* lastAdded_ = nullptr;
     Listener* listener_ = nullptr;
+    std::vector<Reference*> references_;
 };
 
 /// Walks everything below a node, each node before its children, children first to last. No

@@ -19,14 +19,15 @@ const std::string& Document::currentPath() const {
 namespace {
 
 template <typename Record>
-Node& enterRecord(ConfigTree& tree, Registry<Record>& registry,
+Node& enterRecord(Document& document, Registry<Record>& registry,
                   const std::shared_ptr<Record>& record, const std::string& key,
-                  const std::string& name, std::string_view parentKey, NodeKind kind) {
+                  const std::string& name, Node* parent, NodeKind kind) {
     registry.add(record, key);
     try {
-        return tree.AddNode(parentKey, key, name, kind);
+        if (document.left().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+        return document.tree().AddNode(parent, key, name, kind);
     } catch (const RunTimeError&) {
-        // A record that no node shows could never be reached again, but would be saved.
+        // A record that no node shows could never be reached again.
         registry.remove(key);
         throw;
     }
@@ -35,17 +36,36 @@ Node& enterRecord(ConfigTree& tree, Registry<Record>& registry,
 }  // namespace
 
 Node& Document::enter(const std::shared_ptr<clsPLC>& device) {
-    return enterRecord(tree_, devices_, device, device->sKey(), device->getName(), rootKey,
+    return enterRecord(*this, devices_, device, device->sKey(), device->getName(), tree_.root(),
                        NodeKind::plc);
 }
 
-Node& Document::enter(const std::shared_ptr<clsBranch>& branch, const std::string& parentKey) {
-    return enterRecord(tree_, branches_, branch, branch->sKey, branch->sName, parentKey,
+Node& Document::enter(const std::shared_ptr<clsBranch>& branch, Node& parent) {
+    return enterRecord(*this, branches_, branch, branch->sKey, branch->sName, &parent,
                        NodeKind::branch);
 }
 
-Node& Document::enter(const std::shared_ptr<clsItem>& item, const std::string& parentKey) {
-    return enterRecord(tree_, items_, item, item->sKey, item->sName, parentKey, NodeKind::item);
+Node& Document::enter(const std::shared_ptr<clsItem>& item, Node& parent) {
+    return enterRecord(*this, items_, item, item->sKey, item->sName, &parent, NodeKind::item);
+}
+
+const Node* Document::deviceNode(std::string_view name) const {
+    const Node* node = tree_.FindNode(name);
+    if (node == nullptr || !node->isDevice()) node = left_.FindNode(name);
+    return node != nullptr && node->isDevice() ? node : nullptr;
+}
+
+const std::shared_ptr<clsPLC>& Document::deviceAt(const Node& node) const {
+    if (!node.isDevice()) throw RunTimeError(ErrorNumber::invalidCall);
+    return devices_.at(node.key());
+}
+
+const std::shared_ptr<clsItem>& Document::itemUnder(std::string_view key) const {
+    const Node* node = tree_.FindNode(key);
+    if (node == nullptr || node->kind() != NodeKind::item) {
+        throw RunTimeError(ErrorNumber::invalidCall);
+    }
+    return items_.at(key);
 }
 
 std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
@@ -59,6 +79,7 @@ std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
 
 void Document::clear() {
     tree_.clear();
+    left_.clear();
     devices_.clear();
     items_.clear();
     branches_.clear();
@@ -66,6 +87,7 @@ void Document::clear() {
 
 void Document::startAt(std::string path) {
     clear();
+    left_.AddNode("", rootKey, "", NodeKind::config);
     Node& root = tree_.AddNode("", rootKey, std::move(path), NodeKind::config);
     tree_.ensureVisible(root);
     tree_.select(&root);

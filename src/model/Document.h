@@ -20,6 +20,9 @@ class Document {
 
     ConfigTree& tree() { return tree_; }
     const ConfigTree& tree() const { return tree_; }
+    /// What dragged devices left: their nodes with all below them, under a root of its own. They
+    /// are shown no more, but their records stay and are saved. No key stands in both trees.
+    const ConfigTree& left() const { return left_; }
     Registry<clsPLC>& devices() { return devices_; }
     const Registry<clsPLC>& devices() const { return devices_; }
     Registry<clsItem>& items() { return items_; }
@@ -59,16 +62,36 @@ class Document {
     const std::string& currentPath() const;
 
     /// Enters a record in its registry and appends its node in the tree: a device below the root,
-    /// a branch or an item below the node with the key `parentKey`. Raises
-    /// ErrorNumber::keyTaken or the errors of ConfigTree::AddNode; then nothing has changed.
+    /// a branch or an item below `parent`. Raises ErrorNumber::keyTaken, ErrorNumber::keyNotUnique
+    /// or the errors of ConfigTree::AddNode; then nothing has changed.
     Node& enter(const std::shared_ptr<clsPLC>& device);
-    Node& enter(const std::shared_ptr<clsBranch>& branch, const std::string& parentKey);
-    Node& enter(const std::shared_ptr<clsItem>& item, const std::string& parentKey);
+    Node& enter(const std::shared_ptr<clsBranch>& branch, Node& parent);
+    Node& enter(const std::shared_ptr<clsItem>& item, Node& parent);
+
+    /// The node of a device of that name, in the tree or among what dragged devices left; null
+    /// when there is none.
+    const Node* deviceNode(std::string_view name) const;
+
+    /// The device of a node. Raises ErrorNumber::invalidCall for a node that is none's, whatever
+    /// device has its key.
+    const std::shared_ptr<clsPLC>& deviceAt(const Node& node) const;
+
+    /// The record of the item node with that key. Raises ErrorNumber::invalidCall for the key of
+    /// another node, or of none: a row of the list may be out of date.
+    const std::shared_ptr<clsItem>& itemUnder(std::string_view key) const;
 
     /// The item as it stands at its node. A copy made by dragging shares the record of its
     /// source, which bears the key and the name of one of the two; here each has its own. Raises
     /// ErrorNumber::invalidCall for a node without a record.
     std::shared_ptr<const clsItem> itemAt(const Node& node) const;
+
+    /// True when a node, shown or not, has the key.
+    bool hasNode(std::string_view key) const {
+        return tree_.FindNode(key) != nullptr || left_.FindNode(key) != nullptr;
+    }
+
+    /// Takes a device's node with all below it out of the tree; all their records stay.
+    void leave(Node& device) { tree_.moveTo(left_, device); }
 
     /// Empties the tree and the registries.
     void clear();
@@ -79,6 +102,7 @@ class Document {
 
  private:
     ConfigTree tree_;
+    ConfigTree left_;
     Registry<clsPLC> devices_;
     Registry<clsItem> items_;
     Registry<clsBranch> branches_;

@@ -1,11 +1,12 @@
 #include "model/FileFitness.h"
 
+#include <algorithm>
+
+#include "model/Generale.h"
 #include "model/Text.h"
 
 namespace {
 
-// A key's parts are joined by points: the reader looks for what stands before one.
-const std::string_view lost = "left out when the file is read";
 const std::string unreadable = "the OPC server cannot read a file that holds this";
 
 bool isOneOf(char32_t c, std::u32string_view characters) {
@@ -23,7 +24,7 @@ bool canBeginName(char32_t c) {
 }
 
 bool canStandInName(char32_t c) {
-    return canBeginName(c) || isBetween(c, '0', '9') || isOneOf(c, U"-\u00B7");
+    return canBeginName(c) || isBetween(c, '0', '9') || isOneOf(c, U"-.\u00B7");
 }
 
 /// A character, given with its bytes, for a person to read.
@@ -44,11 +45,9 @@ std::string spoilsName(std::string_view name) {
     for (std::size_t end = 0; end < name.size();) {
         const std::size_t start = end;
         const char32_t c = nextCharacter(name, end);
-        if (c == '.' && start > 0) return "'.' in a branch name: " + std::string(lost);
         if (start == 0 ? canBeginName(c) : canStandInName(c)) continue;
         return shown(c, name.substr(start, end - start)) +
-               (canStandInName(c) || c == '.' ? " at the start of" : " in") +
-               " a branch name: " + unreadable;
+               (canStandInName(c) ? " at the start of" : " in") + " a branch name: " + unreadable;
     }
     return {};
 }
@@ -58,7 +57,6 @@ std::string_view consequence(char32_t c, FilePlace place) {
     const bool isLineEndOrTab = isOneOf(c, U"\t\n\r");
     if ((c < 0x20 && !isLineEndOrTab) || c == '<' || c == '&') return unreadable;
     if (c > 0xFF) return "saved as \"?\"";
-    if (place == FilePlace::itemName && c == '.') return lost;
     if (place == FilePlace::attribute) {
         if (c == '"') return unreadable;
         if (isLineEndOrTab) return "read back as a blank";
@@ -92,9 +90,49 @@ std::string spoilsFile(std::string_view text, FilePlace place) {
     return place == FilePlace::elementName ? spoilsName(text) : spoilsText(text, place);
 }
 
-FilePlace filePlaceOf(std::string_view tag, std::size_t column) {
+FilePlace filePlaceOf(std::string_view tag) {
     if (tag == "config") return FilePlace::nowhere;
     if (tag == "branch") return FilePlace::elementName;
-    if (tag == "plc") return FilePlace::attribute;
-    return column == 0 ? FilePlace::itemName : FilePlace::content;
+    return tag == "plc" ? FilePlace::attribute : FilePlace::content;
+}
+
+bool isSaved(const Node& node) {
+    if (!node.isDroppedDevice()) return node.kind() != NodeKind::config;
+    for (TreeWalk walk(node); const Node* below = walk.next();)
+        if (below->kind() != NodeKind::plc) return true;
+    return false;
+}
+
+namespace {
+
+/// The node beside a branch, or beside what is saved as one, that has its name when read back.
+const Node* namesakeOf(const Node& node, const ConfigTree& tree) {
+    const auto isAnother = [&](const Node* other) {
+        return other != nullptr && other != &node && other->parent() == node.parent() &&
+               isSaved(*other);
+    };
+    const Node* inCapitals = tree.FindNode(joinKey(node.parent()->key(), upperCase(node.text())));
+    if (isAnother(inCapitals)) return inCapitals;
+    if (!node.isDroppedDevice()) return nullptr;  // of two branches, no two differ in case only
+    const auto& siblings = node.parent()->children();
+    const auto found = std::ranges::find_if(siblings, [&](const Node* sibling) {
+        return sibling->kind() != NodeKind::item && isAnother(sibling) &&
+               equalIgnoringCase(sibling->text(), node.text());
+    });
+    return found == siblings.end() ? nullptr : *found;
+}
+
+}  // namespace
+
+std::string spoilsFile(const Node& node, const ConfigTree& tree) {
+    if (!isSaved(node)) return {};
+    if (node.isDevice()) return spoilsFile(node.text(), FilePlace::attribute);
+    if (node.parent() == tree.root()) return "Below no device: the configuration cannot be saved";
+    if (node.kind() == NodeKind::item) return spoilsFile(node.text(), FilePlace::content);
+    std::string fault = spoilsFile(node.text(), FilePlace::elementName);
+    if (!fault.empty()) return fault;
+    const Node* namesake = namesakeOf(node, tree);
+    if (namesake == nullptr) return {};
+    return "Read back in capitals, it has the name of \"" + namesake->text() +
+           "\" beside it: the configuration cannot be saved";
 }

@@ -11,12 +11,13 @@
 #include <string>
 #include <string_view>
 
+#include "model/ConfigTree.h"
+
 /// Where in the file a text stands.
 enum class FilePlace {
     nowhere,      ///< the root's text
     elementName,  ///< a branch's name
-    itemName,     ///< an item's name
-    content,      ///< what else an item holds: comment, address, ...
+    content,      ///< what an item holds: name, comment, address, ...
     attribute     ///< what a device holds, in quotation marks: name, port, EDI type
 };
 
@@ -30,6 +31,18 @@ enum class FilePlace {
 /// read back in capitals. Raises nothing; takes time by the length of the text.
 std::string spoilsFile(std::string_view text, FilePlace place);
 
-/// Where the file holds the name of a node with that tag (see tagOf) or, from the second column of
-/// its row on, what else the row shows.
-FilePlace filePlaceOf(std::string_view tag, std::size_t column = 0);
+/// Where the file holds what a row of the list shows of a node with that tag (see tagOf).
+FilePlace filePlaceOf(std::string_view tag);
+
+/// The same for the name of a node where it stands in the tree: also that a neighbour has the same
+/// name once branches are read back in capitals, or that what stands there cannot be saved.
+std::string spoilsFile(const Node& node, const ConfigTree& tree);
+
+/// True for what is written to the file: all but the root and the bare node of a dropped device
+/// below which there is no branch and no item.
+bool isSaved(const Node& node);
+
+/// What is read and saved at most: branches within one another in a device, and bytes of a key.
+/// Keys are paths: without bounds, the memory for them grows with the square of a file's depth.
+inline constexpr std::size_t mostBranchLevels = 1000;
+inline constexpr std::size_t mostKeyBytes = 64UL * 1024;

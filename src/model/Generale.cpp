@@ -51,25 +51,24 @@ bool hasRecord(const Document& document, NodeKind kind, std::string_view key) {
 
 void requireFreeKey(const Document& document, NodeKind kind, const std::string& key) {
     if (hasRecord(document, kind, key)) throw RunTimeError(ErrorNumber::keyTaken);
-    if (document.tree().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+    if (document.hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
+}
+
+void requireFreeKey(const Document& document, const Node& node, const std::string& key) {
+    const bool hasRecord = !node.isDroppedDevice();
+    requireFreeKey(document, hasRecord ? node.kind() : NodeKind::config, key);
 }
 
 void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey) {
     const auto require = [&](const Node& each, const std::string& key) {
         if (key == each.key()) return;
         // A record's own entry is in nobody's way when only its key's case changes.
-        if (!equalIgnoringCase(key, each.key())) return requireFreeKey(document, each.kind(), key);
-        if (document.tree().FindNode(key) != nullptr) {
-            throw RunTimeError(ErrorNumber::keyNotUnique);
-        }
+        if (!equalIgnoringCase(key, each.key())) return requireFreeKey(document, each, key);
+        if (document.hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
     };
     require(node, newKey);
     std::vector<std::string> path{newKey};  // the new keys from the node down to the present one
     for (TreeWalk walk(node); const Node* below = walk.next();) {
-        if (below->kind() != NodeKind::branch && below->kind() != NodeKind::item) {
-            walk.skipChildren();
-            continue;
-        }
         path.resize(walk.depth());
         path.push_back(joinKey(path.back(), below->text()));
         require(*below, path.back());
@@ -84,9 +83,6 @@ void UpdateChildKeys(Document& document, const Node& node) {
             document.items().rekey(child->key(), newKey, setKey);
         } else if (child->kind() == NodeKind::branch) {
             document.branches().rekey(child->key(), newKey, setKey);
-        } else {
-            walk.skipChildren();
-            continue;
         }
         document.tree().setKey(*child, newKey);
     }
@@ -95,7 +91,9 @@ void UpdateChildKeys(Document& document, const Node& node) {
 void RemoveSubtree(Document& document, Node& node) {
     const auto removeRecord = [&](const Node& each) {
         switch (each.kind()) {
-            case NodeKind::plc: return document.devices().remove(each.key());
+            case NodeKind::plc:
+                if (each.isDevice()) document.devices().remove(each.key());
+                return;
             case NodeKind::branch: return document.branches().remove(each.key());
             case NodeKind::item: return document.items().remove(each.key());
             case NodeKind::config: return;

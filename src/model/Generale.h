@@ -30,14 +30,16 @@ Node& selectedNode(Document& document);
 /// taken: ErrorNumber::keyTaken by a record, ErrorNumber::keyNotUnique by a node.
 void requireFreeKey(const Document& document, NodeKind kind, const std::string& key);
 
+/// The same for a second node like `node`, which has a record unless it is a dropped device.
+void requireFreeKey(const Document& document, const Node& node, const std::string& key);
+
 /// The same for a node that is to get another key, and everything below it with it: found out
 /// before anything is changed, so that nothing is lost on the way.
 void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey);
 
-/// After `node` has got another key: makes the keys of all branches and items below it follow,
-/// in the tree and in the registries, where the records move to the end. A device below it (left
-/// there by a drag) keeps its key and its contents theirs. Raises ErrorNumber::invalidCall for a
-/// node without a record.
+/// After `node` has got another key: makes the keys of all below it follow, in the tree and in the
+/// registries, where the records move to the end. Raises ErrorNumber::invalidCall for a branch or
+/// an item without a record.
 void UpdateChildKeys(Document& document, const Node& node);
 
 /// Removes the node and everything below it, with their registry entries.

@@ -49,7 +49,7 @@ QWidget* ItemDialog::buildFields() {
     auto* name = bind("txtItemName", form_.txtItemName,
                       [this](int code) { return form_.txtItemName_KeyPress(code); });
     auto* comment = bind("txtComment", form_.txtComment);
-    mark(name, FilePlace::itemName);
+    mark(name, FilePlace::content);
     mark(comment, FilePlace::content);
     add(form_.lblName, 'N', name);
     add(form_.Label1, 'C', comment);

@@ -26,7 +26,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const auto column = static_cast<std::size_t>(index.column());
     const std::string& text = row.cell(column);
     // Worked out for what is painted: nobody looks at all rows of a large branch.
-    const auto fault = [&] { return spoilsFile(text, filePlaceOf(row.smallIcon, column)); };
+    const auto fault = [&] { return spoilsFile(text, filePlaceOf(row.smallIcon)); };
     switch (role) {
         case Qt::DisplayRole: return toQt(text);
         case Qt::DecorationRole: {

@@ -7,13 +7,6 @@
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
-namespace {
-
-/// What in the node's text would spoil the saved file.
-std::string faultOf(const Node& node) { return spoilsFile(node.text(), filePlaceOf(node.tag())); }
-
-}  // namespace
-
 TreeModel::TreeModel(ConfigTree& tree, QObject* parent) : QAbstractItemModel(parent), tree_(tree) {
     tree_.setListener(this);
 }
@@ -54,13 +47,13 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole: return toQt(node.text());
         case Qt::DecorationRole: {
             const QIcon& picture = icons::tree(node.image());
-            return faultOf(node).empty() ? picture : icons::marked(picture);
+            return spoilsFile(node, tree_).empty() ? picture : icons::marked(picture);
         }
         case Qt::ForegroundRole:
-            if (faultOf(node).empty()) return {};
+            if (spoilsFile(node, tree_).empty()) return {};
             return icons::markColour(QGuiApplication::palette());
         case Qt::ToolTipRole:
-        case Qt::AccessibleDescriptionRole: return toQt(faultOf(node));
+        case Qt::AccessibleDescriptionRole: return toQt(spoilsFile(node, tree_));
         default: return {};
     }
 }

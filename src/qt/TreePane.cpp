@@ -86,7 +86,7 @@ void TreePane::keyPressEvent(QKeyEvent* event) {
 /// Dragging for those who have no mouse: the menu key takes the selected node, and drops it on
 /// another one. The right mouse button has other work.
 void TreePane::contextMenuEvent(QContextMenuEvent* event) {
-    const Node* node = tree_.selected();
+    Node* node = tree_.selected();
     if (event->reason() != QContextMenuEvent::Keyboard || node == nullptr) return;
     QMenu menu(this);
     const auto take = [this, node](int shift) {
@@ -145,10 +145,10 @@ void TreePane::mouseReleaseEvent(QMouseEvent* event) {
 void TreePane::dragNode() {
     mayDrag_ = pressedOnNode_ = false;
     auto* content = new QMimeData;
-    content->setData(nodeFormat, QByteArray::fromStdString(drag_.data()));
+    content->setData(nodeFormat, QByteArray::fromStdString(drag_.source()->key()));
     auto* drag = new QDrag(this);
     drag->setMimeData(content);
-    drag->setPixmap(pictureOf(tree_.nodeAt(drag_.data())));
+    drag->setPixmap(pictureOf(*drag_.source()));
     // Beside the pointer, so that the node below it can be read.
     drag->setHotSpot({-12, -8});
     const DropEffect effect = drag_.TreeView1_OLEStartDrag();

@@ -29,7 +29,7 @@ TEST_F(TreeDragTest, MovesOrCopiesANodeWithWhatIsBelow) {
         EXPECT_TRUE(document.tree().nodeAt(to + "." + from.back()).expanded());
         EXPECT_EQ(editor.treeDrag().dropHighlight(), nullptr);
         EXPECT_EQ(desktop.pointer, Pointer::normal);
-        EXPECT_EQ(savedAndRead(), from == "P" ? "P[B[C[I2] I1] D[X] x] " + left : left);
+        EXPECT_EQ(savedAndRead(), from == "P" ? "P[B[I1 C[I2]] D[X] x] Q[I2]" : left);
     }
 }
 
@@ -54,7 +54,7 @@ TEST_F(TreeDragTest, ChangesNothingWhereThereIsNoPlace) {
     const std::string inUse = "Name already in use at this level. Move not allowed\n";
     const auto dotted = std::make_shared<clsItem>();
     dotted->sKey = "Q." + (dotted->sName = "D.X");
-    document.enter(dotted, "Q");
+    document.enter(dotted, document.tree().nodeAt("Q"));
     const std::string before = state();
     const std::tuple<std::string, std::string, std::string, MessageIcon> cases[] = {
         {"P.B", "P.B.C", unable, MessageIcon::exclamation},
@@ -80,14 +80,14 @@ TEST_F(TreeDragTest, ChangesNothingWhereThereIsNoPlace) {
 
 TEST_F(TreeDragTest, CopiesWhenCtrlWasHeldAsTheRightButtonWentDown) {
     TreeDrag& drag = editor.treeDrag();
-    const Node& item = document.tree().nodeAt("P.x");
+    Node& item = document.tree().nodeAt("P.x");
     for (const int shift : {0, 1, 2, 3, 4, 5, 6, 7}) {
         EXPECT_TRUE(drag.TreeView1_MouseDown(2, shift, &item));
         EXPECT_FALSE(drag.TreeView1_MouseDown(1, 7 - shift, &item));
         EXPECT_EQ(static_cast<int>(drag.TreeView1_OLEStartDrag()), (shift & 2) != 0 ? 1 : 2);
         drag.TreeView1_OLEGiveFeedback();
         drag.TreeView1_OLEDragOver(&document.tree().nodeAt("Q"));
-        EXPECT_EQ(drag.data() + drag.dropHighlight()->key(), "P.xQ");
+        EXPECT_EQ(drag.source()->key() + drag.dropHighlight()->key(), "P.xQ");
         drag.cancelled();
         EXPECT_TRUE(drag.dropHighlight() == nullptr && desktop.pointer == Pointer::normal);
     }

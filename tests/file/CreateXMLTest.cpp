@@ -2,15 +2,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#ifndef _WIN32
-#include <pthread.h>
-#endif
 
-#include <functional>
 #include <string>
 #include <string_view>
 
 #include "file/ImportXML.h"
+#include "model/FileFitness.h"
 #include "support/EditorWorld.h"
 
 namespace {
@@ -70,25 +67,6 @@ TEST_F(CreateXMLTest, WritesOneByteForEachCharacterAndEscapesNothing) {
     EXPECT_THAT(written(), HasSubstr("<comment><&\"</comment>"));
 }
 
-/// Runs the work where it cannot call itself once for every level of a deep configuration.
-void onASmallStack(std::function<void()> work) {
-#ifdef _WIN32
-    work();
-#else
-    pthread_attr_t attributes{};
-    ASSERT_EQ(::pthread_attr_init(&attributes), 0);
-    ASSERT_EQ(::pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024), 0);
-    const auto run = [](void* it) -> void* {
-        (*static_cast<std::function<void()>*>(it))();
-        return nullptr;
-    };
-    pthread_t thread{};
-    ASSERT_EQ(::pthread_create(&thread, &attributes, run, &work), 0);
-    ::pthread_join(thread, nullptr);
-    ::pthread_attr_destroy(&attributes);
-#endif
-}
-
 TEST_F(CreateXMLTest, GivesBackTheSampleUnchanged) {
     const std::string sample = systemDisk()->read(SAMPLES_DIR "/house.xml");
     read(sample);
@@ -97,30 +75,78 @@ TEST_F(CreateXMLTest, GivesBackTheSampleUnchanged) {
     EXPECT_THAT(desktop.messages(), IsEmpty());
 }
 
-TEST_F(CreateXMLTest, WritesTheSameBytesAgainHoweverDeepTheBranchesAre) {
-    constexpr int depth = 2000;
-    std::string contents = tag("x");
-    for (int i = 0; i < depth; ++i)
-        contents = branch("A", contents);
-    onASmallStack([&] {
-        read(configuration(plc("P", contents)));
-        const std::string once = written();
-        read(once);
-        EXPECT_TRUE(written() == once);
-    });
-    EXPECT_EQ(document.branches().count(), static_cast<std::size_t>(depth));
+TEST_F(CreateXMLTest, WritesWhatADraggedDeviceLeftAndNoEmptyNodeWhereItWasDropped) {
+    const std::string contents = tag("1.OG_Lamp") + branch("F", tag("y") + branch("G", tag("z")));
+    read(configuration(plc("New Device 0", contents) + plc("Annex")));
+    document.leave(document.tree().nodeAt("New Device 0"));
+    Node& dropped =
+        document.tree().AddNode("Annex", "Annex.New Device 0", "New Device 0", NodeKind::plc);
+    document.tree().AddNode(&dropped, "Annex.New Device 0.Pump", "Pump", NodeKind::plc);
+    const std::string once = written();
+    EXPECT_EQ(spoilsFile(dropped, document.tree()), "");
+    read(once);
+    EXPECT_EQ(outline(document), "New Device 0[1.OG_Lamp F[y G[z]]] Annex[]");
     EXPECT_THAT(desktop.messages(), IsEmpty());
 }
 
-TEST_F(CreateXMLTest, WritesADeviceWithoutANodeFromItsRecords) {
-    const std::string contents = tag("x") + branch("F", tag("y") + branch("G", tag("z")));
-    read(configuration(plc("Plant", contents) + plc("Annex")));
-    document.tree().remove(document.tree().nodeAt("Plant"));
-    document.items().rekey("Plant.x", "Plant.x", [](const clsItem&) {});  // after those of branches
+TEST_F(CreateXMLTest, WritesNothingThatWouldNotBeReadBack) {
+    const auto refusal = [&](const std::string& devices, const std::string& parent,
+                             const std::string& name, NodeKind kind) {
+        disk.files[path] = "old";
+        document.startAt(path);
+        disk.files["/in"] = configuration(devices);
+        EXPECT_TRUE(ImportXML("/in", document, disk, desktop, [] {}));
+        Node& node = document.tree().nodeAt(parent);
+        if (kind == NodeKind::branch) {
+            const auto record = std::make_shared<clsBranch>();
+            record->sName = name;
+            record->sKey = parent + "." + name;
+            document.enter(record, node);
+        } else {
+            document.tree().AddNode(&node, parent + "." + name, name, kind);
+            const auto item = std::make_shared<clsItem>();
+            item->sKey = parent + "." + name + ".x";
+            item->sName = "x";
+            document.enter(item, document.tree().nodeAt(parent + "." + name));
+        }
+        EXPECT_FALSE(CreateXML(path, document, disk, desktop));
+        EXPECT_EQ(disk.files[path], "old");
+        const std::string told = desktop.messages().back();
+        EXPECT_EQ(desktop.messages().size(), 1U) << told;
+        desktop.forgetMessages();
+        return told.substr(0, told.find(" once"));
+    };
+    constexpr auto dropped = NodeKind::plc;
+    constexpr auto aBranch = NodeKind::branch;
+    EXPECT_EQ(refusal(plc("P", tag("LIGHT")), "P", "Light", aBranch),
+              " Error n. 5  \"P.Light\" has the name of \"P.LIGHT\"");
+    EXPECT_EQ(refusal(plc("P", branch("D", "")), "P", "d", dropped),
+              " Error n. 5  \"P.D\" has the name of \"P.d\"");
+    EXPECT_EQ(refusal(plc("P") + plc("P.D"), "P", "d", aBranch),
+              " Error n. 5  \"P.D\" has the name of \"P.d\"");
+    EXPECT_EQ(refusal(plc("P", tag("OG.LAMP") + branch("OG", "")), "P.OG", "lamp", aBranch),
+              " Error n. 5  \"P.OG.lamp\" has the name of \"P.OG.LAMP\"");
+}
+
+TEST_F(CreateXMLTest, ReadsAndWritesBranchesAThousandDeep) {
+    std::string contents = tag("x");
+    for (int i = 0; i < 1000; ++i)
+        contents = branch("A", contents);
+    read(configuration(plc("P", contents)));
     const std::string once = written();
     read(once);
-    EXPECT_EQ(outline(document), "Plant[F[G[z] y] x] Annex[]");
+    EXPECT_TRUE(written() == once);
     EXPECT_THAT(desktop.messages(), IsEmpty());
+
+    const Node* deepest = document.tree().firstAdded();
+    while (!deepest->children().empty())
+        deepest = deepest->children().front();
+    const auto branch = std::make_shared<clsBranch>();
+    branch->sKey = deepest->parent()->key() + ".B";
+    branch->sName = "B";
+    document.enter(branch, *deepest->parent());
+    EXPECT_FALSE(CreateXML(path, document, disk, desktop));
+    EXPECT_THAT(desktop.messages(), ElementsAre(HasSubstr("lies more than 1,000 deep")));
 }
 
 TEST_F(CreateXMLTest, WritesNothingWhenAPartCannotBeWritten) {

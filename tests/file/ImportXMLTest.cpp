@@ -111,7 +111,6 @@ TEST_F(ImportXMLTest, PassesOverAFaultyElementWithItsContentsAndReadsTheRest) {
     const std::string keyTaken =
         " Error n. 457  This key is already associated with an element of this collection in ";
     const std::string notUnique = " Error n. 35602  Key is not unique in collection in ";
-    const std::string notFound = " Error n. 35601  Element not found in ";
     const std::string noCall = " Error n. 5  Invalid procedure call or argument in ";
     const std::string late = replaced(plc("A", tag("x")), "1500", "99999999999");
     const std::string many = replaced(tag("x"), "</tag>", "<elements>40000</elements></tag>");
@@ -137,7 +136,8 @@ TEST_F(ImportXMLTest, PassesOverAFaultyElementWithItsContentsAndReadsTheRest) {
          "A[F[x] y] B[]"},
         {plc("A", tag("F") + branch("F", branch("G", tag("x"))) + tag("y")),
          notUnique + "BrowseBranch", "A[F y] B[]"},
-        {plc("A", tag("F.x") + tag("y")), notFound + "BrowseBranch", "A[y] B[]"},
+        {plc("A", branch("F", tag("x")) + tag("F.x") + tag("y")), keyTaken + "BrowseBranch",
+         "A[F[x] y] B[]"},
     };
     for (const char* attribute : {" name", " port", " editype", " timeout"})
         cases.push_back({replaced(plc("A", tag("x")), attribute, " a"), null + "BrowsePlc", "B[]"});
@@ -154,6 +154,51 @@ TEST_F(ImportXMLTest, PassesOverAFaultyElementWithItsContentsAndReadsTheRest) {
         EXPECT_THAT(desktop.messages(), ElementsAre(message));
         EXPECT_EQ(outline(document), outlineRead);
     }
+}
+
+TEST_F(ImportXMLTest, TakesTheParentOfAThingFromTheFileNotFromItsKey) {
+    ASSERT_TRUE(read(configuration(
+        plc("p.b", tag("OG.Lamp")) +
+        plc("p", branch("OG.1", tag("1.x") + branch("TAGS", tag("y"))) + branch("OG", "")))));
+    EXPECT_THAT(desktop.messages(), IsEmpty());
+    EXPECT_EQ(outline(document), "p.b[OG.Lamp] p[OG.1[1.x TAGS[y]] OG[]]");
+}
+
+TEST_F(ImportXMLTest, TellsOfTheFirstFaultsAndCountsTheOthers) {
+    std::string items;
+    for (int i = 0; i < 1209; ++i)
+        items += "<tag/>";
+    EXPECT_TRUE(read(configuration(plc("A", items + tag("x")))));
+    const std::string fault = " Error n. 94  Invalid use of Null in BrowseBranch";
+    EXPECT_THAT(desktop.messages(),
+                ElementsAre(fault, fault, fault, fault, fault, "\u2026 and 1,204 more"));
+    EXPECT_EQ(outline(document), "A[x]");
+}
+
+TEST_F(ImportXMLTest, RefusesWhatLiesTooDeepBeforeAnythingIsMadeOfIt) {
+    const auto nested = [](int levels, const std::string& name, const std::string& innermost) {
+        std::string contents;
+        for (int i = 0; i < levels; ++i)
+            contents += "<" + name + ">";
+        contents += innermost;
+        for (int i = 0; i < levels; ++i)
+            contents += "</" + name + ">";
+        return configuration(plc("A") + plc("B", contents));
+    };
+    const std::string tooLong(600, 'n');
+    const std::string deep = " Error n. 321  Branches lie within one another more than 1,000 deep";
+    const std::string lengthy =
+        " Error n. 321  The path to a branch or an item is longer than 64 KB";
+    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+             {nested(1001, "F", ""), deep},
+             {nested(60000, "F", tag("x")), deep},
+             {nested(200, tooLong, ""), lengthy},
+             {nested(1, "F", tag(std::string(65533, 'n'))), lengthy}}) {
+        EXPECT_FALSE(read(text));
+        EXPECT_THAT(desktop.messages(), ElementsAre(message + " in ImportXML"));
+        EXPECT_TRUE(outline(document).empty());
+    }
+    EXPECT_TRUE(read(nested(1, "F", tag(std::string(65532, 'n')))));
 }
 
 TEST_F(ImportXMLTest, ReadsNothingFromAFileThatIsNoConfiguration) {

@@ -82,55 +82,35 @@ inline std::string outline(const Document& document) {
     return root == nullptr ? "nothing" : contentsOf(*root);
 }
 
-/// Records that stand, or once stood, under two keys: copies made by dragging share them, and
-/// they bear one of the keys.
-using SharedRecords = std::set<std::shared_ptr<const void>>;
-
-template <typename Record>
-void expectNodesFor(const Registry<Record>& registry, NodeKind kind, const ConfigTree& tree,
-                    SharedRecords& shared) {
-    std::set<const Record*> met;
-    for (const auto& [key, record] : registry)
-        if (!met.insert(record.get()).second) shared.insert(record);
-    for (const auto& [key, record] : registry) {
-        const Node* node = tree.FindNode(key);
-        // A device that was dragged away leaves all its records.
-        const bool isLeft = tree.FindNode(key.substr(0, key.find('.'))) == nullptr;
-        EXPECT_TRUE(node == nullptr ? isLeft : node->kind() == kind) << key;
-        if constexpr (!std::is_same_v<Record, clsPLC>) {
-            EXPECT_TRUE(record->sKey == key || shared.contains(record)) << key;
-        }
-    }
-}
-
-/// Each node has the key of its place and its record, and each record its node. Only a device that
-/// was dragged has, where it was dropped, a node without a record.
-inline void expectTreeAndRegistriesAgree(const Document& document, SharedRecords& shared) {
-    const ConfigTree& tree = document.tree();
-    const auto hasRecord = [&](const Node& node) {
-        if (node.kind() == NodeKind::plc) return document.devices().find(node.key()) != nullptr;
-        if (node.kind() == NodeKind::item) return document.items().find(node.key()) != nullptr;
-        return document.branches().find(node.key()) != nullptr;
-    };
-    std::set<const Node*> nodes{tree.root()};
-    if (tree.root() != nullptr) {
-        for (TreeWalk walk(*tree.root()); const Node* node = walk.next();) {
-            const bool isDevice = node->kind() == NodeKind::plc && hasRecord(*node);
-            EXPECT_TRUE(node->kind() == NodeKind::plc || hasRecord(*node)) << node->key();
-            EXPECT_EQ(node->key(), (isDevice ? "" : node->parent()->key() + ".") + node->text());
-            EXPECT_EQ(tree.FindNode(node->key()), node) << node->key();
-            nodes.insert(node);
-        }
-        EXPECT_EQ(nodes.size(), tree.count());
-    }
-    EXPECT_TRUE(tree.selected() == nullptr || nodes.contains(tree.selected()));
-    expectNodesFor(document.devices(), NodeKind::plc, tree, shared);
-    expectNodesFor(document.branches(), NodeKind::branch, tree, shared);
-    expectNodesFor(document.items(), NodeKind::item, tree, shared);
-}
+/// Each node has the key of its place. Each but that of a dropped device has its record, and each
+/// record its node, in the tree or among what dragged devices left.
 inline void expectTreeAndRegistriesAgree(const Document& document) {
-    SharedRecords shared;
-    expectTreeAndRegistriesAgree(document, shared);
+    std::set<std::string> devices, branches, items, all;
+    for (const ConfigTree* tree : {&document.tree(), &document.left()}) {
+        if (tree->root() == nullptr) continue;
+        std::size_t nodes = 1;
+        for (TreeWalk walk(*tree->root()); const Node* node = walk.next(); ++nodes) {
+            const Node* parent = node->parent();
+            EXPECT_EQ(node->key(), (node->isDevice() ? "" : parent->key() + ".") + node->text());
+            EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key();
+            EXPECT_EQ(tree->FindNode(node->key()), node);
+            EXPECT_TRUE(all.insert(node->key()).second) << node->key();
+            if (node->isDevice()) devices.insert(node->key());
+            if (node->kind() == NodeKind::branch) branches.insert(node->key());
+            if (node->kind() == NodeKind::item) items.insert(node->key());
+        }
+        EXPECT_EQ(nodes, tree->count());
+    }
+    const auto expectRecords = [](const auto& registry, const std::set<std::string>& keys) {
+        EXPECT_EQ(registry.count(), keys.size());
+        for (const auto& [key, record] : registry)
+            EXPECT_TRUE(keys.contains(key)) << key;
+    };
+    expectRecords(document.devices(), devices);
+    expectRecords(document.branches(), branches);
+    expectRecords(document.items(), items);
+    const Node* selected = document.tree().selected();
+    EXPECT_TRUE(selected == nullptr || document.tree().FindNode(selected->key()) == selected);
 }
 
 /// Names of the menus and entries that `isOn` holds for, in the order of the menus.
