@@ -16,7 +16,7 @@ class SilentDesktop : public Desktop {
         std::fprintf(stderr, "%s\n", text.c_str());
         std::abort();
     }
-    bool askYesNo(const std::string& /*text*/) override { return true; }
+    bool askYesNo(const std::string& /*text*/, Answer /*proposed*/) override { return true; }
     Answer askYesNoCancel(const std::string& /*text*/) override { return Answer::cancel; }
     std::string chooseFileToOpen(const std::string& /*title*/,
                                  const FileFilter& /*filter*/) override {

@@ -31,16 +31,19 @@ class Desktop {
     /// A message with an OK button; the box has the application's title.
     void showMessage(const std::string& text) { showMessage(text, MessageIcon::none); }
     virtual void showMessage(const std::string& text, MessageIcon icon) = 0;
-    /// A question with Yes and No buttons; true for Yes.
-    virtual bool askYesNo(const std::string& text) = 0;
+    /// A question with Yes and No buttons; true for Yes. `proposed` is the one that Enter presses.
+    bool askYesNo(const std::string& text) { return askYesNo(text, Answer::yes); }
+    virtual bool askYesNo(const std::string& text, Answer proposed) = 0;
     virtual Answer askYesNoCancel(const std::string& text) = 0;
 
-    /// The full path of an existing file. Raises ErrorNumber::cancelled when the user chose none.
+    /// The full path of an existing file. The chooser starts in the folder that one was used in
+    /// last. Raises ErrorNumber::cancelled when the user chose none.
     virtual std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) = 0;
     /// The full path of a file that may or may not exist; the chooser asks no question of its
-    /// own before an existing one. Raises ErrorNumber::cancelled when the user chose none.
+    /// own before an existing one. It starts with the full path of the file that is proposed.
+    /// Raises ErrorNumber::cancelled when the user chose none.
     virtual std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
-                                         const std::string& proposedName) = 0;
+                                         const std::string& proposed) = 0;
     /// The folder where a new configuration is proposed to be kept.
     virtual std::string defaultFolder() = 0;
 

@@ -27,16 +27,21 @@ void frmPLC::Form_Load() {
 }
 
 bool frmPLC::CheckPlcFields() {
-    const char* fault = nullptr;
-    if (txtName.text.empty()) {
-        fault = "Object Name field is empty.";
-    } else if (txtTimeout.text.empty()) {
-        fault = "Receive Timeout field is empty.";
-    } else if (!isNumber(txtTimeout.text)) {
-        fault = "Receive Timeout field is not correct.";
+    try {
+        const char* fault = nullptr;
+        if (txtName.text.empty()) {
+            fault = "Object Name field is empty.";
+        } else if (txtTimeout.text.empty()) {
+            fault = "Receive Timeout field is empty.";
+        } else if (!isNumber(txtTimeout.text)) {
+            fault = "Receive Timeout field is not correct.";
+        }
+        if (fault != nullptr) desktop_.showMessage(fault);
+        return fault == nullptr;
+    } catch (...) {
+        desktop_.showMessage("Error. Check fields.");
+        return false;
     }
-    if (fault != nullptr) desktop_.showMessage(fault);
-    return fault == nullptr;
 }
 
 void frmPLC::cmdApply_Click() {

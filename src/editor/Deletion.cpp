@@ -29,7 +29,9 @@ Node& parentOf(const Node& node) {
 }  // namespace
 
 void Deletion::deleteRows() {
-    if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?")) return;
+    if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?", Answer::no)) {
+        return;
+    }
     // Not the selected node itself; that is meant. Only the root has none above it.
     Node& selected = selectedNode(document_);
     Node& toShow = selected.parent() == nullptr ? selected : *selected.parent();
@@ -64,10 +66,11 @@ void Deletion::deleteNode() {
     switch (node.kind()) {
         case NodeKind::plc:
         case NodeKind::branch:
-            if (desktop_.askYesNo(question + " and all its items?")) removeWithContents(node);
+            if (desktop_.askYesNo(question + " and all its items?", Answer::no))
+                removeWithContents(node);
             return;
         case NodeKind::item:
-            if (desktop_.askYesNo(question + " ?")) RemoveSubtree(document_, node);
+            if (desktop_.askYesNo(question + " ?", Answer::no)) RemoveSubtree(document_, node);
             // On No as well; that is meant.
             return form_.TreeView1_NodeClick(parentOf(selectedNode(document_)));
         case NodeKind::config: return;

@@ -1,6 +1,7 @@
 // The main window's rules.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -93,6 +94,7 @@ class frmEditing final : public LifecycleWindow {
     void Form_Load(FormSize screen);
     /// False when the window is to stay open.
     bool Form_Unload();
+    bool mayEnd(const std::function<bool()>& mayAsk) { return lifecycle_.mayEnd(mayAsk); }
     /// Makes the window's parts follow the size of its inner area; `reference` is the size that
     /// it had, or would have had, as the window opened.
     void Form_Resize(ResizableForm& innerArea, FormSize reference) {

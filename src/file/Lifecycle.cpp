@@ -18,6 +18,12 @@ constexpr char folderSeparator = '\\';
 constexpr char folderSeparator = '/';
 #endif
 
+/// Where Save As proposes to keep what is open at that path: beside it.
+std::string proposedBeside(const std::string& path) {
+    // With the separator, and nothing where there is none.
+    return path.substr(0, path.find_last_of(folderSeparator) + 1) + proposedFileName();
+}
+
 }  // namespace
 
 void Lifecycle::mnuNewCfg_Click() {
@@ -79,6 +85,12 @@ void Lifecycle::mnuExit_Click() { leave("mnuExit_Click"); }
 
 bool Lifecycle::Form_Unload() { return leave("Form_Unload"); }
 
+bool Lifecycle::mayEnd(const std::function<bool()>& mayAsk) {
+    bool may = false;
+    reportErrors(desktop_, "Form_Unload", [&] { may = !unsaved() || !mayAsk() || saveFirst(); });
+    return may;
+}
+
 std::string Lifecycle::ShowDialSave() {
     std::string path;
     reportChooserErrors(desktop_, "ShowDialSave", [&] {
@@ -124,7 +136,7 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
         }
         try {
             const std::string path = desktop_.chooseFileToSave(
-                "Save configuration", configurationFiles, proposedFileName());
+                "Save configuration", configurationFiles, proposedBeside(document_.currentPath()));
             document_.tree().setText(document_.tree().nodeAt(Document::rootKey), path);
             outcome = write(path);
         } catch (const RunTimeError& error) {
@@ -146,7 +158,7 @@ Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
 }
 
 bool Lifecycle::saveFirst(const char* question) {
-    if (!document_.open || document_.saved || !desktop_.askYesNo(question)) return true;
+    if (!unsaved() || !desktop_.askYesNo(question)) return true;
     save();
     return document_.saved;
 }
@@ -156,8 +168,7 @@ bool Lifecycle::saveFirst(const char* question) {
 bool Lifecycle::leave(const char* routine) {
     bool leaving = false;
     reportErrors(desktop_, routine, [&] {
-        if (document_.open && !document_.saved && desktop_.askYesNo(saveActiveQuestion) &&
-            save() == SaveOutcome::failed) {
+        if (unsaved() && desktop_.askYesNo(saveActiveQuestion) && save() == SaveOutcome::failed) {
             return;
         }
         leaving = true;

@@ -1,6 +1,7 @@
 // New, open, save, save as, close and exit: the life of the open configuration.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "desktop/Desktop.h"
@@ -55,6 +56,10 @@ class Lifecycle {
     void mnuExit_Click();
     /// The main window is being closed. False when it must stay.
     bool Form_Unload();
+    /// The program is told to end, by the desktop whose session ends. False when it must not: the
+    /// user wanted to save, and it is still not saved. Where `mayAsk` says that no question may be
+    /// asked, there is none. What is open stays so.
+    bool mayEnd(const std::function<bool()>& mayAsk);
 
     static constexpr const char* saveActiveQuestion = "Do you want to save active configuration?";
 
@@ -72,6 +77,7 @@ class Lifecycle {
     SaveOutcome saveAs();
     SaveOutcome write(const std::string& path);
     bool leave(const char* routine);
+    bool unsaved() const { return document_.open && !document_.saved; }
 
     Document& document_;
     Desktop& desktop_;

@@ -27,6 +27,7 @@ FindDialog::FindDialog(frmFind& form)
     column->addStretch();
     column->addLayout(buttons);
     find->setDefault(true);
+    tabThrough({"txtFind", "cmdFind", "cmdNext", "cmdCancel"});
     showForm();
 }
 

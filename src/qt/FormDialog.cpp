@@ -1,20 +1,25 @@
 #include "qt/FormDialog.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
+#include <algorithm>
 
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
 namespace {
 
-/// Drops typed characters that a form's key filter does not let pass. Commands of the keyboard
-/// (Ctrl+V and the like) are no characters.
+/// Drops typed characters that a form's key filter does not let pass, each by itself: an input
+/// method enters several at once. The control characters of keys that edit or command (Backspace,
+/// Ctrl+V and the like) are no typed text.
 class TypingFilter : public QObject {
  public:
     TypingFilter(std::function<int(int)> filter, QLineEdit* edit)
@@ -22,21 +27,37 @@ class TypingFilter : public QObject {
         edit->installEventFilter(this);
     }
 
-    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    /// An event that enters what may not pass is replaced by one that enters the rest.
+    bool eventFilter(QObject* edit, QEvent* event) override {
         if (event->type() == QEvent::KeyPress) {
-            return isDropped(static_cast<QKeyEvent*>(event)->text());
+            const auto& key = static_cast<QKeyEvent&>(*event);
+            const QString rest = passing(key.text());
+            if (rest == key.text()) return false;
+            QKeyEvent replacement(key.type(), key.key(), key.modifiers(), rest);
+            if (!rest.isEmpty()) QApplication::sendEvent(edit, &replacement);
+            return true;
         }
         if (event->type() == QEvent::InputMethod) {
-            return isDropped(static_cast<QInputMethodEvent*>(event)->commitString());
+            const auto& input = static_cast<QInputMethodEvent&>(*event);
+            const QString rest = passing(input.commitString());
+            if (rest == input.commitString()) return false;
+            QInputMethodEvent replacement(input.preeditString(), input.attributes());
+            replacement.setCommitString(rest, input.replacementStart(), input.replacementLength());
+            QApplication::sendEvent(edit, &replacement);
+            return true;
         }
         return false;
     }
 
  private:
-    bool isDropped(const QString& typed) const {
-        for (const QChar c : typed)
-            if (c.isPrint() && filter_(c.unicode()) == 0) return true;
-        return false;
+    QString passing(const QString& typed) const {
+        QString rest;
+        for (const char32_t code : typed.toUcs4()) {
+            const bool control = code < 0x20 || code == 0x7F;
+            if (control || filter_(static_cast<int>(code)) != 0)
+                rest += QString::fromUcs4(&code, 1);
+        }
+        return rest;
     }
 
     std::function<int(int)> filter_;
@@ -51,6 +72,14 @@ QString withAccelerator(const std::string& caption, char accelerator) {
 
 }  // namespace
 
+QWidget* ownerOfDialogs() {
+    if (QWidget* dialog = QApplication::activeModalWidget()) return dialog;
+    const auto windows = QApplication::topLevelWidgets();
+    const auto main = std::ranges::find_if(
+        windows, [](QWidget* window) { return qobject_cast<QMainWindow*>(window) != nullptr; });
+    return main == windows.end() ? nullptr : *main;
+}
+
 FormDialog::FormDialog(const char* caption, std::function<bool()> closed,
                        std::function<void()> exit, QWidget* owner)
     : QDialog(owner), closed_(std::move(closed)), exit_(std::move(exit)) {
@@ -64,7 +93,7 @@ QLabel* FormDialog::bind(const Label& label, char accelerator, QWidget* field) {
     field->setAccessibleName(toQt(label.caption));
     // Of a combo box with free text, it is the part within it that has the keyboard.
     if (auto* edit = field->findChild<QLineEdit*>()) edit->setAccessibleName(toQt(label.caption));
-    bind(nullptr, [widget, &label] { widget->setEnabled(label.enabled); });
+    bind([widget, &label] { widget->setEnabled(label.enabled); });
     return widget;
 }
 
@@ -72,26 +101,41 @@ QLineEdit* FormDialog::bind(const char* name, TextBox& box, KeyFilter filter) {
     auto* edit = new QLineEdit(this);
     edit->setObjectName(name);
     if (filter) new TypingFilter(std::move(filter), edit);
-    bind([edit, &box] { box.text = fromQt(edit->text()); },
-         [edit, &box] {
-             // A text that has not changed keeps its cursor and selection.
-             if (edit->text() != toQt(box.text)) edit->setText(toQt(box.text));
-             edit->setEnabled(box.enabled);
-         });
+    connect(edit, &QLineEdit::textChanged, this,
+            [this, &box](const QString& text) { learn([&] { box.text = fromQt(text); }); });
+    bind([edit, &box] {
+        // A text that has not changed keeps its cursor and selection. A field shows as much as it
+        // can lay out while the user types.
+        const QString text = toQt(box.text).left(edit->maxLength());
+        if (edit->text() != text) edit->setText(text);
+        edit->setEnabled(box.enabled);
+    });
     return edit;
 }
 
-QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText) {
+QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Handler changed) {
     auto* combo = new QComboBox(this);
     combo->setObjectName(name);
     combo->setEditable(freeText);
     combo->setInsertPolicy(QComboBox::NoInsert);
+    if (freeText) combo->setCompleter(nullptr);  // it would complete what is meant as typed
     for (const std::string& text : box.list)
         combo->addItem(toQt(text));
     // A text from a file may be none of the list; it is kept and can be chosen again.
     if (!freeText && combo->findText(toQt(box.text)) < 0) combo->insertItem(0, toQt(box.text));
-    bind([combo, &box] { box.text = fromQt(combo->currentText()); },
-         [combo, &box] { combo->setCurrentText(toQt(box.text)); });
+    connect(combo, &QComboBox::currentTextChanged, this,
+            [this, &box, changed = std::move(changed)](const QString& text) {
+                learn([&] {
+                    box.text = fromQt(text);
+                    if (changed) run(changed);
+                });
+            });
+    bind([combo, &box] {
+        const QString text = toQt(box.text);
+        if (combo->currentText() == text) return;
+        combo->setCurrentIndex(combo->findText(text));  // the arrow keys go on from there
+        if (combo->isEditable()) combo->setEditText(text);
+    });
     return combo;
 }
 
@@ -108,36 +152,49 @@ void FormDialog::mark(QLineEdit* edit, FilePlace place) {
     look();
 }
 
-QPushButton* FormDialog::bind(const char* name, const Button& button,
-                              std::function<void()> handler) {
+QPushButton* FormDialog::bind(const char* name, const Button& button, Handler handler) {
     auto* widget = new QPushButton(this);
     widget->setObjectName(name);
-    widget->setAutoDefault(false);
     connect(widget, &QPushButton::clicked, this,
             [this, handler = std::move(handler)] { run(handler); });
-    bind(nullptr, [widget, &button] {
+    bind([widget, &button] {
         widget->setText(toQt(button.caption));
         widget->setEnabled(button.enabled);
     });
     return widget;
 }
 
-void FormDialog::bind(std::function<void()> learn, std::function<void()> show) {
-    if (learn) learn_.push_back(std::move(learn));
-    if (show) show_.push_back(std::move(show));
+void FormDialog::learn(const Handler& take) {
+    if (!showing_) take();
 }
 
-void FormDialog::run(const std::function<void()>& handler) {
-    for (const auto& learn : learn_)
-        learn();
+void FormDialog::tabThrough(std::initializer_list<const char*> names) {
+    QWidget* before = nullptr;
+    for (const char* name : names) {
+        auto* widget = findChild<QWidget*>(name);
+        if (before != nullptr) setTabOrder(before, widget);
+        before = widget;
+    }
+}
+
+void FormDialog::enter(QLineEdit* edit) {
+    edit->setFocus();
+    edit->selectAll();
+}
+
+void FormDialog::run(const Handler& handler) {
+    const QPointer<FormDialog> alive(this);
     handler();
+    if (!alive) return;  // the program has been ended meanwhile
     showForm();
     if (closed_()) accept();
 }
 
 void FormDialog::showForm() {
+    showing_ = true;
     for (const auto& show : show_)
         show();
+    showing_ = false;
 }
 
 void FormDialog::reject() { run(exit_); }

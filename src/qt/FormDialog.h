@@ -1,9 +1,9 @@
 // What all dialogs have in common: the binding of widgets to the controls of a form.
 #pragma once
 
-#include <QApplication>
 #include <QDialog>
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "dialogs/Controls.h"
@@ -15,44 +15,57 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
-/// A modal dialog over a form. Each widget is bound to a control of the form and bears its name;
-/// before a handler of the form runs, the form learns what the widgets hold, and afterwards they
-/// show what the form says. The dialog ends when the form says that it is closed.
+/// The window that a box or a dialog opened now stands over and belongs to: the dialog that is
+/// open, else the main window. The find dialog owns none, as it may be taken away at any time.
+QWidget* ownerOfDialogs();
+
+/// A modal dialog over a form. Each widget is bound to a control of the form and bears its name.
+/// What the user changes goes into the form at once, and nothing else does: a text that a widget
+/// cannot show as it is stays as it is until the user changes it. After each of its handlers the
+/// widgets show what the form says. The dialog ends when the form says that it is closed.
 class FormDialog : public QDialog {
     Q_OBJECT
 
  public:
     /// `closed` asks the form; `exit` is its handler for leaving by Escape or the title bar.
-    /// The dialog stands over `owner`, if it has one.
     FormDialog(const char* caption, std::function<bool()> closed, std::function<void()> exit,
-               QWidget* owner = QApplication::activeWindow());
+               QWidget* owner = ownerOfDialogs());
 
     void reject() override;
 
  protected:
     using KeyFilter = std::function<int(int)>;
+    using Handler = std::function<void()>;
 
     /// A label whose accelerator is the letter, for the field that it stands beside.
     QLabel* bind(const Label& label, char accelerator, QWidget* field);
     /// Typed characters pass through the filter, where there is one.
     QLineEdit* bind(const char* name, TextBox& box, KeyFilter filter = nullptr);
-    /// The user may type another text than those proposed only when `freeText`.
-    QComboBox* bind(const char* name, ComboBox& box, bool freeText);
+    /// The user may type another text than those proposed only when `freeText`. `changed` runs when
+    /// the user has chosen another.
+    QComboBox* bind(const char* name, ComboBox& box, bool freeText, Handler changed = nullptr);
     /// Shows a sign in the field, with what is wrong as its tooltip, while its text would spoil the
     /// saved file in that place.
     void mark(QLineEdit* edit, FilePlace place);
-    QPushButton* bind(const char* name, const Button& button, std::function<void()> handler);
-    /// A further thing to learn from a widget, or to show in one.
-    void bind(std::function<void()> learn, std::function<void()> show);
+    QPushButton* bind(const char* name, const Button& button, Handler handler);
+    /// A further thing to show.
+    void bind(Handler show) { show_.push_back(std::move(show)); }
+    /// What a widget holds has changed: `take` gives it to the form if the user did it.
+    void learn(const Handler& take);
+
+    /// The Tab key goes through the widgets of these names in this order.
+    void tabThrough(std::initializer_list<const char*> names);
+    /// Gives a field the keyboard, its text selected to be typed over.
+    static void enter(QLineEdit* edit);
 
     /// Runs a handler of the form.
-    void run(const std::function<void()>& handler);
+    void run(const Handler& handler);
     /// Shows what the form says; called once all is bound.
     void showForm();
 
  private:
     std::function<bool()> closed_;
-    std::function<void()> exit_;
-    std::vector<std::function<void()>> learn_;
-    std::vector<std::function<void()>> show_;
+    Handler exit_;
+    std::vector<Handler> show_;
+    bool showing_ = false;
 };

@@ -24,17 +24,17 @@ ItemDialog::ItemDialog(frmItems& form)
     column->addWidget(panel_);
     column->addStretch();
     column->addLayout(buildButtons());
-    bind(nullptr, [this] {
+    bind([this] {
         fields_->setEnabled(form_.frmMain.enabled);
         showCountPanel(form_.frmInserimento.visible);
     });
     panel_->hide();
     ok_->setDefault(true);
     showForm();
-
-    auto* name = findChild<QLineEdit*>("txtItemName");
-    name->setFocus();
-    name->selectAll();
+    tabThrough({"txtItemName", "txtComment", "txtAddress0", "txtAddress1", "txtAddress2",
+                "cmbDataType", "cmbAccessRight", "txtElements", "optLettura0", "optLettura1",
+                "txtNumbItems", "cmdOkNumber", "cmdOk", "cmdAdd", "cmdGroup", "cmdCancel"});
+    enter(name_);
 }
 
 QWidget* ItemDialog::buildFields() {
@@ -46,20 +46,18 @@ QWidget* ItemDialog::buildFields() {
     const auto add = [&](const Label& label, char accelerator, QWidget* field) {
         rows->addRow(bind(label, accelerator, field), field);
     };
-    auto* name = bind("txtItemName", form_.txtItemName,
-                      [this](int code) { return form_.txtItemName_KeyPress(code); });
+    name_ = bind("txtItemName", form_.txtItemName,
+                 [this](int code) { return form_.txtItemName_KeyPress(code); });
     auto* comment = bind("txtComment", form_.txtComment);
-    mark(name, FilePlace::content);
+    mark(name_, FilePlace::content);
     mark(comment, FilePlace::content);
-    add(form_.lblName, 'N', name);
+    add(form_.lblName, 'N', name_);
     add(form_.Label1, 'C', comment);
     QWidget* address = buildAddress();
     rows->addRow(bind(form_.lbladdress, 'G', address->findChild<QLineEdit*>("txtAddress0")),
                  address);
-    auto* dataType = bind("cmbDataType", form_.cmbDataType, false);
-    connect(dataType, &QComboBox::currentIndexChanged, this,
-            [this] { run([this] { form_.cmbDataType_Click(); }); });
-    add(form_.Label5, 'D', dataType);
+    add(form_.Label5, 'D',
+        bind("cmbDataType", form_.cmbDataType, false, [this] { form_.cmbDataType_Click(); }));
     add(form_.Label6, 'R', bind("cmbAccessRight", form_.cmbAccessRight, false));
     add(form_.lblElements, 'b', bind("txtElements", form_.txtElements, [this](int code) {
             return form_.txtElements_KeyPress(code);
@@ -103,8 +101,12 @@ QWidget* ItemDialog::buildFlag() {
     }
     row->addStretch();
     frame->setFocusProxy(group->button(0));
-    bind([this, group] { form_.optLettura = static_cast<std::size_t>(group->checkedId()); },
-         [this, group] { group->button(static_cast<int>(form_.optLettura))->setChecked(true); });
+    connect(group, &QButtonGroup::idToggled, this, [this](int option, bool chosen) {
+        learn([&] {
+            if (chosen) form_.optLettura = static_cast<std::size_t>(option);
+        });
+    });
+    bind([this, group] { group->button(static_cast<int>(form_.optLettura))->setChecked(true); });
     return frame;
 }
 
@@ -128,8 +130,16 @@ QLayout* ItemDialog::buildButtons() {
     auto* row = new QHBoxLayout;
     row->addStretch();
     row->addWidget(ok_);
-    row->addWidget(bind("cmdAdd", form_.cmdAdd, [this] { form_.cmdAdd_Click(); }));
-    row->addWidget(bind("cmdGroup", form_.cmdGroup, [this] { form_.cmdGroup_Click(); }));
+    row->addWidget(bind("cmdAdd", form_.cmdAdd, [this] {
+        form_.cmdAdd_Click();
+        showForm();
+        enter(name_);
+    }));
+    row->addWidget(bind("cmdGroup", form_.cmdGroup, [this] {
+        form_.cmdGroup_Click();
+        showForm();
+        enter(count_);
+    }));
     row->addWidget(bind("cmdCancel", form_.cmdCancel, [this] { form_.cmdCancel_Click(); }));
     return row;
 }
@@ -138,10 +148,5 @@ void ItemDialog::showCountPanel(bool visible) {
     if (visible == panel_->isVisibleTo(this)) return;
     panel_->setVisible(visible);
     (visible ? okCount_ : ok_)->setDefault(true);
-    if (visible) {
-        count_->setFocus();
-        count_->selectAll();
-    } else {
-        findChild<QLineEdit*>("txtItemName")->setFocus();
-    }
+    if (!visible) enter(name_);
 }

@@ -21,6 +21,7 @@ class ItemDialog : public FormDialog {
     frmItems& form_;
     QWidget* fields_ = nullptr;
     QWidget* panel_ = nullptr;
+    QLineEdit* name_ = nullptr;
     QLineEdit* count_ = nullptr;
     QPushButton* ok_ = nullptr;
     QPushButton* okCount_ = nullptr;

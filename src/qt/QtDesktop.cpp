@@ -10,6 +10,7 @@
 
 #include "model/Product.h"
 #include "model/RunTimeError.h"
+#include "qt/FormDialog.h"
 #include "qt/Text.h"
 
 namespace {
@@ -19,7 +20,7 @@ namespace {
 class Box : public QMessageBox {
  public:
     Box(Icon icon, const std::string& text, StandardButtons buttons)
-        : QMessageBox(icon, toQt(productName), QString(), buttons, QApplication::activeWindow()),
+        : QMessageBox(icon, toQt(productName), QString(), buttons, ownerOfDialogs()),
           mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
         setTextFormat(Qt::PlainText);
         setText(toQt(text));
@@ -61,26 +62,16 @@ QMessageBox::Icon signOf(MessageIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-/// What the user chose, or the error for a cancelled chooser.
-std::string choose(QFileDialog& chooser, const FileFilter& filter) {
-    chooser.setNameFilter(toQt(filter.description) + "(" + toQt(filter.pattern) + ")");
-    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
-        throw RunTimeError(ErrorNumber::cancelled);
-    }
-    const QString path = chooser.selectedFiles().constFirst();
-    QDir::setCurrent(QFileInfo(path).absolutePath());  // the next chooser begins there
-    return fromQt(QDir::toNativeSeparators(path));
-}
-
 }  // namespace
 
 void QtDesktop::showMessage(const std::string& text, MessageIcon icon) {
     Box(signOf(icon), text, QMessageBox::Ok).ask();
 }
 
-bool QtDesktop::askYesNo(const std::string& text) {
-    return Box(QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No).ask() ==
-           QMessageBox::Yes;
+bool QtDesktop::askYesNo(const std::string& text, Answer proposed) {
+    Box box(QMessageBox::Question, text, QMessageBox::Yes | QMessageBox::No);
+    box.setDefaultButton(proposed == Answer::no ? QMessageBox::No : QMessageBox::Yes);
+    return box.ask() == QMessageBox::Yes;
 }
 
 Answer QtDesktop::askYesNoCancel(const std::string& text) {
@@ -92,22 +83,35 @@ Answer QtDesktop::askYesNoCancel(const std::string& text) {
     }
 }
 
+std::string QtDesktop::choose(QFileDialog& chooser, const FileFilter& filter,
+                              const QString& folder) {
+    chooser.setDirectory(QDir(folder).exists() ? folder : toQt(defaultFolder()));
+    chooser.setNameFilter(toQt(filter.description) + "(" + toQt(filter.pattern) + ")");
+    if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
+        throw RunTimeError(ErrorNumber::cancelled);
+    }
+    const QString path = chooser.selectedFiles().constFirst();
+    lastFolder_ = QFileInfo(path).absolutePath();
+    return fromQt(QDir::toNativeSeparators(path));
+}
+
 std::string QtDesktop::chooseFileToOpen(const std::string& title, const FileFilter& filter) {
-    QFileDialog chooser(QApplication::activeWindow(), toQt(title));
+    QFileDialog chooser(ownerOfDialogs(), toQt(title));
     chooser.setAcceptMode(QFileDialog::AcceptOpen);
     chooser.setFileMode(QFileDialog::ExistingFile);
-    return choose(chooser, filter);
+    return choose(chooser, filter, lastFolder_.isEmpty() ? toQt(defaultFolder()) : lastFolder_);
 }
 
 std::string QtDesktop::chooseFileToSave(const std::string& title, const FileFilter& filter,
-                                        const std::string& proposedName) {
-    QFileDialog chooser(QApplication::activeWindow(), toQt(title));
+                                        const std::string& proposed) {
+    const QFileInfo file(toQt(proposed));
+    QFileDialog chooser(ownerOfDialogs(), toQt(title));
     chooser.setAcceptMode(QFileDialog::AcceptSave);
     chooser.setFileMode(QFileDialog::AnyFile);
     chooser.setOption(QFileDialog::DontConfirmOverwrite);
     chooser.setDefaultSuffix("xml");
-    chooser.selectFile(toQt(proposedName));
-    return choose(chooser, filter);
+    chooser.selectFile(file.fileName());
+    return choose(chooser, filter, file.absolutePath());
 }
 
 std::string QtDesktop::defaultFolder() {

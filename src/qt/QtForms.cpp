@@ -1,7 +1,5 @@
 #include "qt/QtForms.h"
 
-#include <QApplication>
-
 #include "qt/AboutBox.h"
 #include "qt/FindDialog.h"
 #include "qt/ItemDialog.h"
@@ -29,4 +27,4 @@ void QtForms::show(frmFind& form) {
 
 void QtForms::close(frmFind& /*form*/) { delete find_; }
 
-void QtForms::showAbout() { AboutBox(QApplication::activeWindow()).exec(); }
+void QtForms::showAbout() { AboutBox(ownerOfDialogs()).exec(); }

@@ -7,7 +7,7 @@
 
 class QDialog;
 
-/// Each form has a window of its own, over the window that is active when it is shown.
+/// Each form has a window of its own.
 class QtForms : public Forms {
  public:
     QtForms() = default;

@@ -80,6 +80,7 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     column->addLayout(buttons);
     accept->setDefault(true);
     accept->setFocus();
+    tabThrough({"Grid1", "Command2", "Command1"});
     const int character = fontMetrics().averageCharWidth();
     resize(90 * character, 24 * fontMetrics().height());
     showForm();

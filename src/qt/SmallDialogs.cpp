@@ -15,8 +15,7 @@ struct Row {
     QWidget* field;
 };
 
-/// Fields beside their labels, the buttons below; the first field has the keyboard, the main
-/// button answers to Enter.
+/// Fields beside their labels, the buttons below; the main button answers to Enter.
 void arrange(QDialog* dialog, std::initializer_list<Row> rows, QPushButton* main,
              QPushButton* exit) {
     auto* fields = new QFormLayout;
@@ -34,7 +33,6 @@ void arrange(QDialog* dialog, std::initializer_list<Row> rows, QPushButton* main
     column->addStretch();
     column->addLayout(buttons);
     main->setDefault(true);
-    rows.begin()->field->setFocus();
 }
 
 }  // namespace
@@ -57,8 +55,9 @@ DeviceDialog::DeviceDialog(frmPLC& form)
              {bind(form.lblPassword, 'R', timeout), timeout}},
             bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
             bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
+    tabThrough({"txtName", "cmbPort", "cmbEdiType", "txtTimeout", "cmdApply", "cmdExit"});
     showForm();
-    name->selectAll();
+    enter(name);
 }
 
 BranchDialog::BranchDialog(frmBranch& form)
@@ -71,8 +70,9 @@ BranchDialog::BranchDialog(frmBranch& form)
     arrange(this, {{bind(form.Label1, 'n', name), name}},
             bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); }),
             bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
+    tabThrough({"txtBranchName", "cmdOk", "cmdCancel"});
     showForm();
-    name->selectAll();
+    enter(name);
 }
 
 SettingsDialog::SettingsDialog(frmSetts& form)
@@ -90,6 +90,7 @@ SettingsDialog::SettingsDialog(frmSetts& form)
              {bind(form.lblTimeout, 'R', timeout), timeout}},
             bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
             bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
+    tabThrough({"cmbPort", "cmbEdiType", "txtTimeout", "cmdApply", "cmdExit"});
     showForm();
-    port->lineEdit()->selectAll();
+    enter(port->lineEdit());
 }

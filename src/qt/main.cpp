@@ -1,4 +1,6 @@
 #include <QApplication>
+#include <QEvent>
+#include <QSessionManager>
 #include <QStandardPaths>
 
 #include "editor/frmEditing.h"
@@ -11,6 +13,40 @@
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
 #include "qt/Text.h"
+
+namespace {
+
+/// Ends the program when the desktop tells it to, as its session does, once the user has had the
+/// chance to save.
+class Ending : public QObject {
+ public:
+    explicit Ending(frmEditing& form) : form_(form) {
+        qApp->installEventFilter(this);
+        connect(
+            qApp, &QGuiApplication::commitDataRequest, this,
+            [this](QSessionManager& session) { sessionEnds(session); }, Qt::DirectConnection);
+    }
+
+    /// The toolkit would close the windows one by one, and with the main window the configuration,
+    /// which a command may still need whose dialog is open now.
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (object != qApp || event->type() != QEvent::Quit) return false;
+        if (agreed_ || form_.mayEnd([] { return true; })) QApplication::exit();
+        return true;
+    }
+
+ private:
+    void sessionEnds(QSessionManager& session) {
+        agreed_ = form_.mayEnd([&session] { return session.allowsInteraction(); });
+        if (!agreed_) session.cancel();
+        session.release();
+    }
+
+    frmEditing& form_;
+    bool agreed_ = false;  ///< the session ends: what was asked then is not asked again
+};
+
+}  // namespace
 
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
@@ -32,6 +68,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(
         &window, &MainWindow::applicationEnded, &application,
         [](int exitStatus) { QApplication::exit(exitStatus); }, Qt::QueuedConnection);
+    const Ending ending(form);
     window.show();
     return QApplication::exec();
 }

@@ -28,7 +28,9 @@ class FakeDesktop : public Desktop {
     void willChoose(std::string path) { chosen_ = std::move(path); }
     /// When set, choosers fail so.
     std::optional<ErrorNumber> chooserFault;
-    /// Title, filter and proposed name of the last chooser, joined by "|".
+    /// What Enter would have answered to the last question between Yes and No.
+    Answer proposed = Answer::yes;
+    /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
 
     std::string folder = "/home/ann/Documents";
@@ -45,7 +47,11 @@ class FakeDesktop : public Desktop {
         lastIcon = icon;
     }
 
-    bool askYesNo(const std::string& text) override { return askYesNoCancel(text) == Answer::yes; }
+    using Desktop::askYesNo;
+    bool askYesNo(const std::string& text, Answer answer) override {
+        proposed = answer;
+        return askYesNoCancel(text) == Answer::yes;
+    }
 
     Answer askYesNoCancel(const std::string& text) override {
         messages_.push_back(text);
@@ -64,8 +70,8 @@ class FakeDesktop : public Desktop {
     }
 
     std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
-                                 const std::string& proposedName) override {
-        lastChooser = title + "|" + filter.description + "|" + filter.pattern + "|" + proposedName;
+                                 const std::string& path) override {
+        lastChooser = title + "|" + filter.description + "|" + filter.pattern + "|" + path;
         return choose();
     }
 
