@@ -107,7 +107,10 @@ QLineEdit* FormDialog::bind(const char* name, TextBox& box, KeyFilter filter) {
         // A text that has not changed keeps its cursor and selection. A field shows as much as it
         // can lay out while the user types.
         const QString text = toQt(box.text).left(edit->maxLength());
-        if (edit->text() != text) edit->setText(text);
+        if (edit->text() != text) {
+            edit->setText(text);
+            edit->home(false);
+        }
         edit->setEnabled(box.enabled);
     });
     return edit;
@@ -118,6 +121,8 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Hand
     combo->setObjectName(name);
     combo->setEditable(freeText);
     combo->setInsertPolicy(QComboBox::NoInsert);
+    // A text from a file, however long, does not widen the dialog.
+    combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     if (freeText) combo->setCompleter(nullptr);  // it would complete what is meant as typed
     for (const std::string& text : box.list)
         combo->addItem(toQt(text));

@@ -206,6 +206,19 @@ TEST_F(Dialogs, OfDevicesCloseWhenAFieldIsWrongButNotWhenTheNameIsTaken) {
     }
 }
 
+TEST_F(Dialogs, OfDevicesSayWhenTheirCheckItselfFails) {
+    struct : FakeDesktop {
+        void showMessage(const std::string& text, MessageIcon icon) override {
+            FakeDesktop::showMessage(text, icon);
+            if (messages().size() == 1) throw std::bad_alloc();
+        }
+    } failing;
+    frmPLC form(document, failing);
+    form.cmdApply_Click();
+    EXPECT_TRUE(form.closed());
+    EXPECT_EQ(failing.messages().back(), "Error. Check fields.");
+}
+
 TEST_F(Dialogs, ChangeAnItemInItsRecord) {
     const auto record = document.items().at("Plant.Other");
     record->sAddress = "31/7";

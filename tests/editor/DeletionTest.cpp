@@ -11,6 +11,7 @@ class DeletionTest : public ::testing::Test, protected EditorWorld {
     std::string afterAnswering(Answer answer) {
         desktop.willAnswer({answer});
         editor.mnuDelete_Click();
+        EXPECT_EQ(desktop.proposed, Answer::no);
         return told() + state();
     }
 };

@@ -185,9 +185,28 @@ TEST_F(LifecycleTest, DecliningToOverwriteTheDefaultFileLeadsToSaveAs) {
     desktop.willAnswer({no});
     desktop.willChoose(other);
     editor.mnuSaveCfg_Click();
-    EXPECT_EQ(desktop.lastChooser, "Save configuration|configuration files |*.xml|OPCOlvan.xml");
+    EXPECT_EQ(desktop.lastChooser, "Save configuration|configuration files |*.xml|" + newFile);
     EXPECT_EQ(disk.files[newFile], "somebody else's");
     EXPECT_EQ(document.currentPath(), other);
+    document.tree().setText(*document.tree().root(), "/else/where.xml");
+    editor.mnuSaveAs_Click();
+    EXPECT_THAT(desktop.lastChooser, ::testing::EndsWith("|/else/OPCOlvan.xml"));
+}
+
+TEST_F(LifecycleTest, TheSessionMayEndUnlessTheUserWantedToSaveAndItFailed) {
+    const auto mayEnd = [&](bool mayAsk) { return editor.mayEnd([=] { return mayAsk; }); };
+    EXPECT_TRUE(mayEnd(true));
+    editor.mnuNewCfg_Click();
+    disk.files[newFile] = "somebody else's";
+    EXPECT_TRUE(mayEnd(false));
+    desktop.willAnswer({no});
+    EXPECT_TRUE(mayEnd(true));
+    desktop.willAnswer({Answer::yes, Answer::cancel});
+    EXPECT_FALSE(mayEnd(true));
+    EXPECT_TRUE(document.open && !document.saved);
+    desktop.willAnswer({Answer::yes, Answer::yes});
+    EXPECT_TRUE(mayEnd(true) && document.saved && mayEnd(true));
+    EXPECT_EQ(desktop.answersLeft(), 0U);
 }
 
 TEST_F(LifecycleTest, OpenShowsTheConfigurationOfTheChosenFile) {

@@ -1,6 +1,6 @@
 // The dialogs in their windows, filled in by hand.
 #include <QComboBox>
-#include <QLabel>
+#include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTimer>
@@ -17,18 +17,50 @@ class User {
     explicit User(QWidget& dialog) : dialog_(dialog) {}
 
     User& types(const char* field, const char* text) {
-        auto& edit = *dialog_.findChild<QLineEdit*>(field);
-        edit.selectAll();
-        QTest::keyClicks(&edit, text);
+        auto* widget = dialog_.findChild<QWidget*>(field);
+        const auto* combo = qobject_cast<QComboBox*>(widget);
+        (combo != nullptr ? combo->lineEdit() : static_cast<QLineEdit*>(widget))->selectAll();
+        QTest::keyClicks(widget, text);
         return *this;
     }
     User& chooses(const char* field, const char* text) {
         dialog_.findChild<QComboBox*>(field)->setCurrentText(text);
         return *this;
     }
+    /// Several characters at once, as an input method enters them.
+    User& composes(const char* field, const QString& text) {
+        QInputMethodEvent event;
+        event.setCommitString(text);
+        QApplication::sendEvent(dialog_.findChild<QLineEdit*>(field), &event);
+        return *this;
+    }
     User& presses(const char* button) {
         QTest::mouseClick(dialog_.findChild<QPushButton*>(button), Qt::LeftButton);
         return *this;
+    }
+    /// With the keyboard.
+    User& entersAt(const char* button) {
+        dialog_.findChild<QPushButton*>(button)->setFocus();
+        QTest::keyClick(dialog_.focusWidget(), Qt::Key_Return);
+        return *this;
+    }
+    /// The field has the focus, all of that text selected.
+    User& isAt(const char* field, const char* text) {
+        const auto* edit = qobject_cast<QLineEdit*>(dialog_.focusWidget());
+        if (edit == nullptr || edit->objectName() != field || edit->selectedText() != text) {
+            ADD_FAILURE() << field << " is not to be typed over";
+        }
+        return *this;
+    }
+    /// Tabs to the last of the controls, presses Enter there and tells which were passed.
+    QString walks(const QString& last) {
+        QStringList names{dialog_.focusWidget()->objectName()};
+        while (names.back() != last && names.size() < 20) {
+            QTest::keyClick(dialog_.focusWidget(), Qt::Key_Tab);
+            names.append(dialog_.focusWidget()->objectName());
+        }
+        QTest::keyClick(dialog_.focusWidget(), Qt::Key_Return);
+        return names.join(' ');
     }
     User& address(const char* main, const char* middle, const char* sub) {
         return types("txtAddress0", main).types("txtAddress1", middle).types("txtAddress2", sub);
@@ -79,7 +111,16 @@ class DialogsTest : public QObject {
             doubleClick(world.tree, world.spotOnNode(key));
         };
         world.entry("mnuNewCfg").trigger();
-        run("mnuAddPlc", [](User& user) { user.types("txtName", "Pl. a!nt").enters(); });
+        world.entry("mnuFind").trigger();  // stays open, but no dialog belongs to it
+        run("mnuSetts", [&](User& user) {
+            QCOMPARE(QApplication::activeModalWidget()->parentWidget(), &world.window);
+            user.types("cmbPort", "com1").types("cmbEdiType", "USB").enters();
+        });
+        run("mnuAddPlc", [](User& user) {
+            user.types("txtName", "Pl. a!")
+                .composes("txtName", "\u00ad.n\U0001F600t\u00e4")
+                .enters();
+        });
         run("mnuAddBranch", [](User& user) { user.types("txtBranchName", "FLOOR1").enters(); });
         run("mnuAddBranch", [](User& user) { user.types("txtBranchName", "HALL").enters(); });
         run("mnuAddItem", [](User& user) {
@@ -87,11 +128,14 @@ class DialogsTest : public QObject {
         });
         run("mnuAddItem", [](User& user) {
             user.types("txtItemName", "Door").address("1", "2", "1");
-            user.presses("cmdAdd").presses("cmdAdd").presses("cmdAdd").leaves();
+            user.presses("cmdAdd").isAt("txtItemName", "New_Item_2");
+            user.entersAt("cmdAdd").isAt("txtItemName", "New_Item_3");
+            user.presses("cmdAdd").leaves();
         });
         run("mnuAddItem", [](User& user) {
             user.types("txtItemName", "Vec").address("1", "3", "1");
-            user.presses("cmdGroup").types("txtNumbItems", "5").enters();
+            user.presses("cmdGroup").types("txtNumbItems", "9").presses("cmdGroup");
+            user.isAt("txtNumbItems", "1").types("txtNumbItems", "5").enters();
             user.leaves();
         });
         QCOMPARE(world.names(),
@@ -113,9 +157,9 @@ class DialogsTest : public QObject {
         QCOMPARE(QByteArray::fromStdString(saved),
                  QByteArray::fromStdString(
                      "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<QUONEibCfg>\r\n"
-                     "\t<SETTINGS port=\"COM1\" editype=\"PEI16x9600\" timeout=\"1000\"/>\r\n"
-                     "\t<OPC_DA>\r\n\t\t<DEVICE name=\"House\" port=\"COM1\" "
-                     "editype=\"PEI16x9600\" timeout=\"1000\">\r\n\t\t\t<tags>\r\n"
+                     "\t<SETTINGS port=\"com1\" editype=\"USB\" timeout=\"1000\"/>\r\n"
+                     "\t<OPC_DA>\r\n\t\t<DEVICE name=\"House\" port=\"com1\" "
+                     "editype=\"USB\" timeout=\"1000\">\r\n\t\t\t<tags>\r\n"
                      "\t\t\t\t<GROUND>\r\n\t\t\t\t\t<HALL>\r\n" +
                      hall +
                      "\t\t\t\t\t</HALL>\r\n\t\t\t\t</GROUND>\r\n\t\t\t</tags>\r\n"
@@ -123,39 +167,52 @@ class DialogsTest : public QObject {
         QCOMPARE(world.desktop.messages().back(), "/home/ann/Documents/OPCOlvan.xml saved");
     }
 
-    /// Fields have names, labels lead to them, and the first one has the keyboard.
-    static void dialogsAreReadyForTheKeyboard() {
+    /// Whatever its type and right, and with a comment that no field can show whole.
+    static void anItemConfirmedWithoutAChangeStaysAsItIs() {
+        QtForms forms;
+        WindowWorld world(nullptr, &forms);
+        world.openText(configuration(plc("Plant", tag("Lamp"))));
+        clsItem& item = *world.document.items().at("Plant.Lamp");
+        item.sComment = std::string(40'000, 'x') + "\n";
+        item.bFlag = false;
+        item.nElements = 7;
+        for (const char* type : {"EIS1", "EIS2_P", "EIS12", "EIS15", "NOEIS", "EIS99", ""})
+            for (const char* right : {"READ", "WRITE", "READWRITE", "ODD"}) {
+                item.sDataType = type;
+                item.sAccessRight = right;
+                const std::string before = item.GetXmlTag(0);
+                inNext([](User& user) { user.enters(); });
+                doubleClick(world.tree, world.spotOnNode("Plant.Lamp"));
+                QCOMPARE(item.GetXmlTag(0), before);
+                QVERIFY(!std::exchange(world.document.saved, true));
+            }
+    }
+
+    /// Tab leads from field to field and then to the buttons; Enter presses the last one.
+    static void keysLeadInReadingOrderToTheButtonThatStoresNothing() {
         Document document;
+        document.startAt("/new.xml");
         FakeDesktop desktop;
         QtForms forms;
-        const auto check = [&](auto& form) {
+        const auto walk = [&](auto& form, const QString& order) {
             form.Form_Load();
-            QTimer::singleShot(50, [] {
-                QWidget* dialog = QApplication::activeModalWidget();
-                QVERIFY(dialog != nullptr);
-                QVERIFY(dialog->focusWidget() != nullptr);
-                for (auto* field : dialog->findChildren<QLineEdit*>())
-                    if (qobject_cast<QComboBox*>(field->parentWidget()) == nullptr) {
-                        QVERIFY2(!field->accessibleName().isEmpty(),
-                                 qPrintable(field->objectName()));
-                    }
-                for (auto* label : dialog->findChildren<QLabel*>())
-                    QVERIFY(label->text() == "/" || label->buddy() != nullptr);
-                QTest::keyClick(dialog, Qt::Key_Escape);
-            });
+            QString walked;
+            inNext([&](User& user) { walked = user.walks(order.section(' ', -1)); });
             forms.showModal(form);
+            QCOMPARE(walked, order);
             QVERIFY(form.closed());
         };
         frmItems items(document, desktop);
         frmPLC device(document, desktop);
         frmBranch branch(document, desktop);
         frmSetts settings(document.settings());
-        check(items);
-        check(device);
-        check(branch);
-        check(settings);
-        QTimer::singleShot(50, [] { QApplication::activeModalWidget()->close(); });
-        forms.showAbout();
+        walk(items,
+             "txtItemName txtComment txtAddress0 txtAddress1 txtAddress2 cmbDataType "
+             "cmbAccessRight optLettura0 cmdOk cmdAdd cmdGroup cmdCancel");
+        walk(device, "txtName cmbPort cmbEdiType txtTimeout cmdApply cmdExit");
+        walk(branch, "txtBranchName cmdOk cmdCancel");
+        walk(settings, "cmbPort cmbEdiType txtTimeout cmdApply cmdExit");
+        QVERIFY(desktop.messages().empty() && !document.deviceDialog.confirmed);
     }
 };
 
