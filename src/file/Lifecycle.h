@@ -1,6 +1,7 @@
 // New, open, save, save as, close and exit: the life of the open configuration.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "desktop/Desktop.h"
@@ -71,6 +72,8 @@ class Lifecycle {
     SaveOutcome save();
     SaveOutcome saveAs();
     SaveOutcome write(const std::string& path);
+    void noteFile(const std::string& path);
+    bool mayReplace(const std::string& path);
     bool leave(const char* routine);
 
     Document& document_;
@@ -78,4 +81,7 @@ class Lifecycle {
     Disk& disk_;
     FLRegistry& registry_;
     LifecycleWindow& window_;
+    /// The file that was read or written last, as it was then.
+    std::string lastPath_;
+    std::optional<FileStamp> lastStamp_;
 };
