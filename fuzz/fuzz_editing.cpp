@@ -114,4 +114,5 @@ class User : private EditorWorld {
 
 }  // namespace
 
-FUZZ_TARGET(input) { User(input).doAll(); }
+/// What many deeds break, a few hundred do; and shorter runs are more runs.
+FUZZ_TARGET(input) { User(input.substr(0, 300)).doAll(); }

@@ -6,6 +6,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <csignal>
@@ -65,9 +66,9 @@ class File {
 /// How the names begin of the files that this machine's processes write before they take another's
 /// place; the number of the process follows. Machines that share a folder have names of their own.
 std::string temporaryPrefix() {
-    std::string host(HOST_NAME_MAX, '\0');
-    ::gethostname(host.data(), host.size());
-    return ".new-" + std::string(host.c_str()) + "-";
+    std::array<char, HOST_NAME_MAX + 1> host{};
+    ::gethostname(host.data(), HOST_NAME_MAX);
+    return ".new-" + std::string(host.data()) + "-";
 }
 
 /// A name that no other file has. Not made from the target's: that may be as long as names can be.
