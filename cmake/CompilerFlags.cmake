@@ -14,6 +14,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(project_flags INTERFACE -Wno-restrict)
 endif()
 
+if(FUZZ)
+  target_compile_options(project_flags INTERFACE -fsanitize=fuzzer-no-link)
+endif()
+
 if(SANITIZE)
   target_compile_options(project_flags INTERFACE -fsanitize=address,undefined
                                                  -fno-sanitize-recover=all -fno-omit-frame-pointer)

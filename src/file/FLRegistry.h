@@ -19,12 +19,13 @@ class FLRegistry {
     virtual ~FLRegistry() = default;
 
     /// Stores a text under a name, in a key ("Software\Company\Product") that is made when it is
-    /// not there. A failure is passed over: the user may lack the right to write there.
+    /// not there. May fail in any way, as the user may lack the right to write there: who saves
+    /// passes that over.
     virtual void SetRegValue(RegistryRoot root, const std::string& subKey,
                              const std::string& valueName, const std::string& text) = 0;
 };
 
 /// On Windows the registry itself. Elsewhere a small settings file below `settingsFolder`: the
 /// key "Software\Company\Product" is the file Company/Product.conf, and its one value the line
-/// "ConfigFile=/home/ann/house.xml".
+/// "ConfigFile=/home/ann/house.xml". A text with control characters is left out.
 std::unique_ptr<FLRegistry> systemRegistry(Disk& disk, const std::string& settingsFolder);

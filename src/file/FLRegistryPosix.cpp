@@ -4,7 +4,6 @@
 
 #include "file/Disk.h"
 #include "file/FLRegistry.h"
-#include "model/RunTimeError.h"
 
 namespace {
 
@@ -14,16 +13,16 @@ class SettingsFile : public FLRegistry {
 
     void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
                      const std::string& text) override {
-        try {
-            const std::string path = pathFor(subKey);
-            disk_.createFolders(path.substr(0, path.rfind('/')));
-            disk_.replace(path, valueName + "=" + text + "\n");
-        } catch (const RunTimeError&) {
-            // Passed over, as the interface says.
-        }
+        // No line could say it: readers know no escapes.
+        if (std::ranges::any_of(text, isControl)) return;
+        const std::string path = pathFor(subKey);
+        disk_.createFolders(path.substr(0, path.rfind('/')));
+        disk_.replace(path, valueName + "=" + text + "\n");
     }
 
  private:
+    static bool isControl(char c) { return (c >= 0 && c < ' ') || c == 0x7F; }
+
     std::string pathFor(std::string subKey) const {
         std::ranges::replace(subKey, '\\', '/');
         const std::string_view software = "Software/";

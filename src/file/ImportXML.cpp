@@ -207,7 +207,7 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
     bool isConfiguration = false;
     const BusyPointer busy(desktop);
     const bool finished = reportErrors(desktop, "ImportXML", [&] {
-        const XmlDocument file(disk.read(path));
+        const XmlDocument file(disk, path);
         isConfiguration = file.root().name() == "QUONEIBCFG";
         if (!isConfiguration) return desktop.showMessage("The configuration file is not valid.");
         // Before anything is made of the file.

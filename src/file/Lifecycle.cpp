@@ -53,6 +53,7 @@ void Lifecycle::mnuOpenCfg_Click() {
         // leave an empty one that asks to be saved over the file just chosen.
         document_.open = false;
         document_.startAt(path);
+        noteFile(path);
         window_.loadingStarted();
         const bool read =
             ImportXML(path, document_, disk_, desktop_, [&] { window_.itemLoaded(); });
@@ -111,6 +112,10 @@ Lifecycle::SaveOutcome Lifecycle::save() {
             return;
         }
         const std::string path = document_.currentPath();
+        if (!mayReplace(path)) {
+            outcome = SaveOutcome::declined;
+            return;
+        }
         const Answer answer =
             disk_.exists(path)
                 ? desktop_.askYesNoCancel("File " + path + " already existing. Overwrite?")
@@ -137,6 +142,10 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
         try {
             const std::string path = desktop_.chooseFileToSave(
                 "Save configuration", configurationFiles, proposedBeside(document_.currentPath()));
+            if (!mayReplace(path)) {
+                outcome = SaveOutcome::declined;
+                return;
+            }
             document_.tree().setText(document_.tree().nodeAt(Document::rootKey), path);
             outcome = write(path);
         } catch (const RunTimeError& error) {
@@ -147,13 +156,34 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
     return outcome;
 }
 
-/// The part of both save commands that writes: file, registry record, saved flag.
+void Lifecycle::noteFile(const std::string& path) {
+    lastPath_ = path;
+    lastStamp_ = disk_.stampOf(path);
+}
+
+/// Asks when another program has changed the file since it was read or written here. One that was
+/// removed meanwhile is in nobody's way.
+bool Lifecycle::mayReplace(const std::string& path) {
+    if (path != lastPath_) return true;
+    const auto stamp = disk_.stampOf(path);
+    return !stamp || stamp == lastStamp_ ||
+           desktop_.askYesNo("File " + path +
+                             " was changed by another program since it was last read or saved "
+                             "here. Go on with saving?");
+}
+
+/// The part of both save commands that writes: file, saved flag, registry record.
 Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
     if (!CreateXML(path, document_, disk_, desktop_)) return SaveOutcome::failed;
+    noteFile(path);
+    document_.saved = true;
     const std::string subKey =
         "Software\\" + std::string(companyName) + "\\" + std::string(productName);
-    registry_.SetRegValue(RegistryRoot::localMachine, subKey, "ConfigFile", path);
-    document_.saved = true;
+    try {
+        registry_.SetRegValue(RegistryRoot::localMachine, subKey, "ConfigFile", path);
+    } catch (...) {
+        // The file is saved, with or without the record.
+    }
     return SaveOutcome::saved;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "desktop/Desktop.h"
@@ -76,6 +77,8 @@ class Lifecycle {
     SaveOutcome save();
     SaveOutcome saveAs();
     SaveOutcome write(const std::string& path);
+    void noteFile(const std::string& path);
+    bool mayReplace(const std::string& path);
     bool leave(const char* routine);
     bool unsaved() const { return document_.open && !document_.saved; }
 
@@ -84,4 +87,7 @@ class Lifecycle {
     Disk& disk_;
     FLRegistry& registry_;
     LifecycleWindow& window_;
+    /// The file that was read or written last, as it was then.
+    std::string lastPath_;
+    std::optional<FileStamp> lastStamp_;
 };

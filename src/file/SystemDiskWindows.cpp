@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <random>
 #include <system_error>
+#include <vector>
 
 #include "file/Disk.h"
 #include "model/RunTimeError.h"
@@ -87,28 +88,41 @@ class WindowsDisk : public Disk {
         return ::GetFileAttributesW(pathOf(path).c_str()) != INVALID_FILE_ATTRIBUTES;
     }
 
+    std::optional<FileStamp> stampOf(const std::string& path) override {
+        WIN32_FILE_ATTRIBUTE_DATA data{};
+        if (::GetFileAttributesExW(followLinks(pathOf(path)).c_str(), GetFileExInfoStandard,
+                                   &data) == 0) {
+            return std::nullopt;
+        }
+        const auto joined = [](std::uint64_t high, std::uint64_t low) { return high << 32U | low; };
+        const FILETIME time = data.ftLastWriteTime;
+        return FileStamp{
+            joined(data.nFileSizeHigh, data.nFileSizeLow),
+            static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime))};
+    }
+
     void requireReadable(const std::string& path) override {
         const File file(pathOf(path), GENERIC_READ, OPEN_EXISTING);
     }
 
-    std::string read(const std::string& path) override {
+    void readPieces(const std::string& path,
+                    const std::function<void(std::string_view)>& take) override {
         const File file(pathOf(path), GENERIC_READ, OPEN_EXISTING);
         LARGE_INTEGER size{};
         if (::GetFileSizeEx(file.handle(), &size) == 0) throw errorFor(::GetLastError());
-        std::string bytes(static_cast<std::size_t>(size.QuadPart), '\0');
-        std::size_t length = 0;
-        while (length < bytes.size()) {
+        if (static_cast<std::uint64_t>(size.QuadPart) > mostBytesRead) {
+            throw RunTimeError(ErrorNumber::outOfMemory);
+        }
+        std::vector<char> piece(std::size_t{256} * 1024);
+        for (;;) {
             DWORD got = 0;
-            const auto piece =
-                static_cast<DWORD>(std::min<std::size_t>(bytes.size() - length, mostBytesAtOnce));
-            if (::ReadFile(file.handle(), bytes.data() + length, piece, &got, nullptr) == 0) {
+            if (::ReadFile(file.handle(), piece.data(), static_cast<DWORD>(piece.size()), &got,
+                           nullptr) == 0) {
                 throw errorFor(::GetLastError());
             }
-            if (got == 0) break;
-            length += got;
+            if (got == 0) return;
+            take({piece.data(), got});
         }
-        bytes.resize(length);
-        return bytes;
     }
 
     void replace(const std::string& path, std::string_view bytes) override {

@@ -2,7 +2,9 @@
 
 #include <expat.h>
 
-#include <climits>
+#include <exception>
+#include <iterator>
+#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -26,18 +28,30 @@ class Builder {
         XML_SetCharacterDataHandler(parser_.get(), characterData);
         XML_SetEntityDeclHandler(parser_.get(), entityDeclared);
         XML_SetNotStandaloneHandler(parser_.get(), notStandalone);
+        XML_SetUnknownEncodingHandler(parser_.get(), unknownEncoding, this);
     }
 
-    void parse(std::string_view bytes) {
-        // Expat counts in int, and no offset into the text, twice as long at most, outgrows 32
-        // bits then.
-        if (bytes.size() > INT_MAX) throw RunTimeError(ErrorNumber::outOfMemory);
-        elements_.text.reserve(bytes.size());
-        elements_.labels.reserve(bytes.size());
-        if (XML_Parse(parser_.get(), bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) ==
-            XML_STATUS_OK) {
-            return;
+    /// Takes the next piece of the text.
+    void parse(std::string_view piece) {
+        // Expat counts in int.
+        if (piece.size() > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
+        feed(piece, XML_FALSE);
+        // Pieces of the text are named by 32 bits. A file is not so large, but a character of it
+        // may become three bytes.
+        constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+        if (elements_.text.size() > most || elements_.labels.size() > most) {
+            throw RunTimeError(ErrorNumber::outOfMemory);
         }
+    }
+
+    void finish() { feed({}, XML_TRUE); }
+
+ private:
+    void feed(std::string_view piece, int isLast) {
+        const auto status =
+            XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()), isLast);
+        if (failure_ != nullptr) std::rethrow_exception(failure_);
+        if (status == XML_STATUS_OK) return;
         const auto code = XML_GetErrorCode(parser_.get());
         if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
         const char* reason = refusal_ != nullptr ? refusal_ : XML_ErrorString(code);
@@ -46,12 +60,23 @@ class Builder {
             "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
     }
 
- private:
     /// An element that has begun and not ended yet.
     struct Open {
         std::uint32_t place;
         std::uint32_t lastChild = 0;
     };
+
+    /// No exception may pass through Expat, which is C: it stops, and feed() lets it go on.
+    template <typename Event>
+    void guard(const Event& event) {
+        if (failure_ != nullptr) return;  // Expat may tell what was under way
+        try {
+            event(*this);
+        } catch (...) {
+            failure_ = std::current_exception();
+            XML_StopParser(parser_.get(), XML_FALSE);
+        }
+    }
 
     void refuse(const char* reason) {
         refusal_ = reason;
@@ -62,13 +87,32 @@ class Builder {
 
     static void XMLCALL startElement(void* userData, const XML_Char* name,
                                      const XML_Char** attributes) {
-        of(userData).start(name, attributes);
+        of(userData).guard([&](Builder& builder) { builder.start(name, attributes); });
     }
 
-    static void XMLCALL endElement(void* userData, const XML_Char* /*name*/) { of(userData).end(); }
+    static void XMLCALL endElement(void* userData, const XML_Char* /*name*/) {
+        of(userData).guard([](Builder& builder) { builder.end(); });
+    }
 
     static void XMLCALL characterData(void* userData, const XML_Char* data, int length) {
-        of(userData).elements_.text.append(data, static_cast<std::size_t>(length));
+        of(userData).guard([&](Builder& builder) {
+            builder.elements_.text.append(data, static_cast<std::size_t>(length));
+        });
+    }
+
+    /// Expat itself does not know Windows-1252.
+    static int XMLCALL unknownEncoding(void* userData, const XML_Char* name,
+                                       XML_Encoding* encoding) {
+        if (!equalIgnoringCase(name, "windows-1252")) return XML_STATUS_ERROR;
+        of(userData).guard([&](Builder& /*builder*/) {
+            for (std::size_t byte = 0; byte < std::size(encoding->map); ++byte) {
+                const std::string character =
+                    fromWindows1252(std::string(1, static_cast<char>(byte)));
+                std::size_t position = 0;
+                encoding->map[byte] = static_cast<int>(nextCharacter(character, position));
+            }
+        });
+        return XML_STATUS_OK;
     }
 
     static void XMLCALL entityDeclared(void* userData, const XML_Char* /*name*/, int /*parameter*/,
@@ -147,8 +191,19 @@ class Builder {
     std::vector<Open> open_;
     std::size_t lastTag_ = 0;  // length of the text at the last tag
     const char* refusal_ = nullptr;
+    std::exception_ptr failure_;
 };
 
 }  // namespace
 
-XmlDocument::XmlDocument(std::string_view bytes) { Builder(elements_).parse(bytes); }
+XmlDocument::XmlDocument(Disk& disk, const std::string& path) {
+    Builder builder(elements_);
+    disk.readPieces(path, [&](std::string_view piece) { builder.parse(piece); });
+    builder.finish();
+}
+
+XmlDocument::XmlDocument(std::string_view bytes) {
+    Builder builder(elements_);
+    builder.parse(bytes);
+    builder.finish();
+}

@@ -1,6 +1,5 @@
 #include "import/EtsImport.h"
 
-#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -12,12 +11,6 @@ namespace {
 
 const FileFilter exportFiles{"ESF files ", "*.esf"};
 
-std::string decode(std::string_view bytes) {
-    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
-    if (bytes.starts_with(utf8Mark)) return std::string(bytes.substr(utf8Mark.size()));
-    return fromWindows1252(bytes);
-}
-
 /// The text up to the next separator, which is taken off `rest` with it.
 std::string_view takeUntil(std::string_view& rest, std::string_view separator) {
     const auto end = rest.find(separator);
@@ -26,9 +19,10 @@ std::string_view takeUntil(std::string_view& rest, std::string_view separator) {
     return piece;
 }
 
+/// The first three fields of a line: no others are read.
 std::vector<std::string> fieldsOf(std::string_view line) {
     std::vector<std::string> fields;
-    for (bool more = true; more;) {
+    for (bool more = true; more && fields.size() < 3;) {
         more = line.find('\t') != std::string_view::npos;
         fields.emplace_back(takeUntil(line, "\t"));
     }
@@ -68,14 +62,13 @@ std::string configurationPathFor(std::string path) {
 }  // namespace
 
 void addEtsRecords(Document& document, std::string_view bytes) {
-    const std::string text = decode(bytes);
-    const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n'));
-    document.items().reserve(lines);
-    document.tree().reserve(lines);
-    std::string_view rest = text;
-    while (!rest.empty()) {
-        const std::string_view line = takeUntil(rest, "\r\n");
-        if (line.find('\t') != std::string_view::npos) addRecord(document, line);
+    constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
+    const bool isUtf8 = bytes.starts_with(utf8Mark);
+    if (isUtf8) bytes.remove_prefix(utf8Mark.size());
+    while (!bytes.empty()) {
+        const std::string_view line = takeUntil(bytes, "\r\n");
+        if (line.find('\t') == std::string_view::npos) continue;
+        addRecord(document, isUtf8 ? std::string(line) : fromWindows1252(line));
     }
 }
 

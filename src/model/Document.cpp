@@ -1,6 +1,9 @@
 #include "model/Document.h"
 
 #include <utility>
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
 
 #include "model/Generale.h"
 #include "model/RunTimeError.h"
@@ -83,6 +86,10 @@ void Document::clear() {
     devices_.clear();
     items_.clear();
     branches_.clear();
+#ifdef __GLIBC__
+    // Its heap keeps what is freed below the last block in use: all of a large configuration.
+    ::malloc_trim(0);
+#endif
 }
 
 void Document::startAt(std::string path) {

@@ -93,7 +93,7 @@ class Document {
     /// Takes a device's node with all below it out of the tree; all their records stay.
     void leave(Node& device) { tree_.moveTo(left_, device); }
 
-    /// Empties the tree and the registries.
+    /// Empties the tree and the registries, and gives their memory back to the system.
     void clear();
 
     /// Empties the tree and the registries and adds the root for the file at `path`, visible and

@@ -70,8 +70,9 @@ class KeyedSet {
         return taken;
     }
 
+    /// Gives the table's memory back too.
     void clear() {
-        slots_.clear();
+        slots_ = std::vector<Slot>();
         size_ = 0;
     }
 

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr std::string_view blanks = " \t";
+constexpr std::string_view blanks = " \t\r\n";
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 

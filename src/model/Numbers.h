@@ -5,12 +5,14 @@
 #include <string>
 #include <string_view>
 
-/// The number at the beginning of the text: blanks, a sign, digits, a decimal point (always "."),
-/// an exponent. Reading stops at the first character that cannot continue it: "250ms" is 250,
-/// "abc" and "" are 0. Never "inf" or "nan" by name; a number too large for a double is infinite.
+/// The number at the beginning of the text: blanks, tabs and line ends, a sign, digits, a decimal
+/// point (always "."), an exponent. Reading stops at the first character that cannot continue it:
+/// "250ms" is 250, "abc" and "" are 0. Never "inf" or "nan" by name; a number too large for a
+/// double is infinite.
 double leadingNumber(std::string_view text);
 
-/// True when the whole text is a number of that form, with nothing but blanks around it.
+/// True when the whole text is a number of that form, with nothing but blanks, tabs and line ends
+/// around it.
 bool isNumber(std::string_view text);
 
 /// The number in plain decimal: "11", "-3", "2.5".

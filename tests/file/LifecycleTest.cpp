@@ -53,10 +53,15 @@ TEST(Lifecycle, AsksAndSavesAndStopsAsTheUserSays) {
     const std::string badOpen = "ShowDialSave Error n. 75  Path/File access error";
     const std::string badSave = " Error n. 75  Path/File access error in mnuSaveAs_Click";
     const std::string untouched = "Plant[Light1], unsaved";
+    const std::string nowSaved = "Plant[Light1], saved";
     const std::string wroteHouse = ", wrote house, recorded house";
     const std::string wroteOther = ", wrote other, recorded other";
 
-    enum Fault { none, noChoice, chooserFails, readFails, writeFails };
+    const std::string changed = "File " + house +
+                                " was changed by another program since it was last read or saved "
+                                "here. Go on with saving?";
+
+    enum Fault { none, noChoice, chooserFails, readFails, writeFails, recordFails, otherProgram };
     const struct {
         std::string command;
         std::vector<Answer> answers;
@@ -90,13 +95,17 @@ TEST(Lifecycle, AsksAndSavesAndStopsAsTheUserSays) {
         {"mnuCloseCfg", {yes, cancel}, none, {close, overwrite}, untouched},
         {"mnuCloseCfg", {yes, yes}, writeFails, {close, overwrite, diskFull}, untouched},
 
-        {"mnuSaveCfg", {yes}, none, {overwrite, saved}, "Plant[Light1], saved" + wroteHouse},
-        {"mnuSaveCfg", {no}, none, {overwrite}, "Plant[Light1], saved" + wroteOther},
+        {"mnuSaveCfg", {yes}, none, {overwrite, saved}, nowSaved + wroteHouse},
+        {"mnuSaveCfg", {no}, none, {overwrite}, nowSaved + wroteOther},
         {"mnuSaveCfg", {no}, noChoice, {overwrite}, untouched},
         {"mnuSaveCfg", {no}, chooserFails, {overwrite, badSave}, untouched},
         {"mnuSaveCfg", {cancel}, none, {overwrite}, untouched},
         {"mnuSaveCfg", {yes}, writeFails, {overwrite, diskFull}, untouched},
-        {"mnuSaveAs", {}, none, {}, "Plant[Light1], saved" + wroteOther},
+        {"mnuSaveCfg", {yes}, recordFails, {overwrite, saved}, "Plant[Light1], saved, wrote house"},
+        {"mnuSaveCfg", {no}, otherProgram, {changed}, untouched},
+        {"mnuSaveCfg", {yes, cancel}, otherProgram, {changed, overwrite}, untouched},
+        {"mnuSaveAs", {}, otherProgram, {}, nowSaved + wroteOther},
+        {"mnuSaveAs", {}, none, {}, nowSaved + wroteOther},
         {"mnuSaveAs", {}, noChoice, {}, untouched},
         {"mnuSaveAs", {}, chooserFails, {badSave}, untouched},
         {"mnuSaveAs", {}, writeFails, {diskFull}, untouched},
@@ -129,6 +138,9 @@ TEST(Lifecycle, AsksAndSavesAndStopsAsTheUserSays) {
         if (fault == chooserFails) world.desktop.chooserFault = ErrorNumber::pathFileAccessError;
         if (fault == readFails) world.disk.readFault = ErrorNumber::permissionDenied;
         if (fault == writeFails) world.disk.writeFault = ErrorNumber::diskFull;
+
+        world.registry.fails = fault == recordFails;
+        if (fault == otherProgram) ++world.disk.time;
 
         if (command == "Form_Unload") {
             EXPECT_EQ(world.editor.Form_Unload(), end != untouched);

@@ -3,11 +3,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <map>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -45,15 +47,26 @@ class FakeDisk : public Disk {
     /// When set, reading or replacing any file fails so.
     std::optional<ErrorNumber> readFault;
     std::optional<ErrorNumber> writeFault;
+    /// When all files were changed last: moved on by a test that plays another program.
+    std::int64_t time = 0;
 
     bool exists(const std::string& path) override { return files.contains(path); }
 
+    std::optional<FileStamp> stampOf(const std::string& path) override {
+        if (!files.contains(path)) return std::nullopt;
+        return FileStamp{0, time};
+    }
+
     void requireReadable(const std::string& path) override { read(path); }
 
-    std::string read(const std::string& path) override {
+    void readPieces(const std::string& path,
+                    const std::function<void(std::string_view)>& take) override {
         if (readFault) throw RunTimeError(*readFault);
         if (!files.contains(path)) throw RunTimeError(ErrorNumber::fileNotFound);
-        return files[path];
+        for (std::string_view rest = files[path]; !rest.empty();) {
+            take(rest.substr(0, 999));
+            rest.remove_prefix(std::min<std::size_t>(rest.size(), 999));
+        }
     }
 
     void replace(const std::string& path, std::string_view bytes) override {
@@ -69,9 +82,11 @@ class FakeRegistry : public FLRegistry {
  public:
     /// "subKey|valueName|text" of every call.
     std::vector<std::string> calls;
+    bool fails = false;
 
     void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
                      const std::string& text) override {
+        if (fails) throw std::runtime_error("no registry");
         calls.push_back(subKey + "|" + valueName + "|" + text);
     }
 };
