@@ -132,6 +132,14 @@ std::pair<std::string, std::string> cut(const std::string& text, const std::stri
     return {text.substr(0, place), text.substr(place + by.size())};
 }
 
+/// In stories "~" and "^" stand for a carriage return and a line feed: changed either way.
+std::string withLineEnds(std::string text) {
+    for (char& c : text)
+        if (const auto place = std::string_view("~\r^\n").find(c); place != std::string::npos)
+            c = "\r~\n^"[place];
+    return text;
+}
+
 /// The contents of a file with this outline, which is read up to the "]" that ends them.
 std::string contentsFrom(std::string_view& outline, bool areDevices) {
     std::string xml;
@@ -227,13 +235,17 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         } else if (verb == "leave") {
             editor.activeControl = frmEditing::ActiveControl::none;
         } else if (verb == "clipboard") {
-            desktop.clipboard.clear();
-            for (const char c : what)
-                desktop.clipboard += c == '~' ? '\r' : c == '^' ? '\n' : c;
+            desktop.clipboard = withLineEnds(what);
         } else if (verb == "search") {
             play(*forms.find);
         } else if (verb == "toolbar") {
             editor.Toolbar1_ButtonClick(what);
+        } else if (verb == "menus") {
+            for (const Command& command : commandTable())
+                write("    " + std::string(command.name) + " " + std::string(command.caption) +
+                      "|" + std::string(command.shortcut) + "|" + std::string(command.toolbarKey) +
+                      "|" + std::to_string(command.toolbarPlace) + "|" +
+                      std::string(command.tooltip) + "|" + std::string(command.picture));
         } else if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
@@ -290,7 +302,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"next device", number(document.deviceCounter)},
             {"next branch", number(document.branchCounter)},
             {"next item", number(document.itemCounter)},
-            {"clipboard", desktop.clipboard},
+            {"clipboard", withLineEnds(desktop.clipboard)},
             {"search", forms.find == nullptr ? "" : "shown"},
             {"pointer", desktop.pointer == Pointer::normal ? "" : "busy"},
             {"ended", applicationEnded ? number(exitStatus) : ""}};

@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "file/XmlParser.h"
 #include "model/RunTimeError.h"
 
 namespace {
@@ -27,20 +26,10 @@ TEST(ItemRecord, GetsTypeAndSizeFromTheExportedSizeText) {
         EXPECT_THROW(import(noBytes), RunTimeError) << noBytes;
 }
 
-TEST(ItemRecord, TakesOfDoubledFieldsTheFirst) {
-    const auto fields = [](const std::string& value) {
-        std::string xml;
-        for (const std::string name :
-             {"name", "comment", "address", "eistype", "flag", "accessrights", "elements"})
-            xml.append("<" + name + ">").append(value).append("</" + name + ">");
-        return xml;
-    };
-    const XmlDocument document("<tags><tag>" + fields("1") + fields("2") + "</tag></tags>");
+TEST(ItemRecord, HasAnExportedNameOfLettersAndDigitsOnly) {
     clsItem item;
-    item.SetByXml(document.root().firstChild(), "Plant");
-    EXPECT_EQ(item.sKey, "Plant.1");
-    EXPECT_EQ(item.GetXmlTag(0).find('2'), std::string::npos);
-    EXPECT_EQ(item.nElements, 1);
+    EXPECT_EQ(item.SetByEts({"A.B Z.1/1/1", "azAZ09 /:@[`{-\u00E9\x80", "EIS 1"}), "B_Z");
+    EXPECT_EQ(item.sKey, "B_Z.azAZ09__________");
 }
 
 }  // namespace
