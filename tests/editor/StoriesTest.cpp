@@ -31,13 +31,13 @@ Part field(const Label& label, TextBox& box) {
             [&](const std::string& text) { box.text = text; }};
 }
 Part field(const Label& label, ComboBox& box) {
-    return {label.caption, [&] { return box.text; }, [&](const auto& text) { box.text = text; }};
-}
-Part choices(const ComboBox& box) {
-    std::string all;
-    for (const std::string& choice : box.list)
-        all += choice + " ";
-    return {"choices", [all] { return all; }, {}};
+    const auto shown = [&] {
+        std::string choices;
+        for (const std::string& choice : box.list)
+            choices += " " + choice;
+        return box.text + " {" + choices + " }";
+    };
+    return {label.caption, shown, [&](const std::string& text) { box.text = text; }};
 }
 template <typename Form>
 Part button(const Button& button, Form& form, void (Form::*click)()) {
@@ -69,9 +69,7 @@ Parts partsOf(frmItems& form) {
             field(form.Label1, form.txtComment),
             address,
             type,
-            choices(form.cmbDataType),
             field(form.Label6, form.cmbAccessRight),
-            choices(form.cmbAccessRight),
             field(form.lblElements, form.txtElements),
             flag,
             {"all these", frame, {}},
@@ -86,9 +84,7 @@ Parts partsOf(frmItems& form) {
 Parts partsOf(frmPLC& form) {
     return {field(form.Label6, form.txtName),
             field(form.lblIP, form.cmbPort),
-            choices(form.cmbPort),
             field(form.lblId, form.cmbEdiType),
-            choices(form.cmbEdiType),
             field(form.lblPassword, form.txtTimeout),
             button(form.cmdApply, form, &frmPLC::cmdApply_Click),
             button(form.cmdExit, form, &frmPLC::cmdExit_Click)};
@@ -101,10 +97,7 @@ Parts partsOf(frmBranch& form) {
 }
 
 Parts partsOf(frmSetts& form) {
-    return {field(form.lblPortName, form.cmbPort),
-            choices(form.cmbPort),
-            field(form.lblBaud, form.cmbEdiType),
-            choices(form.cmbEdiType),
+    return {field(form.lblPortName, form.cmbPort), field(form.lblBaud, form.cmbEdiType),
             field(form.lblTimeout, form.txtTimeout),
             button(form.cmdApply, form, &frmSetts::cmdApply_Click),
             button(form.cmdExit, form, &frmSetts::cmdExit_Click)};
@@ -200,9 +193,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
              std::tie(step, later) = cut(later, "; ")) {
             const auto [name, text] = cut(step, " = ");
             const auto place = std::ranges::find(parts, name, &Part::name) - parts.begin();
-            parts.at(static_cast<std::size_t>(place)).use(text);
+            const auto part = static_cast<std::size_t>(place);
+            parts.at(part).use(text);
             write("  - " + step);
-            if (!text.empty()) before[static_cast<std::size_t>(place)].second = text;
+            before[part].second = parts[part].shown();
             look(now(), before, "    ");
             if constexpr (requires { form.closed(); })
                 if (form.closed()) write("    closed");
@@ -212,9 +206,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     void act(const std::string& verb, const std::string& what) {
         ListView& list = editor.ListView1;
         std::istringstream words(what);
-        if (verb == "start") {
-            editor.Form_Load({1366, 768});
-        } else if (verb == "open") {
+        if (verb == "open") {
             std::string_view outline = what;
             open("/house.xml", configuration(contentsFrom(outline, true)));
         } else if (verb == "click") {
@@ -241,11 +233,12 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         } else if (verb == "toolbar") {
             editor.Toolbar1_ButtonClick(what);
         } else if (verb == "menus") {
-            for (const Command& command : commandTable())
-                write("    " + std::string(command.name) + " " + std::string(command.caption) +
-                      "|" + std::string(command.shortcut) + "|" + std::string(command.toolbarKey) +
-                      "|" + std::to_string(command.toolbarPlace) + "|" +
-                      std::string(command.tooltip) + "|" + std::string(command.picture));
+            for (const Command& it : commandTable()) {
+                std::string line = "    " + std::to_string(it.toolbarPlace);
+                for (const auto cell : {it.name, it.caption, it.shortcut, it.tooltip, it.picture})
+                    line.append("|").append(cell);
+                write(line);
+            }
         } else if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
