@@ -34,8 +34,6 @@ class List : public testing::Test {
 TEST_F(List, SortsAscendingByTheShownTextAndKeepsTheOrderOfEqualRows) {
     list.sortBy(1);
     EXPECT_EQ(keys(), "4213");
-    list.sortBy(1);
-    EXPECT_EQ(keys(), "4213") << "a second sort turns nothing round";
     list.sortBy(0);
     EXPECT_EQ(keys(), "4231");
     // Beyond the last column every text is empty; enough rows that a sort which mixes up equal

@@ -30,20 +30,15 @@ TEST(Text, CountsABrokenByteAsOneCharacter) {
     }
 }
 
-TEST(Text, HasCapitalsForTheLettersOfItsFiles) {
-    EXPECT_EQ(upperCase("Floor1_az{\u00E0\u00E4\u00FE\u0153\u0161\u017E"),
-              "FLOOR1_AZ{\u00C0\u00C4\u00DE\u0152\u0160\u017D");
-    EXPECT_EQ(upperCase("\u00DF\u00F7\u00FF\u00B5"), "\u00DF\u00F7\u00FF\u00B5");
-}
-
 TEST(Text, IsEqualIgnoringCaseOnlyWhenNothingElseDiffers) {
+    EXPECT_EQ(upperCase("\u00E0\u00FE\u0153\u0161\u017E\u00DF\u00F7\u00FF\u00B5"),
+              "\u00C0\u00DE\u0152\u0160\u017D\u00DF\u00F7\u00FF\u00B5");
     const struct {
         const char *a, *b;
         bool equal;
     } cases[] = {{"Plant.Floor1", "pLANT.fLOOR1", true},
-                 {"\u00C4\u00D6\u0161\u00DF", "\u00E4\u00F6\u0160\u00DF", true},
                  {"Plant", "Plan", false},
-                 {"azAZ.12@[`{z", "AZaz.12@[`{Z", true},
+                 {"azAZ.12@[`{z\u00C4", "AZaz.12@[`{Z\u00E4", true},
                  {"@[", "`{", false},
                  {"house@12", "house`12", false},
                  {"house[12", "house{12", false},

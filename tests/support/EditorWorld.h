@@ -153,7 +153,6 @@ class EditorWorld : private frmEditing::Window {
     frmEditing editor{document, desktop, forms, disk, registry};
     bool applicationEnded = false;
     int exitStatus = 0;
-    int timesTreeFocused = 0;
 
     /// The user opens a file of this text.
     void open(const std::string& path, const std::string& text) {
@@ -258,7 +257,7 @@ class EditorWorld : private frmEditing::Window {
 
  private:
     void formChanged() override {}
-    void focusTree() override { ++timesTreeFocused; }
+    void focusTree() override {}
     void endApplication(int status) override {
         applicationEnded = true;
         exitStatus = status;

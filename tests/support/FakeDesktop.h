@@ -39,7 +39,6 @@ class FakeDesktop : public Desktop {
     MessageIcon lastIcon = MessageIcon::none;
     std::string clipboard;
     Pointer pointer = Pointer::normal;
-    int timesBusy = 0;
 
     using Desktop::showMessage;
     void showMessage(const std::string& text, MessageIcon icon) override {
@@ -80,10 +79,7 @@ class FakeDesktop : public Desktop {
     std::string clipboardText() override { return clipboard; }
     void clearClipboard() override { clipboard.clear(); }
 
-    void setPointer(Pointer shape) override {
-        pointer = shape;
-        if (shape == Pointer::busy) ++timesBusy;
-    }
+    void setPointer(Pointer shape) override { pointer = shape; }
 
     void processPendingEvents() override { onPendingEvents(); }
 

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <functional>
 #include <tuple>
 
@@ -17,13 +16,13 @@
 
 class FakeForms : public Forms {
  public:
-    /// What the user does in the next form of that kind. A form that is shown without anybody
+    /// What the user does whenever a form of that kind is shown. One that is shown without anybody
     /// having said what to do fails the test.
     ///
     ///     forms.whenShown<frmPLC>([](frmPLC& form) { form.cmdApply_Click(); });
     template <typename Form>
     void whenShown(std::function<void(Form&)> user) {
-        std::get<Users<Form>>(users_).push_back(std::move(user));
+        std::get<std::function<void(Form&)>>(users_) = std::move(user);
     }
 
     int aboutShown = 0;
@@ -41,20 +40,13 @@ class FakeForms : public Forms {
 
  private:
     template <typename Form>
-    using Users = std::deque<std::function<void(Form&)>>;
-
-    template <typename Form>
     void playUser(Form& form) {
-        auto& users = std::get<Users<Form>>(users_);
-        if (users.empty()) {
-            ADD_FAILURE() << "Nobody said what to do in: " << Form::caption;
-            return;
-        }
-        const auto user = std::move(users.front());
-        users.pop_front();
-        user(form);
+        const auto user = std::get<std::function<void(Form&)>>(users_);  // who may name another
+        if (!user) ADD_FAILURE() << "Nobody said what to do in: " << Form::caption;
+        if (user) user(form);
     }
 
-    std::tuple<Users<frmItems>, Users<frmPLC>, Users<frmBranch>, Users<frmSetts>, Users<frmReplace>>
-        users_;
+    template <typename... Form>
+    using Users = std::tuple<std::function<void(Form&)>...>;
+    Users<frmItems, frmPLC, frmBranch, frmSetts, frmReplace> users_;
 };
