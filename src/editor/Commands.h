@@ -5,8 +5,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
+
+#include "model/ListView.h"
 
 class frmEditing;
 
@@ -33,6 +36,9 @@ enum class CommandGroup : std::uint8_t {
 };
 inline constexpr std::size_t commandGroupCount = 14;
 
+/// The views whose context menus offer a command too.
+enum class ContextMenus : std::uint8_t { none, list, both };
+
 /// One row of the table. Rows stand in the order of the menus: a top menu, then what it holds.
 struct Command {
     enum class Kind : std::uint8_t { menu, entry, separator };
@@ -46,6 +52,8 @@ struct Command {
     int toolbarPlace = -1;             ///< place of the button, from 0
     std::string_view tooltip = {};
     std::string_view picture = {};  ///< key of the button's picture
+    ContextMenus contextMenus = ContextMenus::none;
+    std::optional<ListView::View> view = {};  ///< what the command shows the list as
     /// What choosing the command does; null when it does nothing.
     void (frmEditing::*handler)() = nullptr;
 };

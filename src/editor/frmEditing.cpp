@@ -12,6 +12,7 @@
 #include "model/Product.h"
 #include "model/Reporting.h"
 #include "model/RunTimeError.h"
+#include "model/Text.h"
 
 namespace {
 
@@ -29,6 +30,15 @@ const std::vector<ListView::Column> itemColumns = [] {
     columns.push_back({"Index", 0.3});
     return columns;
 }();
+
+bool endsWith(std::string_view path, std::string_view ending) {
+    return path.size() >= ending.size() &&
+           equalIgnoringCase(path.substr(path.size() - ending.size()), ending);
+}
+
+bool isConfiguration(std::string_view path) { return endsWith(path, ".xml"); }
+
+bool isExport(std::string_view path) { return endsWith(path, ".esf"); }
 
 int fractionOf(double fraction, int whole) {
     return static_cast<int>(std::lround(fraction * whole));
@@ -121,6 +131,12 @@ void frmEditing::listItem(const Node& node) {
     document_.itemAt(node)->AddToListView(ListView1, false, desktop_);
 }
 
+/// What comes is another configuration, whose lists nobody has sorted yet.
+void frmEditing::clearList() {
+    ListView1.clearRows();
+    ListView1.stopSorting();
+}
+
 void frmEditing::listDevices() {
     const ListView::Update update(ListView1);
     ListView1.clearRows();
@@ -142,12 +158,44 @@ void frmEditing::TreeView1_DblClick() {
     });
 }
 
+bool frmEditing::hasProperties(ActiveControl view) const {
+    if (view == ActiveControl::list) return ListView1.selectedRow() != nullptr;
+    const Node* node = document_.tree().selected();
+    return node != nullptr && node->kind() != NodeKind::config;
+}
+
+bool frmEditing::acceptsFile(std::string_view path) const {
+    return isEnabled(commandNamed("mnuOpenCfg")) && (isConfiguration(path) || isExport(path));
+}
+
+void frmEditing::dropFile(const std::string& path) {
+    if (!acceptsFile(path)) return;
+    if (isExport(path)) {
+        import_.mnuImpCfg_Click(path);
+    } else {
+        lifecycle_.mnuOpenCfg_Click(path);
+    }
+}
+
+/// Shows in the list, in place, what a dialog has made of the selected node, which had that key.
+void frmEditing::showChange(const std::string& oldKey) {
+    const Node& node = selectedNode(document_);
+    ListView1.rekeyRows(oldKey, node.key());
+    if (node.kind() != NodeKind::item || !ListView1.findRow(node.key())) return;
+    ListView shown;
+    const bool withIndex = ListView1.columns().size() == itemColumns.size();
+    document_.itemAt(node)->AddToListView(shown, withIndex, desktop_);
+    ListView1.replaceRow(shown.rows().front());
+}
+
 void frmEditing::changeBranch(const Node& node) {
+    const std::string oldKey = node.key();
     document_.branchDialog.modify = true;
     frmBranch form(document_, desktop_, document_.branches().at(node.key()));
     form.Form_Load();
     form.txtBranchName.text = node.text();
     forms_.showModal(form);
+    showChange(oldKey);
 }
 
 void frmEditing::changeDevice(const Node& node) {
@@ -159,10 +207,12 @@ void frmEditing::changeDevice(const Node& node) {
 }
 
 void frmEditing::changeItem(const Node& node) {
+    const std::string oldKey = node.key();
     document_.itemDialog.modify = true;
     frmItems form(document_, desktop_, document_.itemAt(node));
     form.Form_Load();
     forms_.showModal(form);
+    showChange(oldKey);
 }
 
 void frmEditing::ListView1_Click() {
@@ -254,8 +304,14 @@ void frmEditing::mnuAddItem_Click() {
         document_.itemDialog = {};
         frmItems form(document_, desktop_);
         form.Form_Load();
+        const bool wasEmpty = selectedNode(document_).children().empty();
         forms_.showModal(form);
-        TreeView1_NodeClick(selectedNode(document_));
+        Node& container = selectedNode(document_);
+        // A node opens for the first that it holds.
+        if (wasEmpty && !container.children().empty()) {
+            document_.tree().ensureVisible(*container.children().front());
+        }
+        TreeView1_NodeClick(container);
     });
 }
 
@@ -322,7 +378,7 @@ void frmEditing::InitObjects() {
     reportErrors(desktop_, "InitObjects", [&] {
         showViews({.visible = false, .enabled = false});
         document_.tree().clear();
-        ListView1.clearRows();
+        clearList();
         copyPaste_.reset();
     });
 }

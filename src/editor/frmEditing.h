@@ -110,8 +110,16 @@ class frmEditing final : public LifecycleWindow {
     void ListView1_Click();
     void ListView1_DblClick();
     void ListView1_ColumnClick(std::size_t column);
+    /// Whether what is selected in a view has properties, which its double click opens.
+    bool hasProperties(ActiveControl view) const;
     /// A drag within the tree.
     TreeDrag& treeDrag() { return drag_; }
+
+    /// Whether there is something to do with a file that was dropped on the window: it can be
+    /// opened, or imported.
+    bool acceptsFile(std::string_view path) const;
+    /// Opens or imports it, by the ending of its name, as if it had been chosen.
+    void dropFile(const std::string& path);
 
     // The commands.
     void mnuNewCfg_Click() { lifecycle_.mnuNewCfg_Click(); }
@@ -154,7 +162,7 @@ class frmEditing final : public LifecycleWindow {
     void loadingEnded() override;
     void configurationOpened() override;
     void configurationClosed() override;
-    void clearList() override { ListView1.clearRows(); }
+    void clearList() override;
     void listDevices() override;
     void endApplication() override;
 
@@ -162,6 +170,7 @@ class frmEditing final : public LifecycleWindow {
     void selectContainer();
     void showNewDevice();
     void showNewBranch();
+    void showChange(const std::string& oldKey);
     void changeDevice(const Node& node);
     void changeBranch(const Node& node);
     void changeItem(const Node& node);

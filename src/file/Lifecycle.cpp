@@ -40,10 +40,10 @@ void Lifecycle::mnuNewCfg_Click() {
     });
 }
 
-void Lifecycle::mnuOpenCfg_Click() {
+void Lifecycle::mnuOpenCfg_Click(const std::string& given) {
     reportErrors(desktop_, "mnuOpenCfg_Click", [&] {
         if (!saveFirst()) return;
-        const std::string path = ShowDialSave();
+        const std::string path = given.empty() ? ShowDialSave() : given;
         if (path.empty()) return;
         // A file that cannot even be read costs the user nothing: what is open stays open.
         if (!reportErrors(desktop_, "ImportXML", [&] { disk_.requireReadable(path); })) return;

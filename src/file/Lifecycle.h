@@ -50,7 +50,8 @@ class Lifecycle {
           window_(window) {}
 
     void mnuNewCfg_Click();
-    void mnuOpenCfg_Click();
+    /// Asks for the file, unless it is given.
+    void mnuOpenCfg_Click(const std::string& given = {});
     void mnuSaveCfg_Click();
     void mnuSaveAs_Click();
     void mnuCloseCfg_Click();

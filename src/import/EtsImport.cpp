@@ -82,11 +82,11 @@ bool EtsImport::ShowDialImport(std::string& path) {
     });
 }
 
-void EtsImport::mnuImpCfg_Click() {
+void EtsImport::mnuImpCfg_Click(const std::string& given) {
     reportErrors(desktop_, "mnuImpCfg_Click", [&] {
         if (!lifecycle_.saveFirst()) return;
-        std::string path;
-        if (!ShowDialImport(path) || path.empty()) return;
+        std::string path = given;
+        if (path.empty() && (!ShowDialImport(path) || path.empty())) return;
 
         const BusyPointer busy(desktop_);
         window_.clearList();

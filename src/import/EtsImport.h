@@ -27,8 +27,8 @@ class EtsImport {
 
     /// Replaces the open configuration with one made from a file that the user chooses. A file
     /// that cannot be imported whole leaves what was read before its fault, with flags, counters
-    /// and command state as they had been.
-    void mnuImpCfg_Click();
+    /// and command state as they had been. Asks for the file, unless it is given.
+    void mnuImpCfg_Click(const std::string& given = {});
 
     /// Asks for an export file. False, after telling the user, when the chooser failed; `path`
     /// stays empty when the user chose none.

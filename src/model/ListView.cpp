@@ -17,12 +17,21 @@ ListView::Update::Update(ListView& list) : list_(list) {
 }
 
 ListView::Update::~Update() {
-    if (--list_.updates_ == 0 && list_.listener_ != nullptr) list_.listener_->reset();
+    if (list_.updates_ == 1) list_.sortRows();
+    if (--list_.updates_ > 0) return;
+    const bool viewChanged = std::exchange(list_.viewChanged_, false);
+    if (list_.listener_ == nullptr) return;
+    list_.listener_->reset();
+    if (viewChanged) list_.listener_->viewChanged();
 }
 
 void ListView::setView(View view) {
     view_ = view;
-    if (listener_ != nullptr) listener_->viewChanged();
+    if (updates_ > 0) {
+        viewChanged_ = true;
+    } else if (listener_ != nullptr) {
+        listener_->viewChanged();
+    }
 }
 
 void ListView::setColumns(std::vector<Column> columns) {
@@ -71,6 +80,30 @@ void ListView::setSubItem(std::size_t row, std::size_t subItem, std::string text
     rows_.at(row).subItems.at(subItem) = std::move(text);
 }
 
+void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey) {
+    if (oldKey == newKey) return;
+    const Update update(*this);
+    rowOfKey_.clear();
+    for (Row& row : rows_) {
+        const bool isAt = std::string_view(row.key).starts_with(oldKey);
+        if (!isAt || (row.key.size() > oldKey.size() && row.key[oldKey.size()] != '.')) continue;
+        row.key.replace(0, oldKey.size(), newKey);
+    }
+    findRowsAnew();
+}
+
+void ListView::replaceRow(Row row) {
+    const auto place = findRow(row.key);
+    if (!place) return;
+    Row& shown = rows_[*place];
+    row.selected = shown.selected;
+    if (row == shown) return;
+    const Update update(*this);
+    rowOfKey_.erase(shown.key);
+    shown = std::move(row);
+    rowOfKey_.emplace(shown.key, *place);
+}
+
 const ListView::Row* ListView::selectedRow() const {
     if (!current_ || !rows_[*current_].selected) return nullptr;
     return &rows_[*current_];
@@ -78,12 +111,26 @@ const ListView::Row* ListView::selectedRow() const {
 
 void ListView::sortBy(std::size_t column) {
     const Update update(*this);
-    const std::string current = current_ ? rows_[*current_].key : std::string();
-    std::ranges::stable_sort(rows_, [column](const Row& a, const Row& b) {
+    sortColumn_ = column;
+}
+
+void ListView::sortRows() {
+    if (!sortColumn_) return;
+    const auto before = [column = *sortColumn_](const Row& a, const Row& b) {
         return alphabeticallyBefore(a.cell(column), b.cell(column));
-    });
+    };
+    // Most often a few were added to many in order: the many are not sorted once more.
+    const auto added = std::is_sorted_until(rows_.begin(), rows_.end(), before);
+    if (added == rows_.end()) return;
+    const std::string current = current_ ? rows_[*current_].key : std::string();
+    std::stable_sort(added, rows_.end(), before);
+    std::inplace_merge(rows_.begin(), added, rows_.end(), before);
+    findRowsAnew();
+    if (current_) current_ = findRow(current);
+}
+
+void ListView::findRowsAnew() {
     rowOfKey_.clear();
     for (std::size_t row = 0; row < rows_.size(); ++row)
         rowOfKey_.emplace(rows_[row].key, row);
-    if (current_) current_ = findRow(current);
 }

@@ -32,6 +32,8 @@ class ListView {
         std::string smallIcon;  ///< key of the small picture
         bool selected = false;
 
+        bool operator==(const Row&) const = default;
+
         /// The text in a column, counted from 0; empty beyond the last.
         const std::string& cell(std::size_t column) const;
     };
@@ -49,11 +51,12 @@ class ListView {
         virtual void reset() = 0;
         /// The columns are new, and with them their widths; told within a change of rows.
         virtual void columnsBuilt() = 0;
+        /// Never told within a change of rows, but after it.
         virtual void viewChanged() = 0;
     };
 
     /// Every change of columns and rows stands between an aboutToReset and a reset; all that
-    /// happens while an Update lives is one such change.
+    /// happens while an Update lives is one such change. At its end the rows are in their order.
     class Update {
      public:
         explicit Update(ListView& list);
@@ -90,7 +93,7 @@ class ListView {
     void addRow(Row row);
     /// The place of the row with that key, if there is one.
     std::optional<std::size_t> findRow(std::string_view key) const;
-    /// Sets the text in a column after the first of the last row.
+    /// Sets the text in a column after the first of the last row, within the update that added it.
     void setLastRowSubItem(std::size_t subItem, std::string text);
 
     /// Gives a row another key and text. Raises ErrorNumber::keyNotUnique when another row has the
@@ -98,6 +101,12 @@ class ListView {
     void renameRow(std::size_t row, const std::string& key, const std::string& text);
     /// Sets the text in a column after the first, counted from 0.
     void setSubItem(std::size_t row, std::size_t subItem, std::string text);
+    /// The row of the node that was keyed `oldKey`, and those of nodes below it, are keyed by
+    /// `newKey` in its place.
+    void rekeyRows(std::string_view oldKey, std::string_view newKey);
+    /// Shows a row in the place of the one with its key, selected or not as that was. Does nothing
+    /// when there is none.
+    void replaceRow(Row row);
 
     /// The view tells which rows the user has selected.
     void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }
@@ -107,10 +116,17 @@ class ListView {
     std::optional<std::size_t> currentRow() const { return current_; }
 
     /// Sorts the rows by the displayed texts of a column, always ascending; rows that show the
-    /// same text keep their order.
+    /// same text keep their order. Sorting stays switched on: whatever rows come or change, and
+    /// whatever columns, the column at that place counts.
     void sortBy(std::size_t column);
+    /// Rows that come from now on stay in the order in which they are added.
+    void stopSorting() { sortColumn_.reset(); }
+    std::optional<std::size_t> sortColumn() const { return sortColumn_; }
 
  private:
+    void sortRows();
+    void findRowsAnew();
+
     View view_ = View::report;
     std::vector<Column> columns_;
     std::deque<Row> rows_;
@@ -119,4 +135,6 @@ class ListView {
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
     int updates_ = 0;
+    bool viewChanged_ = false;  // within an update
+    std::optional<std::size_t> sortColumn_;
 };

@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QVBoxLayout>
 
 FindDialog::FindDialog(frmFind& form)
@@ -19,7 +20,11 @@ FindDialog::FindDialog(frmFind& form)
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(find);
-    buttons->addWidget(bind("cmdNext", form.cmdNext, [&form] { form.cmdNext_Click(); }));
+    auto* next = bind("cmdNext", form.cmdNext, [&form] { form.cmdNext_Click(); });
+    buttons->addWidget(next);
+    // In the main window too, as long as this dialog is open.
+    new QShortcut(
+        Qt::Key_F3, next, [next] { next->click(); }, Qt::ApplicationShortcut);
     buttons->addWidget(bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
     auto* column = new QVBoxLayout(this);
     column->addWidget(bind(form.lblName, 'T', text_));

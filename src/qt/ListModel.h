@@ -3,6 +3,9 @@
 
 #include <QAbstractTableModel>
 #include <QSize>
+#include <map>
+#include <string>
+#include <utility>
 
 #include "model/ListView.h"
 
@@ -29,12 +32,19 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     void viewModeChanged();
 
  private:
+    std::string faultOf(int row, int column) const;
+
     void aboutToReset() override { beginResetModel(); }
-    void reset() override { endResetModel(); }
+    void reset() override {
+        faults_.clear();
+        endResetModel();
+    }
     void columnsBuilt() override { Q_EMIT columnsRebuilt(); }
     void viewChanged() override { Q_EMIT viewModeChanged(); }
 
     ListView& list_;
     bool largeIcons_ = false;
     QSize cellSize_;
+    // Of the longest texts, by row and column: they are asked for at every stroke of the brush.
+    mutable std::map<std::pair<int, int>, std::string> faults_;
 };

@@ -1,5 +1,6 @@
 #include "qt/ListPane.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QHeaderView>
 #include <QItemSelection>
@@ -10,13 +11,31 @@
 #include <QScrollBar>
 #include <QTreeView>
 
+#include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
 namespace {
 
+/// One of the list's two views. Of its selection one sees whether commands act on it.
+template <typename View>
+class PaneView : public View {
+ public:
+    explicit PaneView(ListPane* pane) : View(pane), pane_(pane) {}
+
+ protected:
+    void initViewItemOption(QStyleOptionViewItem* option) const override {
+        View::initViewItemOption(option);
+        if (!pane_->acting()) showInactive(*option);
+    }
+
+ private:
+    ListPane* pane_;
+};
+
 void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
     view.setModel(model);
+    view.setItemDelegate(new CellDelegate(&view));
     view.setSelectionMode(QAbstractItemView::ExtendedSelection);
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
     view.setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -29,8 +48,8 @@ ListPane::ListPane(ListView& list, QWidget* parent)
     : QStackedWidget(parent),
       list_(list),
       model_(new ListModel(list, this)),
-      report_(new QTreeView(this)),
-      icons_(new QListView(this)) {
+      report_(new PaneView<QTreeView>(this)),
+      icons_(new PaneView<QListView>(this)) {
     prepare(*report_, model_, tr("Contents"));
     report_->setRootIsDecorated(false);
     report_->setUniformRowHeights(true);
@@ -64,41 +83,74 @@ ListPane::ListPane(ListView& list, QWidget* parent)
     for (QAbstractItemView* view :
          {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
         view->installEventFilter(this);
+        view->viewport()->installEventFilter(this);
         connect(view, &QAbstractItemView::clicked, this, &ListPane::rowClicked);
         connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
     }
-    connect(report_->header(), &QHeaderView::sectionClicked, this, &ListPane::sortBy);
+    connect(report_->header(), &QHeaderView::sectionClicked, this,
+            [this](int column) { Q_EMIT columnClicked(static_cast<std::size_t>(column)); });
     connect(report_->header(), &QHeaderView::sectionResized, this, [this] {
         if (!scaling_) keepColumnWidths();
     });
 }
 
-void ListPane::sortBy(int column) {
-    Q_EMIT columnClicked(static_cast<std::size_t>(column));
-    report_->header()->setSortIndicator(column, Qt::AscendingOrder);
-    report_->header()->setSortIndicatorShown(true);
+void ListPane::setActing(bool acting) {
+    acting_ = acting;
+    report_->viewport()->update();
+    icons_->viewport()->update();
 }
 
-bool ListPane::eventFilter(QObject* view, QEvent* event) {
-    if (event->type() == QEvent::KeyPress) {
-        const int key = static_cast<QKeyEvent*>(event)->key();
-        if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-            Q_EMIT rowDoubleClicked();
-            return true;
-        }
+bool ListPane::eventFilter(QObject* watched, QEvent* event) {
+    // Keys come to the view, the mouse to its viewport.
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            if (keyPressed(*static_cast<QKeyEvent*>(event))) return true;
+            break;
+        case QEvent::MouseButtonPress:
+            pressedAt_ = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+            break;
+        case QEvent::MouseButtonRelease:
+            if (watched != currentWidget()) rightButtonReleased(*static_cast<QMouseEvent*>(event));
+            break;
+        default: break;
     }
-    return QStackedWidget::eventFilter(view, event);
+    return QStackedWidget::eventFilter(watched, event);
 }
 
-/// What clicks on the headers do, also without a mouse and where there are no headers.
+bool ListPane::keyPressed(QKeyEvent& key) {
+    if (opensProperties(key)) {
+        Q_EMIT rowDoubleClicked();
+        return true;
+    }
+    // The toolkit would put a text on the clipboard, and names that wait there to be pasted would
+    // be lost.
+    return key.matches(QKeySequence::Copy);
+}
+
+void ListPane::rightButtonReleased(const QMouseEvent& event) {
+    const QPoint place = event.globalPosition().toPoint();
+    if (event.button() != Qt::RightButton) return;
+    if ((place - pressedAt_).manhattanLength() >= QApplication::startDragDistance()) return;
+    Q_EMIT rowClicked();  // it may have been selected before
+    Q_EMIT menuRequested(place);
+}
+
+/// From the keyboard. Some systems would open it when the right button is pressed, others when it
+/// is released: here it is the latter everywhere, as in the tree.
 void ListPane::contextMenuEvent(QContextMenuEvent* event) {
-    QMenu menu(this);
+    if (event->reason() != QContextMenuEvent::Keyboard) return;
+    const auto* view = qobject_cast<QAbstractItemView*>(currentWidget());
+    const QRect row = view->visualRect(view->currentIndex()) & view->viewport()->rect();
+    Q_EMIT menuRequested(
+        view->viewport()->mapToGlobal(row.isEmpty() ? QPoint() : row.bottomLeft()));
+}
+
+void ListPane::addOwnEntries(QMenu& menu) {
     const auto& columns = list_.columns();
     for (std::size_t i = 0; i < columns.size(); ++i) {
         menu.addAction(tr("Sort by %1").arg(toQt(columns[i].text)), this,
-                       [this, i] { sortBy(static_cast<int>(i)); });
+                       [this, i] { Q_EMIT columnClicked(i); });
     }
-    menu.exec(event->globalPos());
 }
 
 void ListPane::showViewMode() {
@@ -113,6 +165,7 @@ void ListPane::showViewMode() {
         setCurrentWidget(icons_);
     }
     if (before->hasFocus()) currentWidget()->setFocus();
+    Q_EMIT viewModeChanged();
 }
 
 void ListPane::changeEvent(QEvent* event) {
@@ -145,7 +198,6 @@ void ListPane::setColumnWidths() {
     for (std::size_t i = 0; i < columns.size(); ++i)
         report_->setColumnWidth(static_cast<int>(i), static_cast<int>(columns[i].width * ownWidth));
     keepColumnWidths();
-    report_->header()->setSortIndicatorShown(false);
     report_->horizontalScrollBar()->setValue(0);
 }
 
@@ -177,6 +229,9 @@ void ListPane::resizeEvent(QResizeEvent* event) {
 void ListPane::restoreAfterReset() {
     if (columnsRebuilt_) setColumnWidths();
     columnsRebuilt_ = false;
+    const auto sorted = list_.sortColumn();
+    report_->header()->setSortIndicatorShown(sorted.has_value());
+    if (sorted) report_->header()->setSortIndicator(static_cast<int>(*sorted), Qt::AscendingOrder);
 
     const QScopedValueRollback guard(restoring_, true);
     QItemSelection selected;

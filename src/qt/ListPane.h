@@ -6,9 +6,11 @@
 
 #include "qt/ListModel.h"
 
+class QAbstractItemView;
 class QItemSelection;
 class QItemSelectionModel;
 class QListView;
+class QMenu;
 class QTreeView;
 
 /// Shows the contents list in its four view modes, which share one model and one selection, and
@@ -19,25 +21,33 @@ class ListPane : public QStackedWidget {
  public:
     ListPane(ListView& list, QWidget* parent);
 
-    /// The view of the present mode, which takes the keyboard.
-    QWidget* activeView() const { return currentWidget(); }
+    /// Commands act on the list: only then is its selection drawn with the active colour.
+    void setActing(bool acting);
+    bool acting() const { return acting_; }
+    /// What the context menu offers beside the commands: what clicks on the headers do, also
+    /// without a mouse and where there are no headers.
+    void addOwnEntries(QMenu& menu);
 
  Q_SIGNALS:
     /// The user clicked a row, or chose it from the keyboard.
     void rowClicked();
     void rowDoubleClicked();
     void columnClicked(std::size_t column);
+    void viewModeChanged();
+    /// The context menu is to open at that place of the screen.
+    void menuRequested(QPoint place);
 
  protected:
     void changeEvent(QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* view, QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
     void showViewMode();
     void showIcons(bool large, bool inColumns);
-    void sortBy(int column);
+    bool keyPressed(QKeyEvent& key);
+    void rightButtonReleased(const QMouseEvent& event);
     void setColumnWidths();
     void keepColumnWidths();
     int headingWidth(std::size_t column) const;
@@ -55,4 +65,6 @@ class ListPane : public QStackedWidget {
     bool columnsRebuilt_ = false;
     bool scaling_ = false;
     bool restoring_ = false;
+    bool acting_ = false;
+    QPoint pressedAt_;  // by the right button
 };

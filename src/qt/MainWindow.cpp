@@ -1,15 +1,22 @@
 #include "qt/MainWindow.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDir>
+#include <QDropEvent>
+#include <QLabel>
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QScreen>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <algorithm>
+#include <array>
 
 #include "qt/Icons.h"
 #include "qt/ListPane.h"
@@ -26,6 +33,40 @@ QRect rectangleOf(const Rectangle& rectangle) {
 /// The caption without the marks of accelerator letters.
 QString plainCaption(const Command& command) { return toQt(command.caption).remove('&'); }
 
+/// What work begins with, and the desktop's own keys for it. The menus show only those of the
+/// table.
+struct StandardKey {
+    std::string_view command;
+    QKeySequence::StandardKey key;
+};
+constexpr std::array standardKeys{
+    StandardKey{"mnuNewCfg", QKeySequence::New}, StandardKey{"mnuOpenCfg", QKeySequence::Open},
+    StandardKey{"mnuSaveCfg", QKeySequence::Save}, StandardKey{"mnuSaveAs", QKeySequence::SaveAs},
+    StandardKey{"mnuFind", QKeySequence::Find}};
+
+/// The one file that is dragged, if it is one.
+QString fileIn(const QDropEvent& event) {
+    const auto urls = event.mimeData()->urls();
+    return urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
+}
+
+/// The empty window says how to begin.
+QLabel* makeHint(QWidget* parent) {
+    const auto caption = [](std::string_view command) {
+        return "<b>" + plainCaption(commandNamed(command)) + "</b>";
+    };
+    auto* hint =
+        new QLabel(MainWindow::tr("Begin with %1, %2 or %3 in the File menu,<br>"
+                                  "or drop a file here.")
+                       .arg(caption("mnuNewCfg"), caption("mnuOpenCfg"), caption("mnuImpCfg")),
+                   parent);
+    hint->setObjectName("hint");
+    hint->setAlignment(Qt::AlignCenter);
+    hint->setWordWrap(true);
+    hint->setForegroundRole(QPalette::PlaceholderText);
+    return hint;
+}
+
 /// The toolbar keys before which a gap sets the groups of buttons apart.
 bool beginsToolbarGroup(std::string_view key) {
     return key == "setts" || key == "plc" || key == "copy" || key == "icon" || key == "find" ||
@@ -41,6 +82,7 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
       tree_(new TreePane(document.tree(), form.treeDrag(), client_)),
       list_(new ListPane(form.ListView1, client_)),
       panel_(new LoadingPanel(form.pnlImpStat, client_)),
+      hint_(makeHint(client_)),
       innerArea_(client_) {
     setObjectName("frmEditing");
     tree_->setObjectName("TreeView1");
@@ -48,7 +90,11 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     setCentralWidget(client_);
     buildMenus();
     buildToolbar();
+    addStandardKeys();
     connectViews();
+    setAcceptDrops(true);
+    // Menus, all buttons, and some rows beside each other.
+    setMinimumSize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 20);
 
     form_.setWindow(this);
     form_.Form_Initialize();
@@ -65,6 +111,7 @@ MainWindow::~MainWindow() {
 
 void MainWindow::buildMenus() {
     QMenu* menu = nullptr;
+    auto* viewModes = new QActionGroup(this);
     const auto table = commandTable();
     for (std::size_t row = 0; row < table.size(); ++row) {
         const Command& command = table[row];
@@ -80,6 +127,7 @@ void MainWindow::buildMenus() {
             action = new QAction(toQt(command.caption), this);
             action->setShortcut(QKeySequence(toQt(command.shortcut)));
             connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
+            if (command.view) viewModes->addAction(action)->setCheckable(true);
             (command.kind == Command::Kind::menu ? static_cast<QWidget*>(menuBar()) : menu)
                 ->addAction(action);
         }
@@ -97,6 +145,7 @@ void MainWindow::buildToolbar() {
     }
     toolbar_->layout()->setContentsMargins(0, 0, 0, 0);
     toolbar_->layout()->setSpacing(0);
+    auto* viewModes = new QActionGroup(this);
     for (const Command* command : toolbarCommands()) {
         if (beginsToolbarGroup(command->toolbarKey)) toolbar_->addSeparator();
         auto* action = new QAction(icons::toolbar(command->picture), plainCaption(*command), this);
@@ -104,6 +153,7 @@ void MainWindow::buildToolbar() {
         action->setToolTip(toQt(command->tooltip));
         connect(action, &QAction::triggered, this,
                 [this, command] { form_.Toolbar1_ButtonClick(command->toolbarKey); });
+        if (command->view) viewModes->addAction(action)->setCheckable(true);
         toolbar_->addAction(action);
         QWidget* button = toolbar_->widgetForAction(action);
         button->setObjectName(toQt(command->toolbarKey));
@@ -113,7 +163,25 @@ void MainWindow::buildToolbar() {
     }
 }
 
+void MainWindow::addStandardKeys() {
+    for (const auto& [name, key] : standardKeys) {
+        const Command& command = commandNamed(name);
+        auto* action = new QAction(this);
+        action->setShortcuts(key);
+        connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
+        addAction(action);
+        bound_.push_back({action, &command});
+    }
+}
+
 void MainWindow::connectViews() {
+    using View = frmEditing::ActiveControl;
+    connect(tree_, &TreePane::menuRequested, this,
+            [this](QPoint place) { showContextMenu(View::tree, place); });
+    connect(list_, &ListPane::menuRequested, this,
+            [this](QPoint place) { showContextMenu(View::list, place); });
+    connect(list_, &ListPane::viewModeChanged, this, &MainWindow::showViewMode);
+    showViewMode();
     connect(tree_, &TreePane::nodeClicked, this,
             [this](Node& node) { form_.TreeView1_NodeClick(node); });
     connect(tree_, &TreePane::nodeDoubleClicked, this, [this] { form_.TreeView1_DblClick(); });
@@ -123,8 +191,69 @@ void MainWindow::connectViews() {
             [this](std::size_t column) { form_.ListView1_ColumnClick(column); });
     // Toolbar and menus take no focus of their own.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*old*/, QWidget* now) {
-        if (now == tree_) form_.activeControl = frmEditing::ActiveControl::tree;
-        if (list_->isAncestorOf(now)) form_.activeControl = frmEditing::ActiveControl::list;
+        if (now == tree_) form_.activeControl = View::tree;
+        if (list_->isAncestorOf(now)) form_.activeControl = View::list;
+        showActing();
+    });
+}
+
+void MainWindow::showActing() {
+    tree_->setActing(form_.activeControl == frmEditing::ActiveControl::tree);
+    list_->setActing(form_.activeControl == frmEditing::ActiveControl::list);
+}
+
+void MainWindow::showViewMode() {
+    for (const auto& [action, command] : bound_)
+        if (command->view == form_.ListView1.view()) action->setChecked(true);
+}
+
+void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const bool inTree = view == frmEditing::ActiveControl::tree;
+    QAction* properties = menu->addAction(tr("P&roperties"), this, [this, inTree] {
+        inTree ? form_.TreeView1_DblClick() : form_.ListView1_DblClick();
+    });
+    properties->setEnabled(form_.hasProperties(view));
+    menu->setDefaultAction(properties);  // what a double click does
+    menu->addSeparator();
+    addCommands(*menu, view);
+    menu->addSeparator();
+    inTree ? tree_->addOwnEntries(*menu) : list_->addOwnEntries(*menu);
+    menu->popup(place);
+}
+
+/// The menus' own entries, with their captions, keys and states, in the groups of the menus.
+void MainWindow::addCommands(QMenu& menu, frmEditing::ActiveControl view) {
+    const QWidget* group = nullptr;
+    for (const auto& [action, command] : bound_) {
+        const auto where = command->contextMenus;
+        const bool fits = where == ContextMenus::both ||
+                          (where == ContextMenus::list && view == frmEditing::ActiveControl::list);
+        const auto menus = action->associatedObjects();
+        auto* of = menus.isEmpty() ? nullptr : qobject_cast<QMenu*>(menus.front());
+        if (!fits || of == nullptr) continue;
+        if (group != nullptr && of != group) menu.addSeparator();
+        group = of;
+        menu.addAction(action);
+    }
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+    // A moved file would be taken away from where it is.
+    event->setDropAction(Qt::CopyAction);
+    const bool waits = QApplication::activeModalWidget() != nullptr;
+    event->setAccepted(!waits && event->possibleActions().testFlag(Qt::CopyAction) &&
+                       form_.acceptsFile(fromQt(fileIn(*event))));
+}
+
+/// Once the drag is over: it may hold the mouse, and the questions need it.
+void MainWindow::dropEvent(QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    QTimer::singleShot(0, this, [this, path = fromQt(fileIn(*event))] {
+        activateWindow();
+        form_.dropFile(path);
     });
 }
 
@@ -144,6 +273,7 @@ void MainWindow::layOut() {
     tree_->setGeometry(rectangleOf(parts.tree));
     list_->setGeometry(rectangleOf(parts.list));
     panel_->centerIn({innerReference_.width, innerReference_.height});
+    hint_->lower();
     setToolbarPicture(parts.toolbar.height);
     innerArea_.add(toolbar_, [this](int height) { setToolbarPicture(height); });
     innerArea_.add(tree_);
@@ -163,6 +293,7 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
 void MainWindow::resizeParts() {
     layout()->activate();
     form_.Form_Resize(innerArea_, innerReference_);
+    hint_->setGeometry(client_->rect());
 }
 
 /// Buttons as high as the toolbar, and in them pictures as large as look well; these are drawn at
@@ -193,9 +324,13 @@ void MainWindow::formChanged() {
     list_->setVisible(form_.ListView1State.visible);
     list_->setEnabled(form_.ListView1State.enabled);
     panel_->follow();
+    hint_->setVisible(!form_.TreeView1.visible && !form_.pnlImpStat.visible);
 }
 
-void MainWindow::focusTree() { tree_->setFocus(); }
+void MainWindow::focusTree() {
+    tree_->setFocus();
+    showActing();
+}
 
 void MainWindow::endApplication(int exitStatus) {
     ending_ = true;

@@ -10,6 +10,8 @@
 class ListPane;
 class LoadingPanel;
 class QAction;
+class QLabel;
+class QMenu;
 class QToolBar;
 class TreePane;
 
@@ -31,6 +33,8 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* object, QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
  private:
     /// An action and the row of the command table that governs it.
@@ -41,7 +45,12 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
 
     void buildMenus();
     void buildToolbar();
+    void addStandardKeys();
     void connectViews();
+    void showContextMenu(frmEditing::ActiveControl view, QPoint place);
+    void addCommands(QMenu& menu, frmEditing::ActiveControl view);
+    void showViewMode();
+    void showActing();
     void layOut();
     void resizeParts();
     void setToolbarPicture(int toolbarHeight);
@@ -56,6 +65,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     TreePane* tree_;
     ListPane* list_;
     LoadingPanel* panel_;
+    QLabel* hint_;
     std::vector<Bound> bound_;
     ResizableArea innerArea_;
     FormSize innerReference_;

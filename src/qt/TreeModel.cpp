@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/FileFitness.h"
+#include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
@@ -44,7 +45,8 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const Node& node = *nodeAt(index);
     switch (role) {
-        case Qt::DisplayRole: return toQt(node.text());
+        case Qt::DisplayRole: return toQt(node.text(), drawnCharacters);
+        case CellDelegate::wholeTextRole: return toQt(node.text(), CellDelegate::shownInTooltip);
         case Qt::DecorationRole: {
             const QIcon& picture = icons::tree(node.image());
             return spoilsFile(node, tree_).empty() ? picture : icons::marked(picture);

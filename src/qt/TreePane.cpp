@@ -9,7 +9,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <utility>
 
+#include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
@@ -27,18 +29,20 @@ int shiftMaskOf(Qt::KeyboardModifiers keys) {
 }  // namespace
 
 TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
-    : QTreeView(parent), tree_(tree), drag_(drag), model_(new TreeModel(tree, this)) {
+    : QTreeView(parent), tree_(tree), drag_(drag), model_(new TreeModel(tree, this)), taken_(tree) {
     setModel(model_);
+    setItemDelegate(new CellDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);  // a double click opens a node's properties
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
-    // Texts that are wider than the tree are reached by scrolling, and only those in sight are
-    // measured.
+    // Texts that are wider than the tree are reached by scrolling. The toolkit would measure the
+    // rows in sight, and so show a scroll bar, whose place may be that of the widest row, and then
+    // hide it again, for ever.
     header()->setStretchLastSection(false);
-    header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-    header()->setResizeContentsPrecision(0);
+    header()->setSectionResizeMode(QHeaderView::Fixed);
+    measureTexts();
     setAccessibleName(tr("Configuration tree"));
     setAcceptDrops(true);
     setDropIndicatorShown(false);  // a whole node is the target
@@ -61,9 +65,11 @@ TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
     connect(model_, &TreeModel::modelReset, this, &TreePane::restoreAfterReset);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         tree_.setExpanded(*TreeModel::nodeAt(index), true);
+        width_.opened(*TreeModel::nodeAt(index));
     });
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
         tree_.setExpanded(*TreeModel::nodeAt(index), false);
+        width_.leaving(*TreeModel::nodeAt(index), false);
     });
     connect(this, &QTreeView::clicked, this, &TreePane::reportClick);
     connect(this, &QTreeView::doubleClicked, this, &TreePane::nodeDoubleClicked);
@@ -71,36 +77,85 @@ TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
 
 void TreePane::changeEvent(QEvent* event) {
     QTreeView::changeEvent(event);
-    if (event->type() == QEvent::FontChange) setIconSize(icons::besideText(fontMetrics()));
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) measureTexts();
+}
+
+void TreePane::measureTexts() {
+    setIconSize(icons::besideText(fontMetrics()));
+    const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
+    // Pairs of letters may stand a little wider than each by itself: hence a letter more.
+    width_.reset(font(), indentation(),
+                 iconSize().width() + 4 * margin + fontMetrics().averageCharWidth());
+}
+
+void TreePane::rowsInserted(const QModelIndex& parent, int start, int end) {
+    for (int row = start; row <= end; ++row)
+        width_.opened(*TreeModel::nodeAt(model_->index(row, 0, parent)));
+    QTreeView::rowsInserted(parent, start, end);
+}
+
+void TreePane::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+    for (int row = start; row <= end; ++row)
+        width_.leaving(*TreeModel::nodeAt(model_->index(row, 0, parent)), true);
+    QTreeView::rowsAboutToBeRemoved(parent, start, end);
+}
+
+void TreePane::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                           const QList<int>& roles) {
+    width_.changed(*TreeModel::nodeAt(topLeft));  // one node is told of at a time
+    QTreeView::dataChanged(topLeft, bottomRight, roles);
+    updateGeometries();
+}
+
+void TreePane::updateGeometries() {
+    header()->resizeSection(0, width_.width(tree_.root()));
+    QTreeView::updateGeometries();
+}
+
+void TreePane::setActing(bool acting) {
+    acting_ = acting;
+    viewport()->update();
+}
+
+void TreePane::initViewItemOption(QStyleOptionViewItem* option) const {
+    QTreeView::initViewItemOption(option);
+    if (!acting_) showInactive(*option);
 }
 
 void TreePane::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        return Q_EMIT nodeDoubleClicked();
+    if (opensProperties(*event)) return Q_EMIT nodeDoubleClicked();
+    if (event->matches(QKeySequence::Copy)) return event->ignore();
+    if (event->key() == Qt::Key_Escape) {  // nothing is taken any more
+        taken_ = nullptr;
+        viewport()->update();
     }
     const QModelIndex before = currentIndex();
     QTreeView::keyPressEvent(event);
     if (currentIndex() != before) reportClick();
 }
 
-/// Dragging for those who have no mouse: the menu key takes the selected node, and drops it on
-/// another one. The right mouse button has other work.
+/// From the keyboard. The right button asks for it when it is released: it may be dragging.
 void TreePane::contextMenuEvent(QContextMenuEvent* event) {
-    Node* node = tree_.selected();
-    if (event->reason() != QContextMenuEvent::Keyboard || node == nullptr) return;
-    QMenu menu(this);
-    const auto take = [this, node](int shift) {
-        taken_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, shift, node);
+    if (event->reason() != QContextMenuEvent::Keyboard || tree_.selected() == nullptr) return;
+    Q_EMIT menuRequested(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+}
+
+void TreePane::addOwnEntries(QMenu& menu) {
+    const auto take = [this](int shift) {
+        taken_ = tree_.selected();
+        takenWith_ = shift;
+        viewport()->update();
     };
-    menu.addAction(tr("Take to &move"), this, [&take] { take(0); });
-    menu.addAction(tr("Take to &copy"), this, [&take] { take(TreeDrag::ctrlMask); });
-    QAction* drop = menu.addAction(tr("&Drop here what was taken"), this, [this, node] {
-        taken_ = false;
-        drag_.TreeView1_OLEDragOver(node);
+    menu.addAction(tr("Take to &move"), this, [take] { take(0); });
+    menu.addAction(tr("Take to &copy"), this, [take] { take(TreeDrag::ctrlMask); });
+    QAction* drop = menu.addAction(tr("&Drop here what was taken"), this, [this] {
+        drag_.TreeView1_MouseDown(TreeDrag::rightButton, takenWith_, taken_.get());
+        taken_ = nullptr;
+        drag_.TreeView1_OLEDragOver(tree_.selected());
         drag_.TreeView1_OLEDragDrop(drag_.TreeView1_OLEStartDrag());
+        viewport()->update();
     });
-    drop->setEnabled(taken_);
-    menu.exec(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
+    drop->setEnabled(taken_.get() != nullptr);
 }
 
 /// The node at a place of the viewport, its expand box not included; null over empty space.
@@ -115,7 +170,6 @@ void TreePane::mousePressEvent(QMouseEvent* event) {
     clickReported_ = false;
     // The right button selects when it is released: until then it may be dragging.
     if (event->button() == Qt::RightButton) {
-        taken_ = false;
         mayDrag_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, shiftMaskOf(event->modifiers()),
                                              nodeUnder(pressedAt_));
         return;
@@ -131,15 +185,17 @@ void TreePane::mouseMoveEvent(QMouseEvent* event) {
 
 void TreePane::mouseReleaseEvent(QMouseEvent* event) {
     mayDrag_ = false;
-    if (event->button() == Qt::RightButton) {
+    const bool right = event->button() == Qt::RightButton;
+    if (right) {
         if (pressedOnNode_) setCurrentIndex(indexAt(pressedAt_));
     } else {
         QTreeView::mouseReleaseEvent(event);
     }
     // The toolkit selects with every button, and a node that the pointer was dragged to, but
     // calls neither a click.
-    if (pressedOnNode_ && !clickReported_) reportClick();
-    pressedOnNode_ = false;
+    const bool onNode = std::exchange(pressedOnNode_, false);
+    if (onNode && !clickReported_) reportClick();
+    if (onNode && right) Q_EMIT menuRequested(event->globalPosition().toPoint());
 }
 
 void TreePane::dragNode() {
@@ -172,7 +228,8 @@ void TreePane::dragNode() {
 /// What follows the pointer: the node as the tree shows it.
 QPixmap TreePane::pictureOf(const Node& node) const {
     const int side = icons::besideText(fontMetrics()).height();
-    const QString text = fontMetrics().elidedText(toQt(node.text()), Qt::ElideMiddle, 300);
+    const QString text =
+        fontMetrics().elidedText(toQt(node.text(), drawnCharacters), Qt::ElideMiddle, 300);
     const int margin = 4;
     const QSize size(side + fontMetrics().horizontalAdvance(text) + 3 * margin,
                      std::max(side, fontMetrics().height()) + 2 * margin);
@@ -238,8 +295,18 @@ void TreePane::scrollNearEdge() {
 
 void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const {
+    const Node* node = TreeModel::nodeAt(index);
+    painter->save();
+    if (node == taken_.get()) painter->setOpacity(0.5);  // as what is cut looks elsewhere
     QTreeView::drawRow(painter, option, index);
-    if (drag_.dropHighlight() != TreeModel::nodeAt(index)) return;
+    painter->restore();
+    if (node == taken_.get()) {
+        painter->save();
+        painter->setPen(QPen(palette().color(QPalette::Text), 1, Qt::DashLine));
+        painter->drawRect(visualRect(index).adjusted(0, 0, -1, -1));
+        painter->restore();
+    }
+    if (node != drag_.dropHighlight()) return;
     QColor colour = palette().color(QPalette::Highlight);
     painter->save();
     painter->setPen(colour);
@@ -295,6 +362,7 @@ void TreePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIn
 void TreePane::followSelection() { setCurrentIndex(model_->indexOf(tree_.selected())); }
 
 void TreePane::restoreAfterReset() {
+    width_.reset();
     for (const Node* node = tree_.firstAdded(); node != nullptr;
          node = ConfigTree::addedAfter(*node)) {
         if (node->expanded() && !node->children().empty()) {

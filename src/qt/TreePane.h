@@ -7,6 +7,9 @@
 
 #include "editor/TreeDrag.h"
 #include "qt/TreeModel.h"
+#include "qt/TreeWidth.h"
+
+class QMenu;
 
 /// Shows the configuration tree and keeps its selection and its expanded nodes the same as those
 /// of the document's tree. Nodes are dragged with the right mouse button.
@@ -16,14 +19,28 @@ class TreePane : public QTreeView {
  public:
     TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent);
 
+    /// Commands act on the tree: only then is its selection drawn with the active colour.
+    void setActing(bool acting);
+    /// What the context menu offers beside the commands: taking and dropping, the keyboard's way
+    /// of dragging.
+    void addOwnEntries(QMenu& menu);
+
  Q_SIGNALS:
     /// The user chose a node, with the mouse or from the keyboard. A node that a rule selects
     /// counts as no click.
     void nodeClicked(Node& node);
     void nodeDoubleClicked();
+    /// The context menu of the selected node is to open at that place of the screen.
+    void menuRequested(QPoint place);
 
  protected:
     void changeEvent(QEvent* event) override;
+    void initViewItemOption(QStyleOptionViewItem* option) const override;
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) override;
+    void dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
+                     const QList<int>& roles) override;
+    void updateGeometries() override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
@@ -43,6 +60,7 @@ class TreePane : public QTreeView {
                       const QModelIndex& index) const override;
 
  private:
+    void measureTexts();
     void followSelection();
     void restoreAfterReset();
     void reportClick();
@@ -55,6 +73,8 @@ class TreePane : public QTreeView {
     ConfigTree& tree_;
     TreeDrag& drag_;
     TreeModel* model_;
+    TreeWidth width_;
+    bool acting_ = false;
     int scrolledTo_ = 0;
     bool pressedOnNode_ = false;
     bool clickReported_ = false;
@@ -63,7 +83,8 @@ class TreePane : public QTreeView {
     bool mayDrag_ = false;
     bool dragging_ = false;
     bool dropped_ = false;
-    bool taken_ = false;               // by the keyboard
+    ConfigTree::Reference taken_;      // by the menu's entry, to be dropped by another
+    int takenWith_ = 0;                // the keyboard's state that stands for copying or moving
     std::optional<QPoint> draggedTo_;  // none outside the tree
     QTimer opening_;                   // of a closed node on which the pointer rests
     QTimer scrolling_;                 // while the pointer is near an edge

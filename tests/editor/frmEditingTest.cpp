@@ -71,4 +71,72 @@ TEST_F(frmEditingTest, CountsPastesIn16Bits) {
     EXPECT_EQ(told(), "Copied object can not be added here \n");
 }
 
+TEST_F(frmEditingTest, ShowsInPlaceWhatADialogChanged) {
+    open("/new.xml", configuration(plc("Plant", branch("F", branch("G", tag("y") + tag("z"))) +
+                                                    branch("F2", tag("w")))));
+    click("Plant.F.G");
+    const auto rename = [&](const char* key, const char* name) {
+        forms.whenShown<frmBranch>([&](frmBranch& form) {
+            form.txtBranchName.text = name;
+            form.cmdOk_Click();
+        });
+        document.tree().select(&document.tree().nodeAt(key));
+        editor.TreeView1_DblClick();
+    };
+    rename("Plant.F", "HALL");
+    rename("Plant.F2", "F");
+    EXPECT_EQ(shown(), "Plant.F: Plant.HALL.G.y Plant.HALL.G.z");
+
+    editor.ListView1_ColumnClick(0);
+    selectRow(0);
+    editor.ListView1_Click();
+    forms.whenShown<frmItems>([](frmItems& form) {
+        form.txtItemName.text = "zz";
+        form.txtComment.text = "last";
+        form.txtAddress[0].text = "31";
+        form.cmdOk_Click();
+    });
+    editor.ListView1_DblClick();
+    EXPECT_EQ(rows(), "z||EIS1|1/2/3|READ|0A03\nzz|last|EIS1|31/2/3|READ|FA03\n");
+    EXPECT_EQ(shown(), "Plant.HALL.G.zz: Plant.HALL.G.z Plant.HALL.G.zz");
+    EXPECT_EQ(editor.ListView1.selectedRow()->text, "zz");
+    editor.ListView1_Click();
+    EXPECT_EQ(enabledNow(), enabledIn(commandStates::itemRowSelected));
+    EXPECT_EQ(told(), "");
+}
+
+TEST_F(frmEditingTest, OpensANodeForItsFirstItemOnly) {
+    open("/new.xml", configuration(plc("Plant")));
+    click("Plant");
+    for (const bool first : {true, false}) {
+        forms.whenShown<frmItems>([&](frmItems& form) {
+            for (TextBox& part : form.txtAddress)
+                part.text = "1";
+            form.cmdOk_Click();
+        });
+        editor.mnuAddItem_Click();
+        Node& node = document.tree().nodeAt("Plant");
+        EXPECT_EQ(node.expanded(), first);
+        document.tree().setExpanded(node, false);
+    }
+}
+
+TEST_F(frmEditingTest, OpensOrImportsADroppedFileAsIfItHadBeenChosen) {
+    disk.files["/a.XML"] = configuration(plc("Roof"));
+    disk.files["/b.esf"] = "Export\r\nMain.Hall.1/1/1\tLamp\tEIS 1\tx\r\n";
+    EXPECT_FALSE(editor.acceptsFile("/a.txt") || editor.acceptsFile("") ||
+                 editor.acceptsFile("xml"));
+    editor.dropFile("/a.XML");
+    EXPECT_EQ(outline(document), "Roof[]");
+    editor.ListView1_ColumnClick(1);
+    change();
+    desktop.willAnswer({Answer::no});
+    editor.dropFile("/b.esf");
+    EXPECT_EQ(told(), "Do you want to save active configuration?\n");
+    EXPECT_EQ(outline(document), "Hall[Lamp]");
+    EXPECT_EQ(editor.ListView1.sortColumn(), std::nullopt) << "of a new configuration";
+    editor.loadingStarted();
+    EXPECT_FALSE(editor.acceptsFile("/a.XML"));
+}
+
 }  // namespace

@@ -31,7 +31,7 @@ class List : public testing::Test {
     ListView list;
 };
 
-TEST_F(List, SortsAscendingByTheShownTextAndKeepsTheOrderOfEqualRows) {
+TEST_F(List, SortsAscendingByTheShownTextForAsLongAsNobodyStopsIt) {
     list.sortBy(1);
     EXPECT_EQ(keys(), "4213");
     list.sortBy(0);
@@ -40,8 +40,26 @@ TEST_F(List, SortsAscendingByTheShownTextAndKeepsTheOrderOfEqualRows) {
     // ones would do so.
     for (const char key : std::string("abcdefghijklmnopqrstuvwxyz"))
         add(std::string(1, key).c_str(), "", "");
+    list.stopSorting();
+    add("5", "", "");
+    EXPECT_EQ(keys(), "abcdefghijklmnopqrstuvwxyz42315");
     list.sortBy(17);
-    EXPECT_EQ(keys(), "4231abcdefghijklmnopqrstuvwxyz");
+    EXPECT_EQ(keys(), "abcdefghijklmnopqrstuvwxyz42315");
+}
+
+TEST_F(List, KeepsRowsThatGetOtherKeysAndTextsInTheirOrder) {
+    list.sortBy(0);  // 4231
+    list.rekeyRows("2", "2.a");
+    list.rekeyRows("2.a", "9.b");
+    list.rekeyRows("9", "8");
+    EXPECT_EQ(keys(), "48.b31");
+    list.setSelected(1, true);
+    list.replaceRow({"8.b", "Zebra", {"hall"}, "EIS1", "item"});
+    list.replaceRow({"2", "Gone", {}, "", ""});
+    EXPECT_EQ(keys(), "4318.b");
+    EXPECT_TRUE(list.rows()[3].selected);
+    EXPECT_THAT(list.findRow("8.b"), Optional(3U));
+    EXPECT_EQ(list.findRow("2"), std::nullopt);
 }
 
 TEST_F(List, KeepsItsCurrentRowAcrossASort) {
@@ -72,14 +90,15 @@ TEST_F(List, ResetsItsListenerOnceForAllThatHappensInOneUpdate) {
         const ListView::Update update(list);
         list.clearRows();
         list.setColumns({{"Item Name", 0.5}});
+        list.setView(ListView::View::list);
         const ListView::Update within(list);
         add("5", "a", "");
         list.sortBy(0);
     }
-    EXPECT_EQ(view.heard, "(columns)");
+    EXPECT_EQ(view.heard, "(columns)view");
     add("6", "b", "");
     list.setView(ListView::View::icon);
-    EXPECT_EQ(view.heard, "(columns)()view");
+    EXPECT_EQ(view.heard, "(columns)view()view");
 }
 
 }  // namespace

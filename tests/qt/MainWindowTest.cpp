@@ -1,10 +1,16 @@
 // What the user does with the main window, by mouse and keyboard.
 #include <QAbstractItemModelTester>
+#include <QClipboard>
 #include <QFile>
 #include <QHeaderView>
+#include <QHelpEvent>
+#include <QMenu>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <QTextDocumentFragment>
 #include <QToolBar>
+#include <QToolTip>
 #include <algorithm>
 
 #include "qt/WindowWorld.h"
@@ -263,6 +269,119 @@ class MainWindowTest : public QObject {
         QCOMPARE(shape(), before);
     }
 
+    /// The widths count of rows that are out of sight too: else, at some heights, a scroll bar that
+    /// hides the widest row takes the reason for itself away, for ever.
+    static void treeIsAsWideAsItsWidestOpenRow() {
+        TwoFloors world;
+        ConfigTree& tree = world.document.tree();
+        const auto expectWidth = [&](const char* widest) {
+            QCoreApplication::processEvents();
+            int needed = 0;
+            for (auto row = world.tree.model()->index(0, 0); row.isValid();
+                 row = world.tree.indexBelow(row))
+                needed = std::max(needed, world.tree.visualRect(row).left() +
+                                              world.tree.sizeHintForIndex(row).width() +
+                                              world.tree.horizontalScrollBar()->value());
+            const int width = world.tree.header()->sectionSize(0);
+            QVERIFY2(width >= needed && width < needed + 20,
+                     qPrintable(QString("%1: %2 for %3").arg(widest).arg(width).arg(needed)));
+        };
+        expectWidth("any");
+        Node& text = tree.nodeAt("Plant.FLOOR1.Text2");
+        const std::string name(60, 'W');
+        tree.setText(text, name);
+        expectWidth("changed");
+        const int height = world.tree.sizeHintForRow(0);
+        for (int rows = 2; rows < 12; ++rows)
+            for (int pixels = 0; pixels < height; ++pixels) {
+                world.tree.resize(200, rows * height + pixels);
+                expectWidth("at any height");
+            }
+        tree.setExpanded(tree.nodeAt("Plant.FLOOR1"), true);
+        world.tree.collapse(qobject_cast<TreeModel*>(world.tree.model())->indexOf(text.parent()));
+        expectWidth("closed");
+        world.tree.expandAll();
+        expectWidth("opened");
+        tree.setText(text, "i");
+        expectWidth("another one");
+        tree.AddNode("Plant.FLOOR2", "Plant.FLOOR2.W", name + "\u0416", NodeKind::item);
+        expectWidth("added");
+        world.window.setFont(QFont(world.tree.font().family(), 20));
+        world.tree.setFont(QFont(world.tree.font().family(), 20));
+        expectWidth("in another font");
+        tree.remove(tree.nodeAt("Plant.FLOOR2"));
+        expectWidth("gone");
+    }
+
+    static void keysAndContextMenusDoWhatFits() {
+        TwoFloors world;
+        QGuiApplication::clipboard()->setText("names");
+        const auto entries = [&] {
+            QStringList texts;
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu == nullptr) return QString("none");
+            for (const QAction* action : menu->actions())
+                if (action->isEnabled() && !action->isSeparator())
+                    texts.append(action->text().remove('&'));
+            menu->close();
+            return texts.join(", ");
+        };
+        int opened = 0;
+        world.forms.whenShown<frmBranch>([&](frmBranch&) { ++opened; });
+        QTest::mouseClick(world.tree.viewport(), Qt::RightButton, {},
+                          world.spotOnNode("Plant.FLOOR1"));
+        const QString ofBranch =
+            "Properties, Add Branch, Add Item, Paste, Delete Object, Take to move, Take to copy";
+        QCOMPARE(entries(), ofBranch);
+        QTest::keyClick(&world.tree, Qt::Key_F2);
+        QCOMPARE(opened, 1);
+        QContextMenuEvent menuKey(QContextMenuEvent::Keyboard, {}, {});
+        QCoreApplication::sendEvent(world.tree.viewport(), &menuKey);
+        QCOMPARE(entries(), ofBranch);
+        QTest::keySequence(&world.tree, QKeySequence::Copy);
+
+        for (const char* mode : {"mnuReport", "mnuIcon"}) {
+            world.entry(mode).trigger();
+            QVERIFY(world.entry(mode).isChecked());
+            QTest::mouseClick(world.rows().viewport(), Qt::RightButton, {}, world.spotOnRow(1));
+            QCOMPARE(entries(), QString("Properties, Copy, Cut, Delete Object, Paste Item names "
+                                        "from Clipboard, Paste Item comments from Clipboard, Sort "
+                                        "by Item Name, Sort by Comment, Sort by Datatype, Sort by "
+                                        "Address (Hex), Sort by Access Rights, Sort by Index"));
+        }
+        QVERIFY(world.button("icon").isChecked() && !world.button("report").isChecked());
+        world.clickNode("config");
+        QVERIFY(world.button("report").isChecked());
+        world.clickRow(0);
+        QTest::keySequence(&world.rows(), QKeySequence::Copy);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("names"));
+
+        world.desktop.willAnswer({Answer::yes});
+        QTest::keySequence(&world.window, QKeySequence::Save);
+        QVERIFY(QString::fromStdString(world.desktop.messages().back()).endsWith(" saved"));
+    }
+
+    static void longTextsAreCutInCellsAndWholeInTooltips() {
+        TwoFloors world;
+        const std::string comment = std::string(2'000, 'c') + "<b>";
+        world.document.items().at("Plant.FLOOR2.Light1")->sComment = comment;
+        world.clickNode("Plant.FLOOR2");
+        const QModelIndex cell = world.rows().model()->index(0, 1);
+        QCOMPARE(cell.data().toString().size(), 1'001);
+        const auto tooltipAt = [](QAbstractItemView& view, const QModelIndex& index) {
+            const QPoint spot = WindowWorld::spotOn(view, index);
+            QHelpEvent hover(QEvent::ToolTip, spot, view.viewport()->mapToGlobal(spot));
+            QCoreApplication::sendEvent(view.viewport(), &hover);
+            const QString tip = QToolTip::text();
+            return QTextDocumentFragment::fromHtml(tip).toPlainText().remove(QChar(0x200B));
+        };
+        QCOMPARE(tooltipAt(world.rows(), cell.siblingAtColumn(0)), QString());
+        const QString tip = tooltipAt(world.rows(), cell);
+        QVERIFY(tip.startsWith("'<'") && tip.endsWith(toQt("\n" + comment)));
+        world.tree.setGeometry(0, 40, 90, 400);
+        QCOMPARE(tooltipAt(world.tree, world.tree.currentIndex()), QString("FLOOR2"));
+    }
+
     static void viewModesShareTheSelection() {
         TwoFloors world;
         world.entry("mnuIcon").trigger();  // waits for the first node click
@@ -312,6 +431,16 @@ class MainWindowTest : public QObject {
             QCOMPARE(world.column(0)[world.rows().currentIndex().row()], QString("Controller_Raw"));
             QCOMPARE(world.form.ListView1.selectedRow()->text, std::string("Controller_Raw"));
         }
+        // Whatever is clicked afterwards is sorted by that column, also where it has none.
+        world.entry("mnuIcon").trigger();
+        world.clickNode("Cellar_Line.Coupler_Alive");
+        world.clickNode("config");
+        world.clickNode("Cellar_Line.HOBBY_ROOM");
+        QVERIFY(std::ranges::is_sorted(world.column(datatype)));
+        QVERIFY(world.report()->header()->isSortIndicatorShown());
+        world.entry("mnuNewCfg").trigger();
+        world.clickNode("config");
+        QVERIFY(!world.report()->header()->isSortIndicatorShown());
     }
 
     static void closingAsksAndStaysWhenTheSavingFails() {

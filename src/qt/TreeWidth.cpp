@@ -1,0 +1,79 @@
+#include "qt/TreeWidth.h"
+
+#include <QFontMetricsF>
+#include <algorithm>
+#include <cmath>
+
+#include "qt/Text.h"
+
+void TreeWidth::reset(const QFont& font, int indentation, int besideText) {
+    font_ = font;
+    indentation_ = indentation;
+    besideText_ = besideText;
+    const QFontMetricsF metrics(font_);
+    for (std::size_t c = 0; c < advances_.size(); ++c)
+        advances_[c] = metrics.horizontalAdvance(QChar(static_cast<char16_t>(c)));
+    countAnew_ = true;
+}
+
+void TreeWidth::opened(const Node& node) {
+    if (!countAnew_) measureOpenRows(node);
+}
+
+void TreeWidth::changed(const Node& node) {
+    if (widest_ == &node) countAnew_ = true;  // it may be narrower now
+    opened(node);
+}
+
+void TreeWidth::leaving(const Node& node, bool itself) {
+    if (countAnew_) return;
+    const Node* above = widest_;
+    if (above == &node && !itself) return;
+    while (above != nullptr && above != &node)
+        above = above->parent();
+    if (above != nullptr) countAnew_ = true;
+}
+
+int TreeWidth::width(const Node* root) {
+    if (countAnew_) {
+        countAnew_ = false;
+        widest_ = nullptr;
+        width_ = 0;
+        if (root != nullptr) measureOpenRows(*root);
+    }
+    return static_cast<int>(std::ceil(width_));
+}
+
+/// The node and what lies open below it; nothing while it does not lie open itself.
+void TreeWidth::measureOpenRows(const Node& top) {
+    std::size_t level = 1;
+    for (const Node* above = top.parent(); above != nullptr; above = above->parent(), ++level)
+        if (!above->expanded()) return;
+    measure(top, level);
+    if (!top.expanded()) return;
+    for (TreeWalk walk(top); const Node* node = walk.next();) {
+        measure(*node, level + walk.depth());
+        if (!node->expanded()) walk.skipChildren();
+    }
+}
+
+void TreeWidth::measure(const Node& node, std::size_t level) {
+    const double width =
+        static_cast<double>(level) * indentation_ + besideText_ + advanceOf(node.text());
+    if (width <= width_) return;
+    width_ = width;
+    widest_ = &node;
+}
+
+double TreeWidth::advanceOf(std::string_view text) const {
+    double advance = 0;
+    int characters = 0;
+    for (std::size_t i = 0; i < text.size(); ++characters) {
+        const char32_t c = nextCharacter(text, i);
+        if (c >= advances_.size() || characters == drawnCharacters) {
+            return QFontMetricsF(font_).horizontalAdvance(toQt(text, drawnCharacters));
+        }
+        advance += advances_[c];
+    }
+    return advance;
+}
