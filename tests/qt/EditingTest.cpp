@@ -1,6 +1,7 @@
 // Dragging, the focus that commands go by, pasted names and finding, in the window.
 #include <QDialog>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QTableView>
@@ -84,6 +85,34 @@ class EditingTest : public QObject {
                           world.spotOnNode("Plant.HALL"));
         QCOMPARE(world.names(), QString("Door Lamp"));
         QCOMPARE(outline(world.document), std::string("Plant[HALL[Door Lamp]] Annex[SHED[]]"));
+    }
+
+    static void menuTakesTheVeryNodeToDropIt() {
+        Building world;
+        const auto choose = [&](const char* key, const QString& entry) {
+            QTest::mouseClick(world.tree.viewport(), Qt::RightButton, {}, world.spotOnNode(key));
+            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            const auto actions = menu->actions();
+            QAction* action = *std::ranges::find(actions, entry, &QAction::text);
+            const bool enabled = action->isEnabled();
+            action->trigger();
+            menu->close();
+            return enabled;
+        };
+        const QString drop = "&Drop here what was taken";
+        QVERIFY(choose("Plant.HALL", "Take to &copy"));
+        world.forms.whenShown<frmBranch>([](frmBranch& form) {
+            form.txtBranchName.text = "ROOM";
+            form.cmdOk_Click();
+        });
+        QTest::keyClick(&world.tree, Qt::Key_F2);
+        QVERIFY(choose("Annex.SHED", drop));
+        const std::string copied = "Plant[ROOM[Door Lamp]] Annex[SHED[ROOM[Door Lamp]]]";
+        QCOMPARE(outline(world.document), copied);
+
+        QVERIFY(choose("Plant.ROOM", "Take to &move"));
+        world.document.tree().remove(world.document.tree().nodeAt("Plant.ROOM"));
+        QVERIFY(!choose("Annex.SHED", drop));
     }
 
     static void commandsGoByTheViewThatHasTheFocus() {
