@@ -3,7 +3,7 @@
 // A line that begins with ">" is what is done: a verb of `act` or a command of the table; after
 // ": " step by step what is done in the dialog that it shows; after " ? " the answer to the
 // question that is asked. The lines below it are all that has changed on the screen by that. The
-// test is that they come out the same again. Run with TELL_STORIES set, it writes them anew: then
+// test is that they come out the same again. Run with APPROVE set, it writes them anew: then
 // it is for you to read what has changed.
 #include <algorithm>
 #include <cstdlib>
@@ -260,7 +260,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         std::tie(deed, steps) = cut(action, ": ");
         const auto [verb, what] = cut(deed, " ");
         act(verb, what);
-        expectTreeAndRegistriesAgree(document, shared);
+        expectTreeAndRegistriesAgree(document);
     }
 
     Seen window() {
@@ -303,7 +303,6 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
 
     std::string transcript;
     std::string steps;
-    SharedRecords shared;
 };
 
 TEST_P(Stories, ComeOutAsTold) {
@@ -317,7 +316,7 @@ TEST_P(Stories, ComeOutAsTold) {
         doAsTold(line.substr(2));
         look(window(), seen, "  ");
     }
-    if (std::getenv("TELL_STORIES") != nullptr) std::ofstream(GetParam()) << transcript;
+    if (std::getenv("APPROVE") != nullptr) std::ofstream(GetParam()) << transcript;
     EXPECT_EQ(transcript, told) << GetParam();
 }
 

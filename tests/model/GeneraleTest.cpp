@@ -52,17 +52,18 @@ TEST(Keys, FollowARenameInATreeOfAnyDepthWithoutRecursion) {
             const auto record = std::make_shared<clsBranch>();
             record->sName = "b";
             record->sKey = key + ".b";
-            document.enter(record, std::exchange(key, record->sKey));
+            document.enter(record, tree.nodeAt(std::exchange(key, record->sKey)));
         }
-        tree.AddNode(key, "Q", "Q", NodeKind::plc);  // a device that was dragged keeps its key
-        tree.setKey(tree.nodeAt("P"), "C");
-        UpdateChildKeys(document, tree.nodeAt("C"));
+        tree.AddNode(key, key + ".Q", "Q", NodeKind::plc);  // where a device was dropped
+        Node& device = tree.nodeAt("P");
+        tree.setText(device, "C");
+        tree.setKey(device, "C");
+        UpdateChildKeys(document, device);
         key[0] = 'C';
         EXPECT_EQ(document.branches().last()->sKey, key);
-        EXPECT_EQ(tree.nodeAt("Q").parent(), tree.FindNode(key));
+        EXPECT_EQ(tree.nodeAt(key + ".Q").parent(), tree.FindNode(key));
         document.devices().add(std::make_shared<clsPLC>(), "C");
-        document.devices().add(std::make_shared<clsPLC>(), "Q");
-        RemoveSubtree(document, tree.nodeAt("C"));
+        RemoveSubtree(document, device);
         EXPECT_EQ(tree.count() + document.branches().count() + document.devices().count(), 1U);
     });
 }
