@@ -204,6 +204,9 @@ class Monkey : public QObject {
         static const QList<Qt::KeyboardModifiers> modifiers{
             {}, {}, {}, Qt::ControlModifier, Qt::ShiftModifier};
         const QWidget* at = stage_->childAt(place);
+        // The first click may hide the dialog; no second one reaches a hidden window.
+        if (deed == DoubleClick && qobject_cast<const QAbstractButton*>(at) != nullptr)
+            deed = Click;
         while (at != nullptr && (at->objectName().isEmpty() || at->objectName().startsWith("qt_")))
             at = at->parentWidget();
         if (at == nullptr) at = stage_;
@@ -225,7 +228,7 @@ class Monkey : public QObject {
         if (oneIn(8)) return press("Esc");
         const QPoint place = spot();
         QTest::mouseMove(stage_->windowHandle(), place);
-        if (stage_ != nullptr && oneIn(3)) mouse(Release, held_, place);
+        if (stage_ != nullptr && oneIn(3)) mouse(Release, held_, within(place));
     }
 
     void press(const QString& key) {
