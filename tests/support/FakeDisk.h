@@ -24,7 +24,8 @@ inline void keepForSchemaCheck(const std::string& path, std::string_view bytes) 
     const char* const folder = std::getenv("WRITTEN_FILES_DIR");
     if (folder == nullptr || !path.ends_with(".xml")) return;
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    const std::string name = test == nullptr ? "window" : test->name();  // not all are GoogleTest's
+    std::string name = test == nullptr ? "window" : test->name();  // not all are GoogleTest's
+    std::ranges::replace(name, '/', '-');                          // of a story
     std::FILE* file = nullptr;
     for (int i = 1; file == nullptr; ++i) {
         const std::string copy = std::string(folder) + "/" + name + "-" + std::to_string(i);
