@@ -235,8 +235,12 @@ class Monkey : public QObject {
         note("presses " + key);
         const QKeyCombination code = QKeySequence(key)[0];
         QWidget* const at = QApplication::focusWidget();
-        if (code.key() != Qt::Key_Menu)
-            return QTest::keyClick(stage_->windowHandle(), code.key(), code.keyboardModifiers());
+        if (code.key() != Qt::Key_Menu) {
+            const QPointer<QWindow> window(stage_->windowHandle());
+            QTest::keyPress(window, code.key(), code.keyboardModifiers());
+            if (window) QTest::keyRelease(window, code.key(), code.keyboardModifiers());
+            return;
+        }
         if (at == nullptr) return;
         // As platforms with a display make of that key.
         QContextMenuEvent menu(QContextMenuEvent::Keyboard, {1, 1}, at->mapToGlobal(QPoint(1, 1)));
