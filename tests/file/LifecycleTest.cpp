@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -23,9 +22,7 @@ const std::string example = configuration(plc("Plant", tag("Light1")));
 
 class LifecycleTest : public ::testing::Test, protected EditorWorld {
  protected:
-    const std::string newFile = desktop.folder +
-                                static_cast<char>(std::filesystem::path::preferred_separator) +
-                                "OPCOlvan.xml";
+    const std::string newFile = desktop.folder + "OPCOlvan.xml";
 };
 
 /// "Plant[Light1], unsaved, wrote house, recorded house, ended".
