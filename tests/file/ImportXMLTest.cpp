@@ -33,12 +33,6 @@ class ImportXMLTest : public ::testing::Test {
     }
 };
 
-std::string replaced(std::string text, const std::string& piece, const std::string& by) {
-    const auto place = text.find(piece);
-    EXPECT_NE(place, std::string::npos) << piece;
-    return text.replace(place, piece.size(), by);
-}
-
 TEST_F(ImportXMLTest, ReadsAConfigurationIntoTreeRecordsAndSettings) {
     ASSERT_TRUE(read(std::string(exampleText)));
     EXPECT_THAT(desktop.messages(), IsEmpty());
@@ -60,108 +54,6 @@ TEST_F(ImportXMLTest, ReadsAConfigurationIntoTreeRecordsAndSettings) {
 
     for (const char* shown : {"config", "Plant", "Plant.FLOOR1"})
         EXPECT_TRUE(document.tree().nodeAt(shown).expanded()) << shown;
-}
-
-TEST_F(ImportXMLTest, MatchesElementNamesInAnyCaseAndReadsBranchNamesInCapitals) {
-    ASSERT_TRUE(read(
-        "<?xml version='1.0' encoding='ISO-8859-1'?><quoneibcfg><Ignored/><opc_da>"
-        "<Device name='Plant' port='' editype='' timeout='1501.5'>"
-        "<TAGS>text<\xE9tage_\xFC\xDF>" +
-        branch("Room", replaced(replaced(tag("a"), "<tag>", "<Tag>"), "</tag>", "</Tag>")) +
-        "</\xE9tage_\xFC\xDF></TAGS>" + branch("nothing", tag("c")) + "<tags>" +
-        replaced(tag("b"), ">READ<", ">Read<") +
-        "</tags></Device><Other name='N' port='' editype='' timeout='1'/></opc_da></quoneibcfg>"));
-    EXPECT_THAT(desktop.messages(), IsEmpty());
-    EXPECT_EQ(outline(document), "Plant[ÉTAGE_Üß[ROOM[a]] b]");
-    EXPECT_TRUE(document.items().at("Plant.ÉTAGE_Üß.ROOM.a")->bFlag);
-    EXPECT_FALSE(document.items().at("Plant.b")->bFlag) << "a value's case counts";
-    EXPECT_EQ(document.devices().at("Plant")->getTimeout(), 1502);
-}
-
-TEST_F(ImportXMLTest, TakesTheWholeTextOfAField) {
-    const std::string text = "<!-- the --><![CDATA[Fish]]>_<?now?>&amp;&#95;<b>Chips</b>";
-    ASSERT_TRUE(
-        read(configuration(plc("Plant", replaced(tag(text), "<comment>", "<comment> \t")))));
-    EXPECT_EQ(outline(document), "Plant[Fish_&_Chips]");
-    EXPECT_EQ(document.items().at("Plant.Fish_&_Chips")->sComment, " \t");
-}
-
-TEST_F(ImportXMLTest, LeavesTheSettingsWhenTheFileHasNoneThatCanBeRead) {
-    const std::string attributes = "port='COM5' editype='USBEMI2' timeout='99999999999'";
-    const struct {
-        std::string settings;
-        std::vector<std::string> messages;
-    } cases[] = {
-        {"", {}},
-        {"<SETTINGS " + attributes + "/>", {" Error n. 6  Overflow in ImportXML"}},
-        {"<SETTINGS " + replaced(attributes, "editype", "other") + "/>",
-         {" Error n. 94  Invalid use of Null in ImportXML"}},
-    };
-    for (const auto& [settings, messages] : cases) {
-        EXPECT_TRUE(read(configuration(plc("Plant"), settings)));
-        EXPECT_THAT(desktop.messages(), ElementsAreArray(messages)) << settings;
-        EXPECT_TRUE(document.settings() == GlobalSets{}) << settings;
-        EXPECT_EQ(outline(document), "Plant[]");
-    }
-}
-
-TEST_F(ImportXMLTest, PassesOverAFaultyElementWithItsContentsAndReadsTheRest) {
-    const std::string null = " Error n. 94  Invalid use of Null in ";
-    const std::string overflow = " Error n. 6  Overflow in ";
-    const std::string keyTaken =
-        " Error n. 457  This key is already associated with an element of this collection in ";
-    const std::string notUnique = " Error n. 35602  Key is not unique in collection in ";
-    const std::string noCall = " Error n. 5  Invalid procedure call or argument in ";
-    const std::string late = replaced(plc("A", tag("x")), "1500", "99999999999");
-    const std::string many = replaced(tag("x"), "</tag>", "<elements>40000</elements></tag>");
-
-    struct Case {
-        std::string devices;  // before B, which is sound
-        std::string message;  // ends with the routine's name
-        std::string outline;
-    };
-    std::vector<Case> cases = {
-        {late, overflow + "BrowsePlc", "B[]"},
-        {plc("", tag("x")), noCall + "BrowsePlc", "B[]"},
-        {plc("config", tag("x")), notUnique + "BrowsePlc", "B[]"},
-        {plc("A", tag("x")) + plc("A", tag("y")), keyTaken + "BrowsePlc", "A[x] B[]"},
-        {plc("é") + plc("É", tag("y")), keyTaken + "BrowsePlc", "é[] B[]"},
-        {plc("A", branch("F", many + tag("y"))), overflow + "BrowseBranch", "A[F[y]] B[]"},
-        {plc("A", tag("x") + branch("F", tag("x") + tag("x")) + tag("y")),
-         keyTaken + "BrowseBranch", "A[x F[x] y] B[]"},
-        {plc("A", tag("x") + tag("X") + tag("y")), keyTaken + "BrowseBranch", "A[x y] B[]"},
-        {plc("A", branch("F", tag("x")) + branch("f", tag("y")) + tag("z")),
-         keyTaken + "BrowseBranch", "A[F[x] z] B[]"},
-        {plc("A", branch("F", tag("x")) + tag("F") + tag("y")), notUnique + "BrowseBranch",
-         "A[F[x] y] B[]"},
-        {plc("A", tag("F") + branch("F", branch("G", tag("x"))) + tag("y")),
-         notUnique + "BrowseBranch", "A[F y] B[]"},
-        {plc("A", branch("F", tag("x")) + tag("F.x") + tag("y")), keyTaken + "BrowseBranch",
-         "A[F[x] y] B[]"},
-    };
-    for (const char* attribute : {" name", " port", " editype", " timeout"})
-        cases.push_back({replaced(plc("A", tag("x")), attribute, " a"), null + "BrowsePlc", "B[]"});
-    for (const std::string field :
-         {"name", "comment", "address", "eistype", "flag", "accessrights"}) {
-        const std::string renamed = replaced(tag("x"), "<" + field, "<no");
-        cases.push_back({plc("A", replaced(renamed, "</" + field, "</no") + tag("y")),
-                         null + "BrowseBranch", "A[y] B[]"});
-    }
-
-    for (const auto& [devices, message, outlineRead] : cases) {
-        SCOPED_TRACE(devices);
-        EXPECT_TRUE(read(configuration(devices + plc("B"))));
-        EXPECT_THAT(desktop.messages(), ElementsAre(message));
-        EXPECT_EQ(outline(document), outlineRead);
-    }
-}
-
-TEST_F(ImportXMLTest, TakesTheParentOfAThingFromTheFileNotFromItsKey) {
-    ASSERT_TRUE(read(configuration(
-        plc("p.b", tag("OG.Lamp")) +
-        plc("p", branch("OG.1", tag("1.x") + branch("TAGS", tag("y"))) + branch("OG", "")))));
-    EXPECT_THAT(desktop.messages(), IsEmpty());
-    EXPECT_EQ(outline(document), "p.b[OG.Lamp] p[OG.1[1.x TAGS[y]] OG[]]");
 }
 
 TEST_F(ImportXMLTest, TellsOfTheFirstFaultsAndCountsTheOthers) {
@@ -199,28 +91,6 @@ TEST_F(ImportXMLTest, RefusesWhatLiesTooDeepBeforeAnythingIsMadeOfIt) {
         EXPECT_TRUE(outline(document).empty());
     }
     EXPECT_TRUE(read(nested(1, "F", tag(std::string(65532, 'n')))));
-}
-
-TEST_F(ImportXMLTest, ReadsNothingFromAFileThatIsNoConfiguration) {
-    const struct {
-        std::string text;
-        std::string message;
-    } cases[] = {
-        {"<project/>", "The configuration file is not valid."},
-        {"", " Error n. 321  Line 1: no element found in ImportXML"},
-        {configuration(plc("A") + "\n<DEVICE>"),
-         " Error n. 321  Line 2: mismatched tag in ImportXML"},
-        {configuration(plc("A")).substr(0, 120),
-         " Error n. 321  Line 1: unclosed token in ImportXML"},
-    };
-    for (const auto& [text, message] : cases) {
-        EXPECT_FALSE(read(text));
-        EXPECT_THAT(desktop.messages(), ElementsAre(message));
-        EXPECT_EQ(outline(document), "");
-    }
-    disk.readFault = ErrorNumber::permissionDenied;
-    EXPECT_FALSE(read(configuration(plc("A"))));
-    EXPECT_THAT(desktop.messages(), ElementsAre(" Error n. 70  Permission denied in ImportXML"));
 }
 
 }  // namespace
