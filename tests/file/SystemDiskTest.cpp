@@ -29,10 +29,8 @@ using fs::perms;
 /// The steps of a save are the disk's calls of the functions below, counted from 1. The chosen one
 /// fails with the error, or kills the process where that is 0.
 struct {
-    int chosen = 0;
-    int error = 0;
-    int made = 0;
-} steps;
+    int chosen, error, made;
+} steps{};
 
 template <typename... Arguments>
 int step(long systemCall, Arguments... arguments) {
@@ -75,22 +73,28 @@ namespace {
 
 constexpr uid_t alice = 1001, bob = 1002, carol = 1003;
 constexpr gid_t team = 2000;
-constexpr int killed = -1;
+constexpr int killed = -1, failed = 254, past = 255;  // beside the numbers of errors
 
-/// The number of the error that is raised; 0 for none.
-int errorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RunTimeError& error) {
-        return static_cast<int>(error.number());
-    }
-    return 0;
+std::ptrdiff_t countIn(const fs::path& folder) {
+    return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
-/// Lets another process act.
-int inChild(const std::function<int()>& action) {
+/// Acts in another process, as a user, of one more group, whom permissions stop where root is
+/// stopped by none. The number of the error that is raised; 0 for none.
+int outcome(const std::function<void()>& action, uid_t user = 0, gid_t group = 0) {
     const pid_t child = ::fork();
-    if (child == 0) ::_exit(action());
+    if (child == 0) {
+        const bool root = ::geteuid() == 0;
+        if (root && ::setgroups(1, &group) + ::setgid(user) + ::setuid(user) != 0) ::_exit(failed);
+        const auto filesOpen = countIn("/proc/self/fd");
+        int error = 0;
+        try {
+            action();
+        } catch (const RunTimeError& raised) {
+            error = static_cast<int>(raised.number());
+        }
+        ::_exit(countIn("/proc/self/fd") == filesOpen ? error : failed);
+    }
     int status = 0;
     EXPECT_EQ(::waitpid(child, &status, 0), child);
     return WIFEXITED(status) ? WEXITSTATUS(status) : killed;
@@ -103,10 +107,6 @@ bool giveAccess(const fs::path& path, uid_t user, const char* list = "system.pos
     const std::uint32_t bytes[] = {
         2, 1 | readWrite, all, 2 | readWrite, user, 4, all, 16 | readWrite, all, 32, all};
     return ::setxattr(path.c_str(), list, bytes, sizeof bytes, 0) == 0;
-}
-
-std::ptrdiff_t countIn(const fs::path& folder) {
-    return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
 class SystemDiskTest : public ::testing::Test {
@@ -122,30 +122,14 @@ class SystemDiskTest : public ::testing::Test {
     const fs::path folder = fs::temp_directory_path() / ("disk-test-" + std::to_string(::getpid()));
     const fs::path house = folder / "house.xml";
 
-    int save(const fs::path& path) {
-        return errorOf([&] { disk->replace(path, "new"); });
+    int save(const fs::path& path, uid_t user = 0, gid_t group = 0) {
+        return outcome([&] { disk->replace(path, "new"); }, user, group);
     }
-    /// The error of reading; asking beforehand must tell the same.
-    int readError(const fs::path& path) {
-        const int error = errorOf([&] { disk->read(path); });
-        const bool agree = errorOf([&] { disk->requireReadable(path); }) == error;
-        return agree ? error : killed;
-    }
-
-    /// Does it as a user, of one more group, whom permissions stop; root is stopped by none.
-    static int as(uid_t user, gid_t group, const std::function<int()>& action) {
-        return inChild([&] {
-            const bool root = ::geteuid() == 0;
-            const bool now = !root || (::setgroups(1, &group) == 0 && ::setgid(user) == 0 &&
-                                       ::setuid(user) == 0);
-            return now ? action() : killed;
-        });
-    }
-    int savesAs(uid_t user, gid_t group) {
-        return as(user, group, [&] { return save(house); });
-    }
-    int readsAs(uid_t user, gid_t group) {
-        return as(user, group, [&] { return readError(house); });
+    /// Asking beforehand must come to the same.
+    int read(const fs::path& path, uid_t user = 0, gid_t group = 0) {
+        const int error = outcome([&] { disk->read(path); }, user, group);
+        EXPECT_EQ(outcome([&] { disk->requireReadable(path); }, user, group), error) << path;
+        return error;
     }
 };
 
@@ -169,7 +153,6 @@ TEST_F(SystemDiskTest, ReplacesFilesAndFollowsLinks) {
 }
 
 TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
-    const auto filesOpen = countIn("/proc/self/fd");
     fs::create_directory(folder / "shared");
     fs::create_symlink("round", folder / "round");
     EXPECT_EQ(::mkfifo((folder / "pipe").c_str(), 0666), 0);
@@ -194,31 +177,25 @@ TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
         {"pipe", 75, 75},
     };
     for (const auto& [name, ofReading, ofSaving] : cases) {
-        const fs::path path = folder / name;
-        EXPECT_EQ(as(bob, bob, [&] { return readError(path); }), ofReading) << name;
-        EXPECT_EQ(as(bob, bob, [&] { return save(path); }), ofSaving) << name;
+        EXPECT_EQ(read(folder / name, bob, bob), ofReading) << name;
+        EXPECT_EQ(save(folder / name, bob, bob), ofSaving) << name;
     }
     const auto createMore = [&] { disk->createFolders(folder / "shared/more"); };
-    EXPECT_EQ(as(bob, bob, [&] { return errorOf(createMore); }), 70);
+    EXPECT_EQ(outcome(createMore, bob, bob), 70);
     fs::permissions(folder / "shared", perms::all);  // so that it can be removed
-    EXPECT_EQ(save(folder) + readError(folder), 150);
-    EXPECT_EQ(countIn("/proc/self/fd"), filesOpen);
 }
 
 TEST_F(SystemDiskTest, KeepsTheOldFileWhenTheDiskIsFull) {
-    const rlimit little{4096, 4096};
-    const std::string much(100'000, 'x');
     const auto saveMuch = [&] {
-        const bool limited = ::setrlimit(RLIMIT_FSIZE, &little) == 0;
-        return limited ? errorOf([&] { disk->replace(house, much); }) : 0;
+        const rlimit little{4096, 4096};
+        if (::setrlimit(RLIMIT_FSIZE, &little) == 0) disk->replace(house, std::string(9999, 'x'));
     };
-    EXPECT_EQ(inChild(saveMuch), 61);
+    EXPECT_EQ(outcome(saveMuch), 61);
     EXPECT_EQ(disk->read(house), "old");
     EXPECT_EQ(countIn(folder), 1);
 }
 
 TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
-    constexpr int past = 255;
     const std::pair<int, int> faults[] = {
         {EIO, 75}, {ENOSPC, 61}, {EPERM, 70}, {EINTR, 75}, {0, killed}};
     for (const auto& [error, number] : faults) {
@@ -230,10 +207,10 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
             fs::permissions(house, perms{0640});
             EXPECT_TRUE(::geteuid() != 0 || ::chown(house.c_str(), alice, team) == 0);
             giveAccess(house, bob);
-            got = inChild([&, fault = error] {
-                steps = {chosen, fault};
-                const int result = save(house);
-                return steps.made < chosen ? past : result;
+            got = outcome([&, fault = error] {
+                steps = {chosen, fault, 0};
+                disk->replace(house, "new");
+                if (steps.made < chosen) ::_exit(past);
             });
             const bool isOld = disk->read(house) == "old";
             EXPECT_TRUE(isOld ? got == number : got == 0 || got == killed || got == past) << got;
@@ -254,25 +231,25 @@ TEST_F(SystemDiskTest, LeavesASharedFileToThoseWhoHadIt) {
         fs::permissions(house, perms{mode});
     };
     give(team, 06660);
-    EXPECT_EQ(savesAs(bob, team) + savesAs(alice, team) + savesAs(bob, team), 0);
-    EXPECT_EQ(readsAs(alice, team) + readsAs(bob, team) + readsAs(carol, team), 0);
-    EXPECT_EQ(readsAs(carol, carol), 70);
+    EXPECT_EQ(save(house, bob, team) + save(house, alice, team) + save(house, bob, team), 0);
+    EXPECT_EQ(read(house, alice, team) + read(house, bob, team) + read(house, carol, team), 0);
+    EXPECT_EQ(read(house, carol, carol), 70);
     EXPECT_EQ(fs::status(house).permissions(), perms{0660}) << "not alice's and team's rights";
     give(team, 0646);
-    EXPECT_EQ(savesAs(bob, bob), 70) << "team could not read it any more";
+    EXPECT_EQ(save(house, bob, bob), 70) << "team could not read it any more";
     give(team, 0666);
-    EXPECT_EQ(savesAs(bob, bob), 0);
+    EXPECT_EQ(save(house, bob, bob), 0);
 
     give(alice, 0600);
     if (!giveAccess(house, bob)) GTEST_SKIP() << "no access lists here";
     ::setxattr(house.c_str(), "user.note", "n", 1, 0);
-    EXPECT_EQ(savesAs(alice, alice) + readsAs(bob, bob), 0);
-    EXPECT_EQ(readsAs(carol, alice), 70) << "the list gives the group nothing";
+    EXPECT_EQ(save(house, alice, alice) + read(house, bob, bob), 0);
+    EXPECT_EQ(read(house, carol, alice), 70) << "the list gives the group nothing";
     EXPECT_EQ(::getxattr(house.c_str(), "user.note", nullptr, 0), 1);
     give(alice, 0660);
     giveAccess(folder, carol, "system.posix_acl_default");
-    EXPECT_EQ(savesAs(0, 0), 0);
-    EXPECT_EQ(readsAs(carol, carol), 70) << "the folder's list is for new files";
+    EXPECT_EQ(save(house, 0, 0), 0);
+    EXPECT_EQ(read(house, carol, carol), 70) << "the folder's list is for new files";
 }
 
 }  // namespace
