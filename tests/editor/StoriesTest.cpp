@@ -12,6 +12,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "model/Text.h"
 #include "support/EditorWorld.h"
 
 namespace {
@@ -133,6 +134,13 @@ std::string withLineEnds(std::string text) {
     return text;
 }
 
+/// Each character is one byte in the files of stories.
+std::string latin1(const std::string& text) {
+    std::string bytes;
+    appendLatin1(bytes, text);
+    return bytes;
+}
+
 /// The contents of a file with this outline, which is read up to the "]" that ends them.
 std::string contentsFrom(std::string_view& outline, bool areDevices) {
     std::string xml;
@@ -207,8 +215,23 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         ListView& list = editor.ListView1;
         std::istringstream words(what);
         if (verb == "open") {
-            std::string_view outline = what;
-            open("/house.xml", configuration(contentsFrom(outline, true)));
+            const auto [contents, fault] = cut(what, " but ");
+            const auto [piece, other] = cut(fault, " is ");
+            std::string_view outline = contents;
+            std::string text = configuration(contentsFrom(outline, true));
+            open("/house.xml", text.replace(text.find(piece), piece.size(), other));
+            desktop.lastChooser.clear();
+        } else if (verb == "load") {
+            open("/house.xml", latin1(withLineEnds(what)));
+        } else if (verb == "import") {
+            disk.files["/house.esf"] = latin1(withLineEnds(what));
+            desktop.willChoose("/house.esf");
+            editor.mnuImpCfg_Click();
+        } else if (verb == "choose") {
+            desktop.willChoose(what);
+        } else if (verb == "drag") {
+            const auto [from, to] = cut(what, " to ");
+            drag(from, to);
         } else if (verb == "click") {
             click(what);
         } else if (verb == "doubleclick") {
@@ -242,7 +265,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         } else if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
-                write("    " + line.substr(0, line.find('\r')));
+                write("    " + fromWindows1252(line.substr(0, line.find('\r'))));
         } else {
             editor.run(commandNamed(verb));
         }
@@ -251,15 +274,16 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     /// "verb what: steps ? answer"
     void doAsTold(const std::string& line) {
         const auto [action, answer] = cut(line, " ? ");
-        if (!answer.empty()) {
-            desktop.willAnswer({answer == "yes"  ? Answer::yes
-                                : answer == "no" ? Answer::no
-                                                 : Answer::cancel});
-        }
+        std::istringstream answers(answer);
+        for (std::string each; answers >> each;)
+            desktop.willAnswer({each == "yes"  ? Answer::yes
+                                : each == "no" ? Answer::no
+                                               : Answer::cancel});
         std::string deed;
         std::tie(deed, steps) = cut(action, ": ");
         const auto [verb, what] = cut(deed, " ");
         act(verb, what);
+        EXPECT_EQ(desktop.answersLeft(), 0U) << line;
         expectTreeAndRegistriesAgree(document);
     }
 
@@ -297,6 +321,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"next item", number(document.itemCounter)},
             {"clipboard", withLineEnds(desktop.clipboard)},
             {"search", forms.find == nullptr ? "" : "shown"},
+            {"chooser", desktop.lastChooser},
+            {"recorded", registry.calls.empty() ? "" : registry.calls.back()},
             {"pointer", desktop.pointer == Pointer::normal ? "" : "busy"},
             {"ended", applicationEnded ? number(exitStatus) : ""}};
     }
