@@ -116,8 +116,10 @@ class Description {
 
 }  // namespace
 
-void approve(const QString& name, QWidget& window) {
-    const QByteArray now = Description(window).text().toUtf8();
+void approve(const QString& name, QWidget& window) { approve(name, Description(window).text()); }
+
+void approve(const QString& name, const QString& text) {
+    const QByteArray now = text.toUtf8();
     QFile file(APPROVED_DIR "/" + name + ".txt");
     if (qEnvironmentVariableIsSet("APPROVE")) {
         QVERIFY(file.open(QIODevice::WriteOnly));

@@ -1,4 +1,4 @@
-// What a window tells an assistive tool, compared with a text that a person has approved.
+// Texts of what is to be seen, compared with those that a person has approved.
 #pragma once
 
 #include <QWidget>
@@ -8,3 +8,6 @@
 /// difference fails the running test. With APPROVE set, writes the file anew: read the difference
 /// before it is committed.
 void approve(const QString& name, QWidget& window);
+
+/// A text that a test wrote itself, in the same way.
+void approve(const QString& name, const QString& text);

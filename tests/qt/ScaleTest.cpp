@@ -5,13 +5,6 @@
 
 namespace {
 
-// Times are promised for the program as it is delivered.
-#ifdef NDEBUG
-constexpr bool delivered = true;
-#else
-constexpr bool delivered = false;
-#endif
-
 /// Seconds of processor time from the start of `act` until its outcome has been painted: other
 /// work on the machine does not count.
 template <typename Act>
@@ -23,13 +16,6 @@ double painted(WindowWorld& world, const char* what, const Act& act) {
     const double taken = static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
     qInfo("%s: %.3f s", what, taken);
     return taken;
-}
-
-std::string repeated(std::string_view text, int times) {
-    std::string all;
-    for (int i = 0; i < times; ++i)
-        all += text;
-    return all;
 }
 
 }  // namespace
@@ -50,24 +36,24 @@ class ScaleTest : public QObject {
         const double opening = painted(world, "opening", [&] { world.openText(text); });
         const double click = painted(world, "node click", [&] { world.clickNode("Bus.ALL"); });
         QCOMPARE(world.rows().model()->rowCount(), count);
-        if (!delivered) return;
-        QVERIFY(opening < 3.0);
-        QVERIFY(click < 0.6);
+#ifdef NDEBUG  // times are promised for the program as it is delivered
+        QVERIFY(opening < 3.0 && click < 0.6);
+#endif
     }
 
     static void branchesNestedVeryDeep() {
         constexpr int depth = 1'000;  // reading refuses more
         WindowWorld world;
-        const std::string text = configuration(
-            plc("Bus", repeated("<B>", depth) + tag("End") + repeated("</B>", depth)));
+        std::string text = tag("End");
+        for (int level = 0; level < depth; ++level)
+            text = branch("B", text);
 
-        painted(world, "opening", [&] { world.openText(text); });
+        painted(world, "opening", [&] { world.openText(configuration(plc("Bus", text))); });
         QCOMPARE(world.document.items().count(), std::size_t{1});
         painted(world, "deepest item", [&] { QTest::keyClick(&world.tree, Qt::Key_End); });
         QCOMPARE(world.names(), QString("End"));
         painted(world, "closing", [&] { world.entry("mnuCloseCfg").trigger(); });
-        QVERIFY(!world.tree.isVisible());
-        QVERIFY(world.window.close());
+        QVERIFY(!world.tree.isVisible() && world.window.close());
     }
 };
 

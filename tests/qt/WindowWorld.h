@@ -13,13 +13,6 @@
 #include "qt/TreePane.h"
 #include "support/EditorWorld.h"
 
-/// Two clicks as a mouse makes them.
-inline void doubleClick(const QAbstractItemView& view, QPoint spot) {
-    QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, spot);
-    QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, spot);
-    QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, spot);
-}
-
 class WindowWorld {
  public:
     /// Without a disk and dialogs of its own it has faked ones.
@@ -75,25 +68,19 @@ class WindowWorld {
     void clickRow(int row, Qt::KeyboardModifiers keys = {}) const {
         QTest::mouseClick(rows().viewport(), Qt::LeftButton, keys, spotOnRow(row));
     }
-
-    /// The selected node's text, as the tree shows it.
-    QString selectedNode() const {
-        const auto selected = tree.selectionModel()->selectedIndexes();
-        return selected.isEmpty() ? "none" : selected.front().data().toString();
+    /// Two clicks as a mouse makes them.
+    static void doubleClick(const QAbstractItemView& view, QPoint spot) {
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, spot);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, spot);
+        QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, spot);
     }
-    /// The texts in a column of the list, from the first row to the last.
-    QStringList column(int column) const {
+    void openNode(const char* key) { doubleClick(tree, spotOnNode(key)); }
+
+    /// The texts in the list's first column, from the first row to the last.
+    QString names() const {
         QStringList texts;
         for (int row = 0; row < rows().model()->rowCount(); ++row)
-            texts.append(rows().model()->index(row, column).data().toString());
-        return texts;
-    }
-    QString names() const { return column(0).join(' '); }
-    QString selectedNames() const {
-        QStringList names;
-        for (const QModelIndex& row : rows().selectionModel()->selectedRows())
-            names.append(row.data().toString());
-        names.sort();
-        return names.join(' ');
+            texts.append(rows().model()->index(row, 0).data().toString());
+        return texts.join(' ');
     }
 };

@@ -9,7 +9,6 @@ std::unique_ptr<QObject> commandsTest();
 std::unique_ptr<QObject> dialogsTest();
 std::unique_ptr<QObject> editingTest();
 std::unique_ptr<QObject> mainWindowTest();
-std::unique_ptr<QObject> qtDesktopTest();
 std::unique_ptr<QObject> scaleTest();
 
 /// What the faked desktop complains of fails the running test.
@@ -31,8 +30,7 @@ int main(int argc, char* argv[]) {
     const QString wanted = one ? arguments.takeAt(1) : QString();
 
     int failures = 0;
-    for (const auto& make :
-         {commandsTest, dialogsTest, editingTest, mainWindowTest, qtDesktopTest, scaleTest}) {
+    for (const auto& make : {commandsTest, dialogsTest, editingTest, mainWindowTest, scaleTest}) {
         const auto suite = make();
         if (one && wanted != suite->metaObject()->className()) continue;
         failures += QTest::qExec(suite.get(), arguments);
