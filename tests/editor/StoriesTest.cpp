@@ -155,20 +155,18 @@ std::string contentsFrom(std::string_view& outline, bool areDevices) {
 
 class Stories : public ::testing::TestWithParam<std::string>, protected EditorWorld {
  protected:
-    Stories() {
-        forms.whenShown<frmItems>([this](frmItems& form) { play(form); });
-        forms.whenShown<frmPLC>([this](frmPLC& form) { play(form); });
-        forms.whenShown<frmBranch>([this](frmBranch& form) { play(form); });
-        forms.whenShown<frmSetts>([this](frmSetts& form) { play(form); });
-        forms.whenShown<frmReplace>([this](frmReplace& form) { play(form); });
+    Stories() { playEach<frmItems, frmPLC, frmBranch, frmSetts, frmReplace>(); }
+    template <typename... Form>
+    void playEach() {
+        (forms.whenShown<Form>([this](Form& form) { play(form); }), ...);
     }
 
     void write(const std::string& line) { transcript += line + "\n"; }
 
     /// Writes what the editor has said, and what has changed.
     void look(const Seen& now, Seen& before, const std::string& indent) {
-        for (const std::string& message : desktop.messages())
-            write(indent + "\"" + message + "\"");
+        for (std::size_t i = 0; i < desktop.messages().size(); ++i)
+            write(indent + "\"" + desktop.messages()[i] + "\"" + desktop.manners()[i]);
         desktop.forgetMessages();
         before.resize(now.size());
         for (std::size_t i = 0; i < now.size(); ++i)
@@ -224,6 +222,21 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             editor.ListView1_ColumnClick(static_cast<std::size_t>(std::stoi(what)));
         } else if (verb == "fold") {
             document.tree().setExpanded(document.tree().nodeAt(what), false);
+        } else if (verb == "drag") {
+            std::string from, to;
+            int shift = 0;
+            words >> from >> to >> shift;
+            drag(from, to, shift);
+        } else if (verb == "file") {
+            const auto [path, text] = cut(what, " ");
+            disk.files[path] = withLineEnds(text);
+        } else if (verb == "drop") {
+            editor.dropFile(what);
+        } else if (verb == "reopen") {
+            desktop.willChoose(document.currentPath());
+            editor.mnuOpenCfg_Click();
+        } else if (verb == "loading") {
+            editor.loadingStarted();
         } else if (verb == "leave") {
             editor.activeControl = frmEditing::ActiveControl::none;
         } else if (verb == "clipboard") {
@@ -268,8 +281,9 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         const ConfigTree& tree = document.tree();
         for (auto* node = tree.firstAdded(); node != nullptr; node = ConfigTree::addedAfter(*node))
             if (node->expanded()) expanded += node->key() + " ";
-        std::string list;
+        std::string list, rows;
         for (const auto& row : editor.ListView1.rows()) {
+            if (row.selected) rows += row.text + " ";
             list += "\n    " + row.key + " " + row.icon + " " + row.smallIcon + " ";
             for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i)
                 list += "|" + row.cell(i);
@@ -279,6 +293,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         };
         const auto number = [](int value) { return std::to_string(value); };
         const GlobalSets& settings = document.settings();
+        const Node* highlight = editor.treeDrag().dropHighlight();
         return {
             {"caption", editor.caption},
             {"views", editor.TreeView1.visible ? "visible" : "hidden"},
@@ -288,6 +303,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"columns", columns()},
             {"view", nameOf(editor.ListView1.view(), {"icon", "small icon", "list", "report"})},
             {"list", list},
+            {"rows", rows},
             {"saved", document.saved ? "yes" : "no"},
             {"enabled", enabledNow()},
             {"focus", nameOf(editor.activeControl, {"none", "tree", "list"})},
@@ -297,7 +313,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"next item", number(document.itemCounter)},
             {"clipboard", withLineEnds(desktop.clipboard)},
             {"search", forms.find == nullptr ? "" : "shown"},
-            {"pointer", desktop.pointer == Pointer::normal ? "" : "busy"},
+            {"pointer", desktop.pointer == Pointer::normal ? "" : "other"},
+            {"drop here", highlight == nullptr ? "" : highlight->key()},
             {"ended", applicationEnded ? number(exitStatus) : ""}};
     }
 

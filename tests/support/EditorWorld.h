@@ -129,13 +129,6 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
-/// The general message of an error, with its line's end.
-inline std::string errorIn(const std::string& routine, ErrorNumber number) {
-    const RunTimeError error(number);
-    return " Error n. " + std::to_string(static_cast<int>(number)) + "  " + error.description() +
-           " in " + routine + "\n";
-}
-
 /// The editor as it stands after the program's start.
 class EditorWorld : private frmEditing::Window {
  public:
@@ -184,41 +177,19 @@ class EditorWorld : private frmEditing::Window {
             editor.ListView1.setSelected(row, texts.contains(editor.ListView1.rows()[row].text));
     }
 
-    /// The keys of the selected node and of the listed rows.
-    std::string shown() const {
-        std::string line = document.tree().selected()->key() + ":";
-        for (const auto& row : editor.ListView1.rows())
-            line += " " + row.key;
-        return line;
-    }
-
-    /// The tree, which must agree with the records, what is selected and listed, and "*" while
-    /// something is not saved.
-    std::string state() const {
-        expectTreeAndRegistriesAgree(document);
-        return outline(document) + " " + shown() + (document.saved ? "" : "*");
-    }
-
-    /// Saves over the old file and gives the outline of what another editor reads from it, after
-    /// what that tells.
-    std::string savedAndRead() {
-        desktop.willAnswer({Answer::yes});
-        editor.mnuSaveCfg_Click();
-        EditorWorld reader;
-        reader.open("/file", disk.files[document.currentPath()]);
-        return reader.told() + outline(reader.document);
-    }
-
-    /// A drag with the right button, from a node to another one or to empty space ("").
+    /// A drag with the right button to another node, to empty space ("space"), or given up ("").
+    /// `shift` is the keyboard's state; the other button changes nothing.
     void drag(const std::string& from, const std::string& to, int shift = 0) {
         TreeDrag& drag = editor.treeDrag();
-        ASSERT_TRUE(
-            drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, &document.tree().nodeAt(from)));
+        Node& node = document.tree().nodeAt(from);
+        EXPECT_FALSE(drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, nullptr));
+        EXPECT_TRUE(drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, &node));
+        EXPECT_FALSE(drag.TreeView1_MouseDown(1, ~shift, nullptr));
         const DropEffect effect = drag.TreeView1_OLEStartDrag();
         drag.TreeView1_OLEDragOver(document.tree().FindNode(to));
         drag.TreeView1_OLEGiveFeedback();
         EXPECT_EQ(desktop.pointer, Pointer::icon);
-        drag.TreeView1_OLEDragDrop(effect);
+        to.empty() ? drag.cancelled() : drag.TreeView1_OLEDragDrop(effect);
     }
 
     /// Messages and questions since this was asked last, a line for each.
