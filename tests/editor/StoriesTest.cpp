@@ -202,62 +202,62 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     }
 
     void act(const std::string& verb, const std::string& what) {
-        ListView& list = editor.ListView1;
-        std::istringstream words(what);
         if (verb == "open") {
             std::string_view outline = what;
-            open("/house.xml", configuration(contentsFrom(outline, true)));
-        } else if (verb == "click") {
-            click(what);
-        } else if (verb == "doubleclick") {
-            editor.TreeView1_DblClick();
-        } else if (verb == "rows") {
-            selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
-        } else if (verb == "row" || verb == "doublerow") {
+            return open("/house.xml", configuration(contentsFrom(outline, true)));
+        }
+        if (verb == "click") return click(what);
+        if (verb == "doubleclick") return editor.TreeView1_DblClick();
+        if (verb == "row" || verb == "doublerow") {
+            const auto& rows = editor.ListView1.rows();
+            const auto place = std::ranges::find(rows, what, &ListView::Row::text) - rows.begin();
             selectRows({});
-            selectRow(static_cast<std::size_t>(
-                std::ranges::find(list.rows(), what, &ListView::Row::text) - list.rows().begin()));
-            verb == "row" ? editor.ListView1_Click() : editor.ListView1_DblClick();
-        } else if (verb == "sort") {
-            editor.ListView1_ColumnClick(static_cast<std::size_t>(std::stoi(what)));
-        } else if (verb == "fold") {
-            document.tree().setExpanded(document.tree().nodeAt(what), false);
-        } else if (verb == "drag") {
+            selectRow(static_cast<std::size_t>(place));
+            return verb == "row" ? editor.ListView1_Click() : editor.ListView1_DblClick();
+        }
+        if (verb == "sort") return editor.ListView1_ColumnClick(std::stoul(what));
+        if (verb == "fold") {
+            return document.tree().setExpanded(document.tree().nodeAt(what), false);
+        }
+        if (verb == "drop") return editor.dropFile(what);
+        if (verb == "loading") return editor.loadingStarted();
+        if (verb == "search") return play(*forms.find);
+        if (verb == "toolbar") return editor.Toolbar1_ButtonClick(what);
+        if (verb == "menus") return writeMenus();
+        std::istringstream words(what);
+        if (verb == "rows") {
+            return selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
+        }
+        if (verb == "drag") {
             std::string from, to;
             int shift = 0;
             words >> from >> to >> shift;
-            drag(from, to, shift);
-        } else if (verb == "file") {
-            const auto [path, text] = cut(what, " ");
-            disk.files[path] = withLineEnds(text);
-        } else if (verb == "drop") {
-            editor.dropFile(what);
-        } else if (verb == "reopen") {
-            desktop.willChoose(document.currentPath());
-            editor.mnuOpenCfg_Click();
-        } else if (verb == "loading") {
-            editor.loadingStarted();
-        } else if (verb == "leave") {
-            editor.activeControl = frmEditing::ActiveControl::none;
-        } else if (verb == "clipboard") {
-            desktop.clipboard = withLineEnds(what);
-        } else if (verb == "search") {
-            play(*forms.find);
-        } else if (verb == "toolbar") {
-            editor.Toolbar1_ButtonClick(what);
-        } else if (verb == "menus") {
-            for (const Command& it : commandTable()) {
-                std::string line = "    " + std::to_string(it.toolbarPlace);
-                for (const auto cell : {it.name, it.caption, it.shortcut, it.tooltip, it.picture})
-                    line.append("|").append(cell);
-                write(line);
-            }
-        } else if (verb == "read") {
+            return drag(from, to, shift);
+        }
+        if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
                 write("    " + line.substr(0, line.find('\r')));
+            return;
+        }
+        if (verb == "leave") {
+            editor.activeControl = frmEditing::ActiveControl::none;
+        } else if (verb == "clipboard") {
+            desktop.clipboard = withLineEnds(what);
+        } else if (verb == "file") {
+            const auto [path, text] = cut(what, " ");
+            disk.files[path] = withLineEnds(text);
         } else {
+            if (verb == "mnuOpenCfg") desktop.willChoose(document.currentPath());
             editor.run(commandNamed(verb));
+        }
+    }
+    void writeMenus() {
+        for (const Command& it : commandTable()) {
+            std::string line = "    " + std::to_string(it.toolbarPlace);
+            for (const auto cell : {it.name, it.caption, it.shortcut, it.tooltip, it.picture})
+                line.append("|").append(cell);
+            write(line);
         }
     }
 
@@ -338,7 +338,7 @@ TEST_P(Stories, ComeOutAsTold) {
 }
 
 std::vector<std::string> storyFiles() {
-    const std::filesystem::directory_iterator folder(STORIES_DIR);
+    const std::filesystem::directory_iterator folder(TESTS_DIR "/editor/stories");
     std::vector<std::string> paths;
     for (const auto& entry : folder)
         paths.push_back(entry.path().string());

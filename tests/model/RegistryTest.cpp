@@ -8,17 +8,6 @@
 
 namespace {
 
-/// What an action raises; 0 when it raises nothing.
-template <typename Action>
-ErrorNumber raised(Action action) {
-    try {
-        action();
-        return {};
-    } catch (const RunTimeError& error) {
-        return error.number();
-    }
-}
-
 TEST(Registry, IsAListInOrderOfAddingWhoseKeysDifferInMoreThanLetterCase) {
     Registry<std::string> registry;
     std::vector<std::string> expected;  // the keys in capitals
@@ -27,55 +16,46 @@ TEST(Registry, IsAListInOrderOfAddingWhoseKeysDifferInMoreThanLetterCase) {
         const std::string key = (random() % 2 == 0 ? "\u00C4tna_" : "\u00E4TNA_");
         return random() % 1000 == 0 ? "" : key + std::to_string(random() % 300);
     };
+    const auto expectThat = [](bool works, const auto& action) {
+        if (!works) {
+            EXPECT_THROW(action(), RunTimeError);
+            return;
+        }
+        action();
+    };
     for (int i = 0; i < 20000; ++i) {
         const std::string key = anyKey();
         const std::string newKey = anyKey();
         const auto place = std::ranges::find(expected, upperCase(key));
         const auto holder = std::ranges::find(expected, upperCase(newKey));
         const bool isThere = place != expected.end();
+        const bool isFree = !newKey.empty() && holder == expected.end();
+        const bool mayBecome = isThere && !newKey.empty() && (isFree || holder == place);
         ASSERT_EQ(registry.find(key) != nullptr, isThere) << i;
-        ErrorNumber error = isThere ? ErrorNumber{} : ErrorNumber::invalidCall;
-        switch (random() % 4) {
-            case 0: ASSERT_EQ(raised([&] { registry.at(key); }), error); break;
-            case 1:
-                ASSERT_EQ(raised([&] { registry.remove(key); }), error);
-                if (isThere) expected.erase(place);
-                break;
-            case 2:
-                if (holder != expected.end())
-                    error = ErrorNumber::keyTaken;
-                else
-                    error = newKey.empty() ? ErrorNumber::invalidCall : ErrorNumber{};
-                ASSERT_EQ(
-                    raised([&] { registry.add(std::make_shared<std::string>(newKey), newKey); }),
-                    error);
-                if (error == ErrorNumber{}) expected.push_back(upperCase(newKey));
-                break;
-            default:
-                if (newKey.empty())
-                    error = ErrorNumber::invalidCall;
-                else if (isThere && holder != expected.end() && holder != place)
-                    error = ErrorNumber::keyTaken;
-                ASSERT_EQ(raised([&] {
-                              registry.rekey(key, newKey,
-                                             [&](std::string& record) { record = newKey; });
-                          }),
-                          error);
-                if (error != ErrorNumber{}) break;
-                expected.erase(place);
-                expected.push_back(upperCase(newKey));
-        }
+        expectThat(isThere, [&] { registry.at(key); });
+        const auto deed = random() % 3;
+        if (deed == 0) expectThat(isThere, [&] { registry.remove(key); });
+        if (deed == 1)
+            expectThat(isFree,
+                       [&] { registry.add(std::make_shared<std::string>(newKey), newKey); });
+        if (deed == 2)
+            expectThat(mayBecome, [&] {
+                registry.rekey(key, newKey, [&](std::string& record) { record = newKey; });
+            });
+        if ((deed == 0 && isThere) || (deed == 2 && mayBecome)) expected.erase(place);
+        if ((deed == 1 && isFree) || (deed == 2 && mayBecome))
+            expected.push_back(upperCase(newKey));
         if (i == 15000) {
             registry.clear();
             expected.clear();
         }
+        if (i % 50 != 0) continue;
         std::vector<std::string> keys;
         for (const auto& [entry, record] : registry)
             keys.push_back(upperCase(*record));
         ASSERT_EQ(keys, expected);
         ASSERT_EQ(registry.count(), expected.size());
-        ASSERT_EQ(raised([&] { EXPECT_EQ(upperCase(*registry.last()), keys.back()); }),
-                  keys.empty() ? ErrorNumber::invalidCall : ErrorNumber{});
+        expectThat(!keys.empty(), [&] { EXPECT_EQ(upperCase(*registry.last()), keys.back()); });
     }
 }
 

@@ -5,46 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
-#include <string_view>
 
 #include "editor/frmEditing.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeDisk.h"
 #include "support/FakeForms.h"
 
-/// What a file with one device looks like, with the lines' ends of this source.
-inline constexpr std::string_view exampleText = R"(<?xml version="1.0" encoding="ISO-8859-1"?>
-<QUONEibCfg>
-	<SETTINGS port="COM3" editype="USBEMI1" timeout="2500"/>
-	<OPC_DA>
-		<DEVICE name="Plant" port="COM2" editype="PEI10x19200" timeout="1500">
-			<tags>
-				<tag>
-					<name>Light1</name>
-					<comment>Hall light</comment>
-					<address>1/2/3</address>
-					<eistype>EIS1</eistype>
-					<flag>READ</flag>
-					<accessrights>READWRITE</accessrights>
-				</tag>
-				<FLOOR1>
-					<tag>
-						<name>Text1</name>
-						<comment></comment>
-						<address>2/0/10</address>
-						<eistype>EIS15</eistype>
-						<flag>TRANSMIT</flag>
-						<accessrights>READ</accessrights>
-						<elements>14</elements>
-					</tag>
-				</FLOOR1>
-			</tags>
-		</DEVICE>
-	</OPC_DA>
-</QUONEibCfg>
-)";
+/// What a file with one device looks like, with the lines' ends of a source.
+inline const std::string exampleText = [] {
+    std::ifstream file(TESTS_DIR "/support/example.xml");
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}();
 
 inline std::string tag(const std::string& name) {
     return "<tag><name>" + name +
