@@ -19,7 +19,7 @@ std::string addBranch(Document& document, const std::string& parentKey, const st
     const auto branch = std::make_shared<clsBranch>();
     branch->sName = name;
     branch->sKey = parentKey + "." + name;
-    document.enter(branch, parentKey);
+    document.enter(branch, document.tree().nodeAt(parentKey));
     return branch->sKey;
 }
 
@@ -34,7 +34,7 @@ void addItem(Document& document, const std::string& parentKey, int number,
     item->sDataType = number % 16 == 0 ? "EIS15" : "EIS1";
     item->nElements = 14;
     item->sAccessRight = "READWRITE";
-    document.enter(item, parentKey);
+    document.enter(item, document.tree().nodeAt(parentKey));
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ class SilentDesktop : public Desktop {
                                  const std::string& /*proposedName*/) override {
         return {};
     }
-    std::string defaultFolder() override { return {}; }
+    std::string defaultFolder() override { return "/"; }
     std::string clipboardText() override { return clipboard; }
     void clearClipboard() override { clipboard.clear(); }
     void setPointer(Pointer /*pointer*/) override {}

@@ -42,7 +42,7 @@ class User : private EditorWorld {
             desktop.clipboard = name() + "\r\n" + name() + "\r\n";
             doOne(below(64));
             desktop.forgetMessages();
-            expectTreeAndRegistriesAgree(document, shared_);
+            expectTreeAndRegistriesAgree(document);
         }
     }
 
@@ -109,7 +109,6 @@ class User : private EditorWorld {
     }
 
     std::string_view deeds_;
-    SharedRecords shared_;
 };
 
 }  // namespace

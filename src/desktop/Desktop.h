@@ -44,7 +44,8 @@ class Desktop {
     /// Raises ErrorNumber::cancelled when the user chose none.
     virtual std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
                                          const std::string& proposed) = 0;
-    /// The folder where a new configuration is proposed to be kept.
+    /// The folder where a new configuration is proposed to be kept, with the system's separator of
+    /// folders at its end.
     virtual std::string defaultFolder() = 0;
 
     /// The text on the system clipboard; empty when it holds none.

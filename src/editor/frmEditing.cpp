@@ -189,6 +189,7 @@ void frmEditing::showChange(const std::string& oldKey) {
 }
 
 void frmEditing::changeBranch(const Node& node) {
+    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
     const std::string oldKey = node.key();
     document_.branchDialog.modify = true;
     frmBranch form(document_, desktop_, document_.branches().at(node.key()));
@@ -207,6 +208,7 @@ void frmEditing::changeDevice(const Node& node) {
 }
 
 void frmEditing::changeItem(const Node& node) {
+    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
     const std::string oldKey = node.key();
     document_.itemDialog.modify = true;
     frmItems form(document_, desktop_, document_.itemAt(node));

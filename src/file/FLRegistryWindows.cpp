@@ -4,38 +4,44 @@
 #define NOMINMAX
 #include <windows.h>
 
+#include <filesystem>
+
 #include "file/FLRegistry.h"
 
 namespace {
 
-/// The text in the system's code page, which the calls below and the server use.
-std::string inCodePage(const std::string& utf8) {
-    const int wideLength = ::MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, nullptr, 0);
-    std::wstring wide(static_cast<std::size_t>(wideLength), L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, utf8.c_str(), -1, wide.data(), wideLength);
-    const int length =
-        ::WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, nullptr, 0, nullptr, nullptr);
-    std::string text(static_cast<std::size_t>(length), '\0');
-    ::WideCharToMultiByte(CP_ACP, 0, wide.c_str(), -1, text.data(), length, nullptr, nullptr);
-    if (!text.empty()) text.pop_back();  // the closing NUL
-    return text;
+/// By the "A" function, which every server's reading matches, where the code page can carry the
+/// text: it is UTF-8 by the program's manifest since Windows 10, version 1903.
+void setText(HKEY key, const std::string& name, const std::string& text) {
+    if (::GetACP() == CP_UTF8) {
+        ::RegSetValueExA(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
+                         static_cast<DWORD>(text.size() + 1));
+        return;
+    }
+    const auto wide = [](const std::string& utf8) {
+        return std::filesystem::path(std::u8string(utf8.begin(), utf8.end())).native();
+    };
+    const std::wstring value = wide(text);
+    ::RegSetValueExW(key, wide(name).c_str(), 0, REG_SZ,
+                     reinterpret_cast<const BYTE*>(value.c_str()),
+                     static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
 class WindowsRegistry : public FLRegistry {
  public:
     void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
                      const std::string& text) override {
-        HKEY key = nullptr;
-        if (::RegCreateKeyExA(HKEY_LOCAL_MACHINE, inCodePage(subKey).c_str(), 0, nullptr,
-                              REG_OPTION_NON_VOLATILE, KEY_WRITE, nullptr, &key,
-                              nullptr) != ERROR_SUCCESS) {
-            return;
+        // A 32-bit server sees a HKEY_LOCAL_MACHINE\Software of its own, whatever this program is.
+        for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
+            HKEY key = nullptr;
+            if (::RegCreateKeyExA(HKEY_LOCAL_MACHINE, subKey.c_str(), 0, nullptr,
+                                  REG_OPTION_NON_VOLATILE, KEY_WRITE | view, nullptr, &key,
+                                  nullptr) != ERROR_SUCCESS) {
+                continue;
+            }
+            setText(key, valueName, text);
+            ::RegCloseKey(key);
         }
-        const std::string value = inCodePage(text);
-        ::RegSetValueExA(key, inCodePage(valueName).c_str(), 0, REG_SZ,
-                         reinterpret_cast<const BYTE*>(value.c_str()),
-                         static_cast<DWORD>(value.size() + 1));
-        ::RegCloseKey(key);
     }
 };
 

@@ -12,18 +12,6 @@ const FileFilter configurationFiles{"configuration files ", "*.xml"};
 
 std::string proposedFileName() { return std::string(productName) + ".xml"; }
 
-#ifdef _WIN32
-constexpr char folderSeparator = '\\';
-#else
-constexpr char folderSeparator = '/';
-#endif
-
-/// Where Save As proposes to keep what is open at that path: beside it.
-std::string proposedBeside(const std::string& path) {
-    // With the separator, and nothing where there is none.
-    return path.substr(0, path.find_last_of(folderSeparator) + 1) + proposedFileName();
-}
-
 }  // namespace
 
 void Lifecycle::mnuNewCfg_Click() {
@@ -31,7 +19,7 @@ void Lifecycle::mnuNewCfg_Click() {
         if (!saveFirst()) return;
         document_.open = false;
         window_.InitObjects();
-        document_.startAt(desktop_.defaultFolder() + folderSeparator + proposedFileName());
+        document_.startAt(desktop_.defaultFolder() + proposedFileName());
         document_.open = true;
         document_.saved = false;
         document_.deviceCounter = document_.branchCounter = document_.itemCounter = 0;
@@ -140,8 +128,11 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
             return;
         }
         try {
+            const std::string present = document_.currentPath();
+            const char separator = desktop_.defaultFolder().back();
+            const std::string folder = present.substr(0, present.find_last_of(separator) + 1);
             const std::string path = desktop_.chooseFileToSave(
-                "Save configuration", configurationFiles, proposedBeside(document_.currentPath()));
+                "Save configuration", configurationFiles, folder + proposedFileName());
             if (!mayReplace(path)) {
                 outcome = SaveOutcome::declined;
                 return;

@@ -188,6 +188,7 @@ void FormDialog::enter(QLineEdit* edit) {
 }
 
 void FormDialog::run(const Handler& handler) {
+    if (closed_()) return;  // a second click, as the dialog goes
     const QPointer<FormDialog> alive(this);
     handler();
     if (!alive) return;  // the program has been ended meanwhile

@@ -11,7 +11,7 @@
 namespace {
 
 QString pathOf(const char* folder, std::string_view key) {
-    return QString(":/icons/%1/%2.svg").arg(folder, toQt(key));
+    return QString(":/icons/%1/%2." PICTURE_FORMAT).arg(folder, toQt(key));
 }
 
 /// A picture is read once: the views ask for one at every cell that they paint.
@@ -72,6 +72,6 @@ QColor markColour(const QPalette& palette) {
     return dark ? QColor(0xFF, 0xB0, 0x5C) : QColor(0xA8, 0x32, 0x00);
 }
 
-QIcon application() { return QIcon(":/icons/app.svg"); }
+QIcon application() { return QIcon(":/icons/app." PICTURE_FORMAT); }
 
 }  // namespace icons

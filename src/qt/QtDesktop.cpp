@@ -116,11 +116,12 @@ std::string QtDesktop::chooseFileToSave(const std::string& title, const FileFilt
 
 std::string QtDesktop::defaultFolder() {
 #ifdef Q_OS_WIN
-    return fromQt(QDir::toNativeSeparators(QCoreApplication::applicationDirPath()));
+    const QString folder = QCoreApplication::applicationDirPath();
 #else
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return fromQt(QDir(documents).exists() ? documents : QDir::homePath());
+    const QString folder = QDir(documents).exists() ? documents : QDir::homePath();
 #endif
+    return fromQt(QDir::toNativeSeparators(folder + '/'));
 }
 
 std::string QtDesktop::clipboardText() { return fromQt(QGuiApplication::clipboard()->text()); }

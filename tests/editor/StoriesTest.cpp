@@ -12,6 +12,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "model/Text.h"
 #include "support/EditorWorld.h"
 
 namespace {
@@ -133,6 +134,13 @@ std::string withLineEnds(std::string text) {
     return text;
 }
 
+/// Each character is one byte in the files of stories.
+std::string latin1(const std::string& text) {
+    std::string bytes;
+    appendLatin1(bytes, text);
+    return bytes;
+}
+
 /// The contents of a file with this outline, which is read up to the "]" that ends them.
 std::string contentsFrom(std::string_view& outline, bool areDevices) {
     std::string xml;
@@ -203,9 +211,20 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
 
     void act(const std::string& verb, const std::string& what) {
         if (verb == "open") {
-            std::string_view outline = what;
-            return open("/house.xml", configuration(contentsFrom(outline, true)));
+            const auto [contents, fault] = cut(what, " but ");
+            const auto [piece, other] = cut(fault, " is ");
+            std::string_view outline = contents;
+            std::string text = configuration(contentsFrom(outline, true));
+            open("/house.xml", text.replace(text.find(piece), piece.size(), other));
+            return desktop.lastChooser.clear();
         }
+        if (verb == "load") return open("/house.xml", latin1(withLineEnds(what)));
+        if (verb == "import") {
+            disk.files["/house.esf"] = latin1(withLineEnds(what));
+            desktop.willChoose("/house.esf");
+            return editor.mnuImpCfg_Click();
+        }
+        if (verb == "choose") return desktop.willChoose(what);
         if (verb == "click") return click(what);
         if (verb == "doubleclick") return editor.TreeView1_DblClick();
         if (verb == "row" || verb == "doublerow") {
@@ -229,15 +248,15 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             return selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
         }
         if (verb == "drag") {
-            std::string from, to;
+            std::string from, to, target, with;
             int shift = 0;
-            words >> from >> to >> shift;
-            return drag(from, to, shift);
+            words >> from >> to >> target >> with >> shift;
+            return drag(from, target, shift);
         }
         if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
-                write("    " + line.substr(0, line.find('\r')));
+                write("    " + fromWindows1252(line.substr(0, line.find('\r'))));
             return;
         }
         if (verb == "leave") {
@@ -248,7 +267,6 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             const auto [path, text] = cut(what, " ");
             disk.files[path] = withLineEnds(text);
         } else {
-            if (verb == "mnuOpenCfg") desktop.willChoose(document.currentPath());
             editor.run(commandNamed(verb));
         }
     }
@@ -264,15 +282,16 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     /// "verb what: steps ? answer"
     void doAsTold(const std::string& line) {
         const auto [action, answer] = cut(line, " ? ");
-        if (!answer.empty()) {
-            desktop.willAnswer({answer == "yes"  ? Answer::yes
-                                : answer == "no" ? Answer::no
-                                                 : Answer::cancel});
-        }
+        std::istringstream answers(answer);
+        for (std::string each; answers >> each;)
+            desktop.willAnswer({each == "yes"  ? Answer::yes
+                                : each == "no" ? Answer::no
+                                               : Answer::cancel});
         std::string deed;
         std::tie(deed, steps) = cut(action, ": ");
         const auto [verb, what] = cut(deed, " ");
         act(verb, what);
+        EXPECT_EQ(desktop.answersLeft(), 0U) << line;
         expectTreeAndRegistriesAgree(document);
     }
 
@@ -313,6 +332,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"next item", number(document.itemCounter)},
             {"clipboard", withLineEnds(desktop.clipboard)},
             {"search", forms.find == nullptr ? "" : "shown"},
+            {"chooser", desktop.lastChooser},
+            {"recorded", registry.calls.empty() ? "" : registry.calls.back()},
             {"pointer", desktop.pointer == Pointer::normal ? "" : "other"},
             {"drop here", highlight == nullptr ? "" : highlight->key()},
             {"ended", applicationEnded ? number(exitStatus) : ""}};

@@ -75,59 +75,6 @@ TEST_F(CreateXMLTest, GivesBackTheSampleUnchanged) {
     EXPECT_THAT(desktop.messages(), IsEmpty());
 }
 
-TEST_F(CreateXMLTest, WritesWhatADraggedDeviceLeftAndNoEmptyNodeWhereItWasDropped) {
-    const std::string contents = tag("1.OG_Lamp") + branch("F", tag("y") + branch("G", tag("z")));
-    read(configuration(plc("New Device 0", contents) + plc("Annex")));
-    document.leave(document.tree().nodeAt("New Device 0"));
-    Node& dropped =
-        document.tree().AddNode("Annex", "Annex.New Device 0", "New Device 0", NodeKind::plc);
-    document.tree().AddNode(&dropped, "Annex.New Device 0.Pump", "Pump", NodeKind::plc);
-    const std::string once = written();
-    EXPECT_EQ(spoilsFile(dropped, document.tree()), "");
-    read(once);
-    EXPECT_EQ(outline(document), "New Device 0[1.OG_Lamp F[y G[z]]] Annex[]");
-    EXPECT_THAT(desktop.messages(), IsEmpty());
-}
-
-TEST_F(CreateXMLTest, WritesNothingThatWouldNotBeReadBack) {
-    const auto refusal = [&](const std::string& devices, const std::string& parent,
-                             const std::string& name, NodeKind kind) {
-        disk.files[path] = "old";
-        document.startAt(path);
-        disk.files["/in"] = configuration(devices);
-        EXPECT_TRUE(ImportXML("/in", document, disk, desktop, [] {}));
-        Node& node = document.tree().nodeAt(parent);
-        if (kind == NodeKind::branch) {
-            const auto record = std::make_shared<clsBranch>();
-            record->sName = name;
-            record->sKey = parent + "." + name;
-            document.enter(record, node);
-        } else {
-            document.tree().AddNode(&node, parent + "." + name, name, kind);
-            const auto item = std::make_shared<clsItem>();
-            item->sKey = parent + "." + name + ".x";
-            item->sName = "x";
-            document.enter(item, document.tree().nodeAt(parent + "." + name));
-        }
-        EXPECT_FALSE(CreateXML(path, document, disk, desktop));
-        EXPECT_EQ(disk.files[path], "old");
-        const std::string told = desktop.messages().back();
-        EXPECT_EQ(desktop.messages().size(), 1U) << told;
-        desktop.forgetMessages();
-        return told.substr(0, told.find(" once"));
-    };
-    constexpr auto dropped = NodeKind::plc;
-    constexpr auto aBranch = NodeKind::branch;
-    EXPECT_EQ(refusal(plc("P", tag("LIGHT")), "P", "Light", aBranch),
-              " Error n. 5  \"P.Light\" has the name of \"P.LIGHT\"");
-    EXPECT_EQ(refusal(plc("P", branch("D", "")), "P", "d", dropped),
-              " Error n. 5  \"P.D\" has the name of \"P.d\"");
-    EXPECT_EQ(refusal(plc("P") + plc("P.D"), "P", "d", aBranch),
-              " Error n. 5  \"P.D\" has the name of \"P.d\"");
-    EXPECT_EQ(refusal(plc("P", tag("OG.LAMP") + branch("OG", "")), "P.OG", "lamp", aBranch),
-              " Error n. 5  \"P.OG.lamp\" has the name of \"P.OG.LAMP\"");
-}
-
 TEST_F(CreateXMLTest, ReadsAndWritesBranchesAThousandDeep) {
     std::string contents = tag("x");
     for (int i = 0; i < 1000; ++i)
@@ -156,19 +103,6 @@ TEST_F(CreateXMLTest, WritesNothingWhenAPartCannotBeWritten) {
     EXPECT_FALSE(CreateXML(path, document, disk, desktop));
     EXPECT_THAT(desktop.messages(),
                 ElementsAre(" Error n. 5  Invalid procedure call or argument in PrintBranch"));
-
-    desktop.forgetMessages();
-    document.tree().AddNode("config", "config.F", "F", NodeKind::branch);
-    EXPECT_FALSE(CreateXML(path, document, disk, desktop));
-    EXPECT_THAT(
-        desktop.messages(),
-        ElementsAre(" Error n. 5  \"F\" stands below no device and cannot be saved in CreateXML"));
-
-    desktop.forgetMessages();
-    document.startAt(path);
-    disk.writeFault = ErrorNumber::diskFull;
-    EXPECT_FALSE(CreateXML(path, document, disk, desktop));
-    EXPECT_THAT(desktop.messages(), ElementsAre(" Error n. 61  Disk full in CreateXML"));
     EXPECT_EQ(disk.files[path], old);
     EXPECT_EQ(desktop.pointer, Pointer::normal);
 }

@@ -1,38 +1,38 @@
-// Menus, toolbar, pictures, and what each command state enables.
+// What every window tells its user, and the pictures.
 #include <QFile>
-#include <QHelpEvent>
-#include <QMenu>
-#include <QMenuBar>
-#include <QRegularExpression>
-#include <QToolBar>
-#include <QToolTip>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTimer>
+#include <algorithm>
 
+#include "qt/Approved.h"
 #include "qt/Icons.h"
+#include "qt/QtDesktop.h"
+#include "qt/QtForms.h"
 #include "qt/WindowWorld.h"
 
 namespace {
 
-/// The actions of the menu bar and of its menus, then the toolbar's buttons, as they stand.
-QObjectList commandsOf(const WindowWorld& world) {
-    QObjectList commands;
-    for (QAction* top : world.window.menuBar()->actions()) {
-        commands.append(top);
-        if (top->menu() == nullptr) continue;
-        for (QAction* entry : top->menu()->actions())
-            commands.append(entry);
-    }
-    const auto* toolbar = world.window.findChild<QToolBar*>("Toolbar1");
-    for (QAction* action : toolbar->actions())
-        if (!action->isSeparator()) commands.append(toolbar->widgetForAction(action));
-    return commands;
-}
-
-/// Their names and keys, as far as they are enabled.
-QString enabledNow(const WindowWorld& world) {
-    QStringList names;
-    for (const QObject* command : commandsOf(world))
-        if (command->property("enabled").toBool()) names.append(command->objectName());
-    return names.filter(QRegularExpression("^(?!mnunull)")).join(' ');  // no separators
+/// Approves the dialog that is opened, after what its user has done in it, and leaves it.
+void approveDialog(
+    const char* name, const std::function<void()>& open,
+    const std::function<void(QWidget&)>& act = [](QWidget&) {}) {
+    bool shown = false;
+    QTimer::singleShot(0, qApp, [&] {
+        const QPointer<QWidget> dialog = QApplication::activeModalWidget();
+        QVERIFY2(dialog != nullptr && QTest::qWaitForWindowActive(dialog), name);
+        shown = true;
+        act(*dialog);
+        approve(name, *dialog);
+        if (dialog) QTest::keyClick(dialog, Qt::Key_Escape);
+        // A question that has no Cancel.
+        if (auto* box = qobject_cast<QMessageBox*>(dialog); box != nullptr && box->isVisible())
+            box->button(QMessageBox::No)->click();
+        while (QWidget* left = QApplication::activeModalWidget())
+            left->close();
+    });
+    open();
+    QVERIFY2(shown, name);
 }
 
 }  // namespace
@@ -41,109 +41,91 @@ class CommandsTest : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    static void enabledByWhatIsClicked() {
+    static void mainWindowAsItIsTold() {
         WindowWorld world;
-        const std::string text =
-            configuration(plc("Plant", tag("Light1") + branch("FLOOR1", tag("Text1"))));
-        const auto expect = [&](const QString& state, const QString& menusAndButtons,
-                                std::optional<QString> now = {}) {
-            if (!now) now = enabledNow(world);
-            QCOMPARE(state + *now, state + menusAndButtons);
-        };
-        const QString file =
-            "mnuFile mnuNewCfg mnuOpenCfg mnuSaveCfg mnuSaveAs mnuImpCfg mnuCloseCfg mnuExit "
-            "mnuObjects mnuSetts ";
-        const QString view =
-            " mnuView mnuIcon mnuSmallIcon mnuList mnuReport mnuTools mnuFind mnuAbout "
-            "new open save close setts ";
-        const QString viewButtons = " icon smallicon list report find ";
-        const QString item = file +
-                             "mnuEdit mnuCopy mnuCut mnuDelete mnuPasteName mnuPasteComment" +
-                             view + "copy cut delete" + viewButtons + "pastitem pastcomment exit";
-
-        expect("no configuration: ",
-               "mnuFile mnuNewCfg mnuOpenCfg mnuImpCfg mnuExit mnuAbout new open exit");
-
-        QString whileLoading;
-        const auto* panel = world.window.findChild<QWidget*>("pnlImpStat");
-        bool panelShown = false;
+        approve("window-none", world.window);
+        QVERIFY(QTest::qWaitForWindowActive(&world.window));
+        bool loading = false;
         world.desktop.onPendingEvents = [&] {
-            whileLoading = enabledNow(world);
-            panelShown = panel->isVisible();
+            if (!std::exchange(loading, true)) approve("window-loading", world.window);
         };
-        world.openText(text);
-        expect("loading: ", "mnuExit mnuAbout exit", whileLoading);
-        QVERIFY(panelShown && !panel->isVisible());
-        expect("configuration open: ", file +
-                                           "mnuAddPlc mnuTools mnuFind mnuAbout "
-                                           "new open save close setts plc find exit");
+        world.openText(configuration(
+            plc("Plant", tag("Light1") + branch("FLOOR1", tag("Text1") + tag("Text2")))));
+        approve("window-open", world.window);
+        const auto now = [&](const char* name) {
+            world.tree.setFocus();
+            approve(name, world.window);
+        };
         world.clickNode("config");
-        expect("root selected: ",
-               file + "mnuAddPlc mnuEdit mnuPaste" + view + "plc paste" + viewButtons + "exit");
+        now("window-root");
         world.clickRow(0);
-        expect("device row selected: ", file + "mnuAddBranch mnuAddItem mnuEdit mnuPaste" + view +
-                                            "branch item paste" + viewButtons + "exit");
+        now("window-device-row");
         world.clickNode("Plant");  // in it an item, but a branch before it
-        const QString container = file + "mnuAddBranch mnuAddItem mnuEdit mnuPaste mnuDelete" +
-                                  view + "branch item paste delete" + viewButtons + "exit";
-        expect("container selected: ", container);
-        world.clickRow(0);
-        expect("item row selected: ", item);
+        now("window-container");
         world.clickNode("Plant.FLOOR1");
-        expect(
-            "container selected, items listed: ",
-            file +
-                "mnuAddBranch mnuAddItem mnuEdit mnuPaste mnuDelete mnuPasteName mnuPasteComment" +
-                view + "branch item paste delete" + viewButtons + "pastitem pastcomment exit");
+        now("window-items-listed");
+        world.clickRow(0);
+        now("window-item-row");
         world.clickNode("Plant.FLOOR1.Text1");
-        expect("item selected: ", item);
-        // No listing shows branches; the state is there for one that will.
-        world.form.ListView1.addRow(
-            {.key = "Plant.FLOOR1", .text = "FLOOR1", .subItems = {}, .icon = {}, .smallIcon = {}});
-        world.clickRow(1);
-        expect("branch row selected: ", container);
+        now("window-item");
+        world.clickNode("Plant.FLOOR1");
+        world.entry("mnuIcon").trigger();
+        now("window-icons");
     }
 
-    static void menusAndToolbarAsTheUserReadsThem() {
-        const WindowWorld world;
-        const auto tooltipOf = [](QToolButton& button) {
-            QHelpEvent hover(QEvent::ToolTip, {1, 1}, button.mapToGlobal(QPoint(1, 1)));
-            QCoreApplication::sendEvent(&button, &hover);
-            return QToolTip::text();
+    static void dialogsAsTheyAreTold() {
+        QtForms forms;
+        WindowWorld world(nullptr, &forms);
+        world.openText(configuration(plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")))));
+        const auto entry = [&](const char* name) {
+            return [=, &world] { world.entry(name).trigger(); };
         };
-        QCOMPARE(tooltipOf(world.button("find")), QString());  // before any other is shown
-        QStringList menus;
-        QStringList buttons;
-        for (QObject* command : commandsOf(world)) {
-            if (const auto* action = qobject_cast<QAction*>(command)) {
-                const QString text =
-                    action->isSeparator() ? "-" + action->objectName() : action->text();
-                menus.append((text + " " + action->shortcut().toString()).trimmed());
-                continue;
-            }
-            auto& button = *qobject_cast<QToolButton*>(command);
-            QVERIFY2(!button.icon().isNull(), qPrintable(button.objectName()));
-            const bool silent = button.objectName() == "find";
-            buttons.append(button.objectName() + ":" + (silent ? QString() : tooltipOf(button)));
-        }
-        QCOMPARE(menus, QString("&File,&New Configuration,&Open Configuration,-mnunull1,"
-                                "&Save Configuration,Save Configuration &As,-mnunull6,"
-                                "Import from ETS,-mnunull2,&Close Configuration,E&xit,"
-                                "&Objects,&Global Settings Ctrl+G,-mnunull5,Add &Object Ctrl+P,"
-                                "Add &Branch Ctrl+B,Add &Item Ctrl+I,"
-                                "&Edit,&Copy Ctrl+C,Cu&t Ctrl+X,&Paste Ctrl+V,&Delete Object Del,"
-                                "-mnunull4,Paste Item names from Clipboard,"
-                                "Paste Item comments from Clipboard,"
-                                "&View,&Icon,&SmallIcon,&List,&Report,&Tools,&Find,&About")
-                            .split(','));
-        QCOMPARE(buttons, QString("new:new config,open:open config,save:save config,"
-                                  "close:close config,setts:global settings,plc:add Object,"
-                                  "branch:add Branch,item:add Item,copy:copy,cut:cut,paste:paste,"
-                                  "delete:delete,icon:view icon,smallicon:view smallicon,"
-                                  "list:view list,report:view report,find:,"
-                                  "pastitem:Replace Item Name,pastcomment:Replace Item Comment,"
-                                  "exit:exit")
-                              .split(','));
+        const auto node = [&](const char* key) {
+            return [=, &world] { doubleClick(world.tree, world.spotOnNode(key)); };
+        };
+        approveDialog("settings", entry("mnuSetts"));
+        approveDialog("device-add", entry("mnuAddPlc"));
+        approveDialog("device-change", node("Plant"));
+        approveDialog("branch-add", entry("mnuAddBranch"));
+        approveDialog("branch-change", node("Plant.FLOOR1"));
+        approveDialog("item-add", entry("mnuAddItem"));
+        approveDialog("item-vector", entry("mnuAddItem"), [](QWidget& dialog) {
+            dialog.findChild<QLineEdit*>("txtItemName")->setText("Lamp\u263a");
+            dialog.findChild<QAbstractButton*>("cmdGroup")->click();
+        });
+        approveDialog("item-change", node("Plant.FLOOR1.Text1"));
+        approveDialog("about", entry("mnuAbout"));
+        world.clickNode("Plant.FLOOR1");
+        world.clickRow(0);
+        world.clickRow(1, Qt::ShiftModifier);
+        world.desktop.clipboard = "Gate\r\nSpot\r\n";
+        approveDialog("names", entry("mnuPasteName"));
+        world.entry("mnuFind").trigger();
+        const auto windows = QApplication::topLevelWidgets();
+        QWidget* find = *std::ranges::find(windows, "frmFind", &QObject::objectName);
+        QVERIFY(QTest::qWaitForWindowActive(find));
+        approve("find", *find);
+    }
+
+    static void boxesAsTheyAreTold() {
+        QtDesktop desktop;
+        approveDialog("message",
+                      [&] { desktop.showMessage("<b>K\xC3\xBChlung</b> & more saved"); });
+        approveDialog("question", [&] { QVERIFY(!desktop.askYesNo("Delete?")); });
+        approveDialog("question-cancel",
+                      [&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::cancel); });
+    }
+
+    static void choosersAsTheyAreTold() {
+        QtDesktop desktop;
+        const FileFilter filter{"configuration files ", "*.xml"};
+        const auto cancelled = [](const auto& choose) {
+            return [&] { QVERIFY_EXCEPTION_THROWN(choose(), RunTimeError); };
+        };
+        const auto open = [&] { desktop.chooseFileToOpen("Open", filter); };
+        const auto save = [&] { desktop.chooseFileToSave("Save as", filter, "/none/plant.xml"); };
+        approveDialog("chooser-open", cancelled(open));
+        approveDialog("chooser-save", cancelled(save));
     }
 
     static void everyPictureIsDrawnAtEverySize() {

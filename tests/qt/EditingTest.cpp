@@ -7,6 +7,7 @@
 #include <QTableView>
 #include <QTimer>
 
+#include "qt/Monkey.h"
 #include "qt/QtForms.h"
 #include "qt/WindowWorld.h"
 
@@ -174,6 +175,8 @@ class EditingTest : public QObject {
         QVERIFY(world.window.close());
         QVERIFY(dialog == nullptr);
     }
+
+    static void whateverTheUserDoes() { playMonkey(2000); }
 };
 
 std::unique_ptr<QObject> editingTest() { return std::make_unique<EditingTest>(); }

@@ -2,7 +2,6 @@
 #include "qt/QtDesktop.h"
 
 #include <QApplication>
-#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
@@ -54,20 +53,6 @@ class QtDesktopTest : public QObject {
         QVERIFY(answered([](QMessageBox& box) { box.close(); }) == Answer::cancel);
         QVERIFY(answered([](QMessageBox& box) { press(box, QMessageBox::Yes); }) == Answer::yes);
         QVERIFY(answered([](QMessageBox& box) { press(box, QMessageBox::No); }) == Answer::no);
-    }
-
-    static void textIsShownAsItIs() {
-        QString text;
-        auto format = Qt::AutoText;
-        inTheBox([&](QMessageBox& box) {
-            const auto* label = box.findChild<QLabel*>("qt_msgbox_label");
-            text = label->text();
-            format = label->textFormat();
-            press(box, QMessageBox::Ok);
-        });
-        QtDesktop().showMessage("<b>K\xC3\xBChlung</b> & more saved");
-        QCOMPARE(text, QString("<b>K\u00fchlung</b> & more saved"));
-        QCOMPARE(format, Qt::PlainText);
     }
 };
 

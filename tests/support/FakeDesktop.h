@@ -38,7 +38,7 @@ class FakeDesktop : public Desktop {
     /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
 
-    std::string folder = "/home/ann/Documents";
+    std::string folder = "/home/ann/Documents/";
     /// Called whenever pending events are given a turn.
     std::function<void()> onPendingEvents = [] {};
     std::string clipboard;

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <optional>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -24,18 +24,11 @@ inline void keepForSchemaCheck(const std::string& path, std::string_view bytes) 
     const char* const folder = std::getenv("WRITTEN_FILES_DIR");
     if (folder == nullptr || !path.ends_with(".xml")) return;
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    const std::string name = test == nullptr ? "window" : test->name();  // not all are GoogleTest's
-    std::FILE* file = nullptr;
-    for (int i = 1; file == nullptr; ++i) {
-        const std::string copy = std::string(folder) + "/" + name + "-" + std::to_string(i);
-        file = std::fopen((copy + ".xml").c_str(), "wbx");  // x: not one that is there already
-        if (file == nullptr && errno != EEXIST) break;
-    }
-    if (file == nullptr || std::fwrite(bytes.data(), 1, bytes.size(), file) != bytes.size() ||
-        std::fclose(file) != 0) {
-        std::perror(folder);
-        std::abort();
-    }
+    std::string name = test == nullptr ? "window" : test->name();  // not all are GoogleTest's
+    std::ranges::replace(name, '/', '-');                          // of a story
+    const std::string number = std::to_string(std::random_device()());
+    std::ofstream copy(std::string(folder) + "/" + name + "-" + number + ".xml", std::ios::binary);
+    if (!(copy << bytes << std::flush)) throw std::runtime_error("no copy for the schema check");
 }
 
 class FakeDisk : public Disk {

@@ -1,0 +1,387 @@
+#include "qt/Monkey.h"
+
+#include <QTest>
+#include <QtWidgets>
+#include <atomic>
+#include <ctime>
+#include <fstream>
+#include <random>
+#include <regex>
+#include <thread>
+
+#include "qt/MainWindow.h"
+#include "qt/QtDesktop.h"
+#include "qt/QtForms.h"
+#include "qt/Text.h"
+#include "qt/TreeModel.h"
+#include "support/EditorWorld.h"
+
+namespace {
+
+/// The program as main() builds it; only its settings record is not the user's.
+struct Program {
+    const std::unique_ptr<Disk> disk = systemDisk();
+    FakeRegistry registry;
+    QtDesktop desktop;
+    Document document;
+    QtForms forms;
+    frmEditing form{document, desktop, forms, *disk, registry};
+    MainWindow window{form, document};
+};
+
+/// A file whose names, comments and types are none that a user would choose.
+std::string oddText() {
+    const std::string wide = "Ein_sehr_langer_Name_" + std::string(300, 'w');
+    std::string deep = "<tag><name>" + wide + "</name><comment>" + std::string(5000, 'c') +
+                       "</comment><address>99/9/x</address><eistype>EIS99</eistype><flag>?</flag>"
+                       "<accessrights>NONE</accessrights><elements>-1</elements></tag>";
+    for (int level = 0; level < 60; ++level)
+        deep = branch("B" + std::to_string(level), deep + tag("&#228; &lt;"));
+    return configuration(plc(wide, deep) + plc("&#9;", tag("x") + tag("X") + tag("a.b") + tag("")));
+}
+
+// Errors that a user may make; others are the editor's own.
+const std::regex unexpected("Error n\\. (?!(5|6|9|13|53|70|75|76|91|94|321|457|35601|35602) )");
+const auto files =
+    QString("house.xml house.xml odd.xml house.esf house-dimmer.esf other.xml none/x.xml ")
+        .split(' ');
+const auto texts =
+    QString(
+        "|x|A|Lamp|a.b c!|1|15|255|65536|-1|1e99|USB|com3|LIGHT|x\ny|<&\"'|\t|07|EIS1|\u00e4\u20ac|"
+        "\u00ad|\U0001F600|wwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwwww")
+        .split('|');
+const auto keys =
+    QString(
+        "Up Down Left Right Home End PgUp Return Return Return Esc Tab Tab Backtab Enter Space Del "
+        "Backspace F2 F3 F10 Menu * Shift+Down Shift+End Shift+Return Ctrl+A Ctrl+B Ctrl+C "
+        "Ctrl+End "
+        "Ctrl+F Ctrl+G Ctrl+I Ctrl+N Ctrl+O Ctrl+P Ctrl+S Ctrl+V Ctrl+X Ctrl+Z")
+        .split(' ');
+
+QString finding;
+void complain(const QString& what) {
+    if (finding.isEmpty()) finding = what;
+}
+void hearToolkit(QtMsgType type, const QMessageLogContext& /*place*/, const QString& text) {
+    // What a platform without a display cannot do is no fault.
+    if (type != QtDebugMsg && !text.startsWith("This plugin does not support")) complain(text);
+}
+
+class Monkey : public QObject {
+ public:
+    Monkey(int seed, int events) : seed_(seed), events_(events) {
+        random_.seed(static_cast<unsigned>(seed));
+    }
+
+    /// Each turn of the loop is a program, from its start to its end.
+    void play() {
+        // Always the same folder: boxes are as wide as the paths in them.
+        QDir(folder_).removeRecursively();
+        QDir().mkpath(folder_.path());
+        qputenv("HOME", folder_.absolutePath().toUtf8());  // where new files are proposed to be
+        for (const QString& file : QDir(SAMPLES_DIR).entryList(QDir::Files))
+            QFile::copy(SAMPLES_DIR "/" + file, folder_.filePath(file));
+        std::ofstream(fromQt(folder_.filePath("odd.xml"))) << oddText();
+        QGuiApplication::styleHints()->setKeyboardInputInterval(-1);  // the clock plays no part
+        qInfo("Seed %d, %d events", seed_, events_);
+        const auto before = qInstallMessageHandler(hearToolkit);
+        std::jthread watchdog([this](const std::stop_token& stop) { watch(stop); });
+        QTimer::singleShot(0, this, &Monkey::turn);
+        while (step_ < events_ && finding.isEmpty()) {
+            Program program;
+            program_ = &program;
+            connect(
+                &program.window, &MainWindow::applicationEnded, qApp,
+                [](int status) { QCoreApplication::exit(status); }, Qt::QueuedConnection);
+            program.window.show();
+            QApplication::exec();
+            program_ = nullptr;
+        }
+        qInstallMessageHandler(before);
+        QVERIFY2(finding.isEmpty(), qPrintable(story()));
+    }
+
+ private:
+    /// The editor runs loops within loops: for dialogs, menus and drags. In each comes the next
+    /// event, but none while the last one is still on its way.
+    void turn() {
+        QTimer::singleShot(0, this, &Monkey::turn);
+        const int level = QThread::currentThread()->loopLevel();
+        if (program_ == nullptr || level == actingAt_) return;
+        const QScopedValueRollback guard(actingAt_, level);
+        if (step_ == events_ || !finding.isEmpty()) return QCoreApplication::exit();
+        ++step_;
+        stage_ = QApplication::activePopupWidget();
+        if (stage_ == nullptr) stage_ = QApplication::activeModalWidget();
+        if (stage_ == nullptr || !leaves()) act();
+        QCoreApplication::processEvents();
+        // While a dialog is open, the work that it belongs to is half done.
+        if (level == 1 && QApplication::activeModalWidget() == nullptr) check();
+        if (QTest::currentTestFailed()) complain("as said above");
+    }
+
+    /// A dialog that has been worked in long enough is left: by Escape, or by an answer.
+    bool leaves() {
+        const int turns = stage_->property("turns").toInt() + 1;
+        stage_->setProperty("turns", turns);
+        const auto* box = qobject_cast<QMessageBox*>(stage_);
+        if (turns == 1 && box != nullptr) {
+            note("is told " + box->text().left(200));
+            if (std::regex_search(fromQt(box->text()), unexpected)) complain("unexpected");
+        }
+        if (turns > 200) complain("cannot be left");
+        if (turns < 60) return false;
+        const auto buttons = stage_->findChildren<QPushButton*>();
+        if (oneIn(2) || buttons.isEmpty()) {
+            press("Esc");
+        } else {
+            const QWidget* button = oneOf(buttons);
+            mouse(Click, Qt::LeftButton, within(button->mapTo(stage_, button->rect().center())));
+        }
+        return true;
+    }
+
+    void act() {
+        if (stage_ == nullptr) stage_ = anyWindow();
+        const bool isMain = stage_ == &program_->window;
+        if (held_ != Qt::NoButton) return drag();
+        if (auto* chooser = qobject_cast<QFileDialog*>(stage_)) return choose(*chooser);
+        if (auto* menu = qobject_cast<QMenu*>(stage_);
+            menu != nullptr && !menu->isEmpty() && !oneIn(4))
+            return mouse(Click, Qt::LeftButton,
+                         within(menu->actionGeometry(oneOf(menu->actions())).center()));
+        if (isMain && !program_->document.open && oneIn(2)) return command();
+        const int chance = below(1000);
+        if (chance < 350) return mouse(Click, oneIn(8) ? Qt::RightButton : Qt::LeftButton, spot());
+        if (chance < 430) return mouse(DoubleClick, Qt::LeftButton, spot());
+        if (chance < 470) return mouse(Press, oneIn(3) ? Qt::LeftButton : Qt::RightButton, spot());
+        if (chance < 650)
+            return press(oneIn(8) ? QString("Alt+%1").arg(QChar('A' + below(26))) : oneOf(keys));
+        if (chance < 830) return type();
+        if (chance < 870 && isMain) return command();
+        if (chance < 920) return scroll();
+        if (chance < 970) return resize();
+        if (chance < 990) return drop();
+        if (chance < 996) return;
+        // As the desktop's session, or a signal, does at any time.
+        note("is told to end");
+        if (program_->form.mayEnd([this] { return !oneIn(4); })) QCoreApplication::exit();
+    }
+
+    QWidget* anyWindow() {
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->objectName() == "frmFind" && window->isVisible() && oneIn(4)) return window;
+        return &program_->window;
+    }
+
+    /// Half of the time on a row of a view, else anywhere in any part.
+    QPoint spot() {
+        QList<QWidget*> parts{stage_};
+        QList<QWidget*> views;
+        for (auto* part : stage_->findChildren<QWidget*>())
+            if (part->isVisible() && part->window() == stage_)
+                (qobject_cast<QAbstractItemView*>(part) != nullptr ? views : parts).append(part);
+        QWidget* part = oneOf(views.isEmpty() || oneIn(2) ? parts : views);
+        QPoint place(below(part->width()), below(part->height()));
+        if (auto* view = qobject_cast<QAbstractItemView*>(part)) {
+            part = view->viewport();
+            if (const auto row = view->indexAt(place); row.isValid() && !oneIn(4))
+                place = view->visualRect(row).center();
+        }
+        place = part->mapTo(stage_, place);
+        return within(place);
+    }
+
+    QPoint within(QPoint place) const {
+        return {std::clamp(place.x(), 1, std::max(1, stage_->width() - 1)),
+                std::clamp(place.y(), 1, std::max(1, stage_->height() - 1))};
+    }
+
+    enum Deed { Click, DoubleClick, Press, Move, Release };
+    void mouse(Deed deed, Qt::MouseButton button, QPoint place) {
+        static const char* const deeds[] = {"clicks", "double-clicks", "presses", "moves",
+                                            "lets go"};
+        static const QList<Qt::KeyboardModifiers> modifiers{
+            {}, {}, {}, Qt::ControlModifier, Qt::ShiftModifier};
+        const QWidget* at = stage_->childAt(place);
+        // The first click may hide the dialog; no second one reaches a hidden window.
+        if (deed == DoubleClick && qobject_cast<const QAbstractButton*>(at) != nullptr)
+            deed = Click;
+        while (at != nullptr && (at->objectName().isEmpty() || at->objectName().startsWith("qt_")))
+            at = at->parentWidget();
+        if (at == nullptr) at = stage_;
+        note(QString("%1 %2 %3,%4 of %5 %6")
+                 .arg(deeds[deed], button == Qt::LeftButton ? "" : "right")
+                 .arg(place.x())
+                 .arg(place.y())
+                 .arg(at->metaObject()->className(), at->objectName()));
+        QWindow* const window = stage_->windowHandle();
+        const auto held = oneOf(modifiers);
+        held_ = deed == Press ? button : Qt::NoButton;
+        if (deed == Click) QTest::mouseClick(window, button, held, place);
+        if (deed == DoubleClick) QTest::mouseDClick(window, button, held, place);
+        if (deed == Press) QTest::mousePress(window, button, held, place);
+        if (deed == Release) QTest::mouseRelease(window, button, held, place);
+    }
+
+    void drag() {
+        if (oneIn(8)) return press("Esc");
+        const QPoint place = spot();
+        QTest::mouseMove(stage_->windowHandle(), place);
+        if (stage_ != nullptr && oneIn(3)) mouse(Release, held_, within(place));
+    }
+
+    void press(const QString& key) {
+        note("presses " + key);
+        const QKeyCombination code = QKeySequence(key)[0];
+        QWidget* const at = QApplication::focusWidget();
+        // A modifier alone may close a menu, and the test library goes on with its window.
+        if (qobject_cast<QMenu*>(stage_) != nullptr && code.keyboardModifiers() != 0) return;
+        if (code.key() != Qt::Key_Menu) {
+            const QPointer<QWindow> window(stage_->windowHandle());
+            QTest::keyPress(window, code.key(), code.keyboardModifiers());
+            if (window) QTest::keyRelease(window, code.key(), code.keyboardModifiers());
+            return;
+        }
+        if (at == nullptr) return;
+        // As platforms with a display make of that key.
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, {1, 1}, at->mapToGlobal(QPoint(1, 1)));
+        QCoreApplication::sendEvent(at, &menu);
+    }
+
+    /// By the keys or an input method, where the keyboard is or over another field's text.
+    void type() {
+        const auto fields = stage_->findChildren<QLineEdit*>();
+        if (!fields.isEmpty() && oneIn(2)) {
+            oneOf(fields)->setFocus();
+            press("Ctrl+A");
+        }
+        const QString text = oneOf(texts);
+        note("types " + text.left(20));
+        QObject* const at = QGuiApplication::focusObject();
+        if (oneIn(2) && at != nullptr) {
+            QInputMethodEvent event;
+            event.setCommitString(text);
+            QCoreApplication::sendEvent(at, &event);
+            return;
+        }
+        for (const char32_t c : text.left(30).toUcs4())
+            if (QWindow* window = QGuiApplication::focusWindow())
+                QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString::fromUcs4(&c, 1),
+                                    {});
+    }
+
+    void command() {
+        auto entries = program_->window.findChildren<QAction*>(QRegularExpression("^mnu"));
+        erase_if(entries,
+                 [](QAction* entry) { return entry->isSeparator() || !entry->isEnabled(); });
+        QAction* const entry = oneOf(entries);
+        note("chooses " + entry->objectName());
+        entry->trigger();
+    }
+
+    void choose(QFileDialog& chooser) {
+        const QString file = oneOf(files);
+        note("chooses the file " + file);
+        if (file.isEmpty()) return chooser.reject();
+        chooser.findChild<QLineEdit*>("fileNameEdit")->setText(folder_.absoluteFilePath(file));
+        QTest::keyClick(chooser.windowHandle(), Qt::Key_Return);
+    }
+
+    void drop() {
+        const QString file = oneOf(files);
+        QMimeData content;
+        content.setUrls({QUrl::fromLocalFile(folder_.absoluteFilePath(file))});
+        const QPoint place = spot();
+        note("drops " + file);
+        QDragEnterEvent enters(place, Qt::CopyAction, &content, Qt::LeftButton, {});
+        QDropEvent drops(place, Qt::CopyAction, &content, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(stage_->windowHandle(), &enters);
+        if (enters.isAccepted()) QCoreApplication::sendEvent(stage_->windowHandle(), &drops);
+    }
+
+    void scroll() {
+        const QPoint place = spot();
+        const QPoint by = oneIn(3) ? QPoint(240, 0) : QPoint(0, 240);
+        note("scrolls");
+        QWheelEvent wheel(place, stage_->mapToGlobal(place), {}, oneIn(2) ? by : -by, {}, {},
+                          Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(stage_->windowHandle(), &wheel);
+    }
+
+    /// To any size, or by single pixels.
+    void resize() {
+        if (qobject_cast<QMenu*>(stage_) != nullptr) return;
+        const QSize to = oneIn(3) ? QSize(20 + below(1500), 20 + below(1000)) : stage_->size();
+        const QSize by(oneIn(3), below(3) - 1);
+        note("resizes");
+        for (int steps = 1 + below(40); steps > 0 && stage_ != nullptr; --steps) {
+            stage_->resize((to + steps * by).expandedTo({20, 20}));
+            QCoreApplication::processEvents();
+        }
+    }
+
+    void check() {
+        expectTreeAndRegistriesAgree(program_->document);
+        const auto& tree = *program_->window.findChild<QTreeView*>("TreeView1");
+        if (TreeModel::nodeAt(tree.currentIndex()) != program_->document.tree().selected())
+            complain("the tree shows another node as selected");
+        const auto& list = *program_->window.findChild<QStackedWidget*>("ListView1");
+        const auto* view = qobject_cast<QAbstractItemView*>(list.currentWidget());
+        int row = 0;
+        for (const auto& each : program_->form.ListView1.rows())
+            if (view->selectionModel()->isRowSelected(row++, {}) != each.selected)
+                complain("the list shows other rows as selected");
+    }
+
+    void note(const QString& what) {
+        last_.append(QString("%1 %2").arg(step_).arg(what));
+        if (last_.size() > 25) last_.removeFirst();
+        log_ << fromQt(last_.last()) << std::endl;
+    }
+    QString story() const {
+        return QString("Seed %1: %2\n").arg(seed_).arg(finding) + last_.join('\n');
+    }
+
+    /// Ends an editor that has been busy with one event for 20 seconds of processor time: other
+    /// work on the machine does not count.
+    void watch(const std::stop_token& stop) const {
+        const auto limit = 20 * CLOCKS_PER_SEC;
+        int before = -1;
+        for (std::clock_t since = 0; step_ != before || std::clock() - since < limit;) {
+            if (step_ != before) since = std::clock();
+            before = step_;
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            if (stop.stop_requested()) return;
+        }
+        finding = "hangs";
+        std::fputs(qPrintable(story() + "\n"), stderr);
+        std::abort();
+    }
+
+    int below(int n) { return n < 1 ? 0 : static_cast<int>(random_() % static_cast<unsigned>(n)); }
+    bool oneIn(int n) { return below(n) == 0; }
+    template <typename Each>
+    Each oneOf(const QList<Each>& all) {
+        return all[below(static_cast<int>(all.size()))];
+    }
+
+    int seed_;
+    int events_;
+    std::mt19937 random_;
+    const QDir folder_{"monkey"};
+    std::ofstream log_{"monkey.log"};
+    std::atomic<int> step_ = 0;
+    int actingAt_ = 0;
+    Program* program_ = nullptr;
+    QPointer<QWidget> stage_;  // what is done in a dialog may end it
+    Qt::MouseButton held_ = Qt::NoButton;
+    QStringList last_;
+};
+
+}  // namespace
+
+void playMonkey(int events) {
+    const int wanted = qEnvironmentVariableIntValue("MONKEY_EVENTS");
+    Monkey(qEnvironmentVariableIntValue("MONKEY_SEED"), wanted == 0 ? events : wanted).play();
+}
