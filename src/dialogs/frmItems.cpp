@@ -20,7 +20,6 @@ void frmItems::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
         cmbDataType.list = dataTypes;
         cmbAccessRight.list = accessRights;
-        setElements("");
         if (document_.itemDialog.modify) {
             loadItem();
         } else {
@@ -50,10 +49,7 @@ void frmItems::loadItem() {
 void frmItems::loadDefaults() {
     cmdOk.caption = "Add and Exit";
     txtItemName.text = "New Item " + std::to_string(document_.itemCounter);
-    txtComment.text.clear();
     cmbDataType.text = "EIS1";
-    for (TextBox& part : txtAddress)
-        part.text.clear();
     setElements("");
     cmbAccessRight.text = "READWRITE";
 }

@@ -163,20 +163,18 @@ std::string contentsFrom(std::string_view& outline, bool areDevices) {
 
 class Stories : public ::testing::TestWithParam<std::string>, protected EditorWorld {
  protected:
-    Stories() {
-        forms.whenShown<frmItems>([this](frmItems& form) { play(form); });
-        forms.whenShown<frmPLC>([this](frmPLC& form) { play(form); });
-        forms.whenShown<frmBranch>([this](frmBranch& form) { play(form); });
-        forms.whenShown<frmSetts>([this](frmSetts& form) { play(form); });
-        forms.whenShown<frmReplace>([this](frmReplace& form) { play(form); });
+    Stories() { playEach<frmItems, frmPLC, frmBranch, frmSetts, frmReplace>(); }
+    template <typename... Form>
+    void playEach() {
+        (forms.whenShown<Form>([this](Form& form) { play(form); }), ...);
     }
 
     void write(const std::string& line) { transcript += line + "\n"; }
 
     /// Writes what the editor has said, and what has changed.
     void look(const Seen& now, Seen& before, const std::string& indent) {
-        for (const std::string& message : desktop.messages())
-            write(indent + "\"" + message + "\"");
+        for (std::size_t i = 0; i < desktop.messages().size(); ++i)
+            write(indent + "\"" + desktop.messages()[i] + "\"" + desktop.manners()[i]);
         desktop.forgetMessages();
         before.resize(now.size());
         for (std::size_t i = 0; i < now.size(); ++i)
@@ -212,62 +210,73 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     }
 
     void act(const std::string& verb, const std::string& what) {
-        ListView& list = editor.ListView1;
-        std::istringstream words(what);
         if (verb == "open") {
             const auto [contents, fault] = cut(what, " but ");
             const auto [piece, other] = cut(fault, " is ");
             std::string_view outline = contents;
             std::string text = configuration(contentsFrom(outline, true));
             open("/house.xml", text.replace(text.find(piece), piece.size(), other));
-            desktop.lastChooser.clear();
-        } else if (verb == "load") {
-            open("/house.xml", latin1(withLineEnds(what)));
-        } else if (verb == "import") {
+            return desktop.lastChooser.clear();
+        }
+        if (verb == "load") return open("/house.xml", latin1(withLineEnds(what)));
+        if (verb == "import") {
             disk.files["/house.esf"] = latin1(withLineEnds(what));
             desktop.willChoose("/house.esf");
-            editor.mnuImpCfg_Click();
-        } else if (verb == "choose") {
-            desktop.willChoose(what);
-        } else if (verb == "drag") {
-            const auto [from, to] = cut(what, " to ");
-            drag(from, to);
-        } else if (verb == "click") {
-            click(what);
-        } else if (verb == "doubleclick") {
-            editor.TreeView1_DblClick();
-        } else if (verb == "rows") {
-            selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
-        } else if (verb == "row" || verb == "doublerow") {
+            return editor.mnuImpCfg_Click();
+        }
+        if (verb == "choose") return desktop.willChoose(what);
+        if (verb == "click") return click(what);
+        if (verb == "doubleclick") return editor.TreeView1_DblClick();
+        if (verb == "row" || verb == "doublerow") {
+            const auto& rows = editor.ListView1.rows();
+            const auto place = std::ranges::find(rows, what, &ListView::Row::text) - rows.begin();
+            ASSERT_NE(place, std::ssize(rows)) << "no such row: " << what;
             selectRows({});
-            selectRow(static_cast<std::size_t>(
-                std::ranges::find(list.rows(), what, &ListView::Row::text) - list.rows().begin()));
-            verb == "row" ? editor.ListView1_Click() : editor.ListView1_DblClick();
-        } else if (verb == "sort") {
-            editor.ListView1_ColumnClick(static_cast<std::size_t>(std::stoi(what)));
-        } else if (verb == "fold") {
-            document.tree().setExpanded(document.tree().nodeAt(what), false);
-        } else if (verb == "leave") {
-            editor.activeControl = frmEditing::ActiveControl::none;
-        } else if (verb == "clipboard") {
-            desktop.clipboard = withLineEnds(what);
-        } else if (verb == "search") {
-            play(*forms.find);
-        } else if (verb == "toolbar") {
-            editor.Toolbar1_ButtonClick(what);
-        } else if (verb == "menus") {
-            for (const Command& it : commandTable()) {
-                std::string line = "    " + std::to_string(it.toolbarPlace);
-                for (const auto cell : {it.name, it.caption, it.shortcut, it.tooltip, it.picture})
-                    line.append("|").append(cell);
-                write(line);
-            }
-        } else if (verb == "read") {
+            selectRow(static_cast<std::size_t>(place));
+            return verb == "row" ? editor.ListView1_Click() : editor.ListView1_DblClick();
+        }
+        if (verb == "sort") return editor.ListView1_ColumnClick(std::stoul(what));
+        if (verb == "fold") {
+            return document.tree().setExpanded(document.tree().nodeAt(what), false);
+        }
+        if (verb == "drop") return editor.dropFile(what);
+        if (verb == "loading") return editor.loadingStarted();
+        if (verb == "search") return play(*forms.find);
+        if (verb == "toolbar") return editor.Toolbar1_ButtonClick(what);
+        if (verb == "menus") return writeMenus();
+        std::istringstream words(what);
+        if (verb == "rows") {
+            return selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
+        }
+        if (verb == "drag") {
+            std::string from, to, target, with;
+            int shift = 0;
+            words >> from >> to >> target >> with >> shift;
+            return drag(from, target, shift);
+        }
+        if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
                 write("    " + fromWindows1252(line.substr(0, line.find('\r'))));
+            return;
+        }
+        if (verb == "leave") {
+            editor.activeControl = frmEditing::ActiveControl::none;
+        } else if (verb == "clipboard") {
+            desktop.clipboard = withLineEnds(what);
+        } else if (verb == "file") {
+            const auto [path, text] = cut(what, " ");
+            disk.files[path] = withLineEnds(text);
         } else {
             editor.run(commandNamed(verb));
+        }
+    }
+    void writeMenus() {
+        for (const Command& it : commandTable()) {
+            std::string line = "    " + std::to_string(it.toolbarPlace);
+            for (const auto cell : {it.name, it.caption, it.shortcut, it.tooltip, it.picture})
+                line.append("|").append(cell);
+            write(line);
         }
     }
 
@@ -292,8 +301,9 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         const ConfigTree& tree = document.tree();
         for (auto* node = tree.firstAdded(); node != nullptr; node = ConfigTree::addedAfter(*node))
             if (node->expanded()) expanded += node->key() + " ";
-        std::string list;
+        std::string list, rows;
         for (const auto& row : editor.ListView1.rows()) {
+            if (row.selected) rows += row.text + " ";
             list += "\n    " + row.key + " " + row.icon + " " + row.smallIcon + " ";
             for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i)
                 list += "|" + row.cell(i);
@@ -303,6 +313,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         };
         const auto number = [](int value) { return std::to_string(value); };
         const GlobalSets& settings = document.settings();
+        const Node* highlight = editor.treeDrag().dropHighlight();
         return {
             {"caption", editor.caption},
             {"views", editor.TreeView1.visible ? "visible" : "hidden"},
@@ -312,6 +323,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"columns", columns()},
             {"view", nameOf(editor.ListView1.view(), {"icon", "small icon", "list", "report"})},
             {"list", list},
+            {"rows", rows},
             {"saved", document.saved ? "yes" : "no"},
             {"enabled", enabledNow()},
             {"focus", nameOf(editor.activeControl, {"none", "tree", "list"})},
@@ -323,7 +335,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"search", forms.find == nullptr ? "" : "shown"},
             {"chooser", desktop.lastChooser},
             {"recorded", registry.calls.empty() ? "" : registry.calls.back()},
-            {"pointer", desktop.pointer == Pointer::normal ? "" : "busy"},
+            {"pointer", desktop.pointer == Pointer::normal ? "" : "other"},
+            {"drop here", highlight == nullptr ? "" : highlight->key()},
             {"ended", applicationEnded ? number(exitStatus) : ""}};
     }
 
@@ -347,7 +360,7 @@ TEST_P(Stories, ComeOutAsTold) {
 }
 
 std::vector<std::string> storyFiles() {
-    const std::filesystem::directory_iterator folder(STORIES_DIR);
+    const std::filesystem::directory_iterator folder(TESTS_DIR "/editor/stories");
     std::vector<std::string> paths;
     for (const auto& entry : folder)
         paths.push_back(entry.path().string());

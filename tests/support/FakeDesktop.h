@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -16,7 +17,13 @@ class FakeDesktop : public Desktop {
  public:
     /// Every text of a message or question, in order.
     const std::vector<std::string>& messages() const { return messages_; }
-    void forgetMessages() { messages_.clear(); }
+    /// How each was shown, unless in the usual way: "(stop)" for a picture, "[No]" for the answer
+    /// that Enter would give.
+    const std::vector<std::string>& manners() const { return manners_; }
+    void forgetMessages() {
+        messages_.clear();
+        manners_.clear();
+    }
 
     /// The answers to the coming questions, in order. A question without one fails the test.
     void willAnswer(std::initializer_list<Answer> answers) {
@@ -28,32 +35,32 @@ class FakeDesktop : public Desktop {
     void willChoose(std::string path) { chosen_ = std::move(path); }
     /// When set, choosers fail so.
     std::optional<ErrorNumber> chooserFault;
-    /// What Enter would have answered to the last question between Yes and No.
-    Answer proposed = Answer::yes;
     /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
 
     std::string folder = "/home/ann/Documents/";
     /// Called whenever pending events are given a turn.
     std::function<void()> onPendingEvents = [] {};
-    MessageIcon lastIcon = MessageIcon::none;
     std::string clipboard;
     Pointer pointer = Pointer::normal;
 
     using Desktop::showMessage;
     void showMessage(const std::string& text, MessageIcon icon) override {
+        static constexpr std::array pictures{"", " (exclamation)", " (stop)"};
         messages_.push_back(text);
-        lastIcon = icon;
+        manners_.emplace_back(pictures.at(static_cast<std::size_t>(icon)));
     }
 
     using Desktop::askYesNo;
     bool askYesNo(const std::string& text, Answer answer) override {
-        proposed = answer;
-        return askYesNoCancel(text) == Answer::yes;
+        const bool agreed = askYesNoCancel(text) == Answer::yes;
+        if (answer == Answer::no) manners_.back() = " [No]";
+        return agreed;
     }
 
     Answer askYesNoCancel(const std::string& text) override {
         messages_.push_back(text);
+        manners_.emplace_back();
         if (answers_.empty()) {
             ADD_FAILURE() << "Nobody said how to answer: " << text;
             return Answer::cancel;
@@ -92,7 +99,7 @@ class FakeDesktop : public Desktop {
         return path;
     }
 
-    std::vector<std::string> messages_;
+    std::vector<std::string> messages_, manners_;
     std::deque<Answer> answers_;
     std::optional<std::string> chosen_;
 };
