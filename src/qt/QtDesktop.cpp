@@ -23,7 +23,7 @@ class Box : public QMessageBox {
         : QMessageBox(icon, toQt(productName), QString(), buttons, ownerOfDialogs()),
           mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
         setTextFormat(Qt::PlainText);
-        setText(toQt(text));
+        setText(toQt(text, 5 * drawnCharacters));  // a name in it may be as long as a file
     }
 
     /// The button that closed the box. The busy pointer rests meanwhile.

@@ -42,7 +42,8 @@ class GridModel : public QAbstractTableModel {
 
  private:
     QString textAt(int row, int column) const {
-        return toQt(grid_.rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]);
+        const auto& cells = grid_.rows[static_cast<std::size_t>(row)];
+        return toQt(cells[static_cast<std::size_t>(column)], drawnCharacters);
     }
 
     const Grid& grid_;
