@@ -10,6 +10,7 @@
 #include <QMetaEnum>
 #include <QTest>
 #include <QToolTip>
+#include <algorithm>
 
 namespace {
 
@@ -56,7 +57,13 @@ class Description {
                             role == QAccessible::Separator;
         if (state.invisible && !inMenu) return;
         if (const QString line = lineOf(control); !line.isEmpty()) {
-            text_ += indent + line + "\n";
+            // Labels may lie behind what they tell of.
+            const bool isAlone = control.childCount() == 0 && role != QAccessible::StaticText;
+            const QRect place = isAlone && !inMenu ? control.rect() : QRect();
+            const bool hides = std::ranges::any_of(
+                places_, [&](const QRect& other) { return other.intersects(place); });
+            places_.append(place);
+            text_ += indent + line + (hides ? " hides another" : "") + "\n";
             indent += "  ";
         }
         for (int i = 0; i < control.childCount(); ++i)
@@ -111,6 +118,7 @@ class Description {
     }
 
     QList<QObject*> tabOrder_;
+    QList<QRect> places_;  // of what has no parts
     QString text_;
 };
 

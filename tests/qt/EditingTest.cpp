@@ -62,6 +62,7 @@ class EditingTest : public QObject {
                 what == "copies" ? Qt::ControlModifier : Qt::NoModifier;
             const auto end = [&](QPoint place) {
                 // Where the pointer rests, a closed node opens, and looks like no other.
+                QVERIFY(!world.tree.isExpanded(world.tree.indexAt(place)));
                 QTRY_VERIFY(world.tree.isExpanded(world.tree.indexAt(place)));
                 QCOMPARE(world.form.treeDrag().dropHighlight(),
                          world.document.tree().FindNode("Annex"));

@@ -346,7 +346,7 @@ class Monkey : public QObject {
         }
         widest += tree.horizontalScrollBar()->value();
         const int width = tree.header()->sectionSize(0);
-        if (width < widest || width > widest * 11 / 10 + 30)
+        if (width < widest || width > widest * 21 / 20 + 20)
             complain(QString("the tree is %1 wide for %2").arg(width).arg(widest));
     }
 
