@@ -27,6 +27,23 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
+    /// Else, at some heights, a scroll bar that hides the widest row takes the reason for itself
+    /// away, and the window hangs.
+    static void treeIsEquallyWideAtAnyHeight() {
+        Diary diary(twoFloors());
+        Node& node = diary.document.tree().nodeAt("Plant.FLOOR1.Text2");
+        diary.document.tree().setText(node, std::string(60, 'W'));
+        const int row = diary.tree.sizeHintForRow(0);
+        std::set<int> widths;
+        for (int height = 2 * row; height < 12 * row; ++height) {
+            diary.tree.resize(200, height);
+            QCoreApplication::processEvents();
+            widths.insert(diary.tree.header()->sectionSize(0));
+        }
+        QCOMPARE(widths.size(), 1U);
+        QVERIFY(*widths.begin() > 200);
+    }
+
     static void nodesAreChosenByHand() {
         Diary diary(twoFloors());
         const QTreeView& tree = diary.tree;
