@@ -1,5 +1,5 @@
 // The editor in use for days: what each round leaves behind would add up.
-#ifdef __GLIBC__
+#ifndef _WIN32
 
 #include <malloc.h>
 
