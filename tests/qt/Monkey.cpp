@@ -40,7 +40,7 @@ struct Program {
 /// A file whose names, comments and types are none that a user would choose.
 std::string oddText() {
     const std::string wide = "Ein_sehr_langer_Name_" + std::string(300, 'w');
-    std::string deep = "<tag><name>" + wide + "</name><comment>" + std::string(5000, 'c') +
+    std::string deep = "<tag><name>" + wide + "</name><comment>" + std::string(1000000, 'c') +
                        "</comment><address>99/9/x</address><eistype>EIS99</eistype><flag>?</flag>"
                        "<accessrights>NONE</accessrights><elements>-1</elements></tag>";
     for (int level = 0; level < 60; ++level)
@@ -48,10 +48,20 @@ std::string oddText() {
     return configuration(plc(wide, deep) + plc("&#9;", tag("x") + tag("X") + tag("a.b") + tag("")));
 }
 
+/// Deeper than anything that is shown could be.
+std::string deepText() {
+    std::string opened, closed;
+    for (int level = 0; level < 30000; ++level) {
+        opened += "<B>";
+        closed += "</B>";
+    }
+    return configuration(plc("P", opened + closed));
+}
+
 // Errors that a user may make; others are the editor's own.
 const std::regex unexpected("Error n\\. (?!(5|6|9|13|53|70|75|76|91|94|321|457|35601|35602) )");
 const auto files =
-    QString("house.xml house.xml odd.xml house.esf house-dimmer.esf other.xml none/x.xml ")
+    QString("house.xml house.xml odd.xml deep.xml house.esf house-dimmer.esf other.xml none/x.xml ")
         .split(' ');
 const auto texts =
     QString(
@@ -89,6 +99,7 @@ class Monkey : public QObject {
         for (const QString& file : QDir(SAMPLES_DIR).entryList(QDir::Files))
             QFile::copy(SAMPLES_DIR "/" + file, folder_.filePath(file));
         std::ofstream(fromQt(folder_.filePath("odd.xml"))) << oddText();
+        std::ofstream(fromQt(folder_.filePath("deep.xml"))) << deepText();
         QGuiApplication::styleHints()->setKeyboardInputInterval(-1);  // the clock plays no part
         qInfo("Seed %d, %d events", seed_, events_);
         const auto before = qInstallMessageHandler(hearToolkit);
