@@ -33,8 +33,10 @@ class ScaleTest : public QObject {
         const std::string text = configuration(plc("Bus", branch("ALL", items)));
         world.desktop.onPendingEvents = [] { QCoreApplication::processEvents(); };
 
-        const double opening = painted(world, "opening", [&] { world.openText(text); });
-        const double click = painted(world, "node click", [&] { world.clickNode("Bus.ALL"); });
+        [[maybe_unused]] const double opening =
+            painted(world, "opening", [&] { world.openText(text); });
+        [[maybe_unused]] const double click =
+            painted(world, "node click", [&] { world.clickNode("Bus.ALL"); });
         QCOMPARE(world.rows().model()->rowCount(), count);
 #ifdef NDEBUG  // times are promised for the program as it is delivered
         QVERIFY(opening < 3.0 && click < 0.6);
