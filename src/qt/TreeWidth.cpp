@@ -66,6 +66,7 @@ void TreeWidth::measure(const Node& node, std::size_t level) {
 }
 
 double TreeWidth::advanceOf(std::string_view text) const {
+    double widestLine = 0;
     double advance = 0;
     int characters = 0;
     for (std::size_t i = 0; i < text.size(); ++characters) {
@@ -74,6 +75,9 @@ double TreeWidth::advanceOf(std::string_view text) const {
             return QFontMetricsF(font_).horizontalAdvance(toQt(text, drawnCharacters));
         }
         advance += advances_[c];
+        if (c != '\n') continue;
+        widestLine = std::max(widestLine, advance);  // lines of a text stand below one another
+        advance = 0;
     }
-    return advance;
+    return std::max(widestLine, advance);
 }
