@@ -92,7 +92,7 @@ class Monkey : public QObject {
 
     /// Each turn of the loop is a program, from its start to its end.
     void play() {
-        // Always the same folder: boxes are as wide as the paths in them.
+        // The same wherever it is run: boxes are as wide as the paths in them.
         QDir(folder_).removeRecursively();
         QDir().mkpath(folder_.path());
         qputenv("HOME", folder_.absolutePath().toUtf8());  // where new files are proposed to be
@@ -401,7 +401,7 @@ class Monkey : public QObject {
     int seed_;
     int events_;
     std::mt19937 random_;
-    const QDir folder_{"monkey"};
+    const QDir folder_{QDir::temp().filePath(QString("monkey-%1").arg(seed_))};
     std::ofstream log_{"monkey.log"};
     std::atomic<int> step_ = 0;
     int actingAt_ = 0;
