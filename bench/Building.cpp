@@ -6,6 +6,8 @@
 
 #include <memory>
 
+#include "model/Generale.h"
+
 namespace {
 
 std::string addDevice(Document& document, const std::string& name) {
@@ -20,14 +22,14 @@ std::string addBranch(Document& document, const std::string& parentKey, const st
     branch->sName = name;
     branch->sKey = parentKey + "." + name;
     document.enter(branch, document.tree().nodeAt(parentKey));
-    return branch->sKey;
+    return branch->sKey.string();
 }
 
 void addItem(Document& document, const std::string& parentKey, int number,
              const std::string& name = "Light_Ceiling_") {
     const auto item = std::make_shared<clsItem>();
     item->sName = name + std::to_string(number);
-    item->sKey = parentKey + "." + item->sName;
+    item->sKey = joinKey(parentKey, item->sName);
     item->sComment = "Deckenlicht Büro, Schaltgruppe " + std::to_string(number % 8);
     item->sAddress = std::to_string(number / 2048 % 32) + "/" + std::to_string(number / 256 % 8) +
                      "/" + std::to_string(number % 256);

@@ -71,10 +71,10 @@ class User : private EditorWorld {
         return numbers[below(std::size(numbers))];
     }
     Node* anyNode() {
-        const Node* node = document.tree().firstAdded();
+        auto node = document.tree().nodes().begin();
         for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
-            node = ConfigTree::addedAfter(*node);
-        return document.tree().FindNode(node->key());
+            ++node;
+        return *node;
     }
 
     void doOne(std::size_t deed) {

@@ -25,11 +25,10 @@ void frmFind::cmdNext_Click() {
 void frmFind::selectMatch(int skipped) {
     if (txtFind.text.empty()) return;
     Node* match = nullptr;
-    for (Node* node = document_.tree().firstAdded(); node != nullptr && skipped >= 0;
-         node = ConfigTree::addedAfter(*node)) {
+    for (Node* node : document_.tree().nodes()) {
         if (!startsWithIgnoringCase(node->text(), txtFind.text)) continue;
         match = node;
-        --skipped;
+        if (skipped-- == 0) break;
     }
     if (match == nullptr) return;
     focusTree_();

@@ -126,7 +126,7 @@ bool frmItems::AddItemToColl() {
 /// The item keeps its record: the editor clipboard and dragged copies refer to it.
 void frmItems::storeChanged() {
     Node& node = selectedNode(document_);
-    const std::string key = BuildNodeKey(txtItemName.text, &node, true);
+    const SharedText key = BuildNodeKey(txtItemName.text, &node, true);
     requireFreeKeys(document_, node, key);
     const auto item = document_.items().at(node.key());
     item->SetByForm(fields(), &node, true);

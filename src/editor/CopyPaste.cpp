@@ -40,7 +40,8 @@ void CopyPaste::copyRows() {
     bool first = true;
     for (const auto& row : form_.ListView1.rows()) {
         if (!row.selected) continue;
-        if (row.text.starts_with(newItem) || row.text.starts_with(copiedItem)) {
+        const std::string_view text = row.text;
+        if (text.starts_with(newItem) || text.starts_with(copiedItem)) {
             return refuseDefaultName(desktop_);
         }
         const auto& item = document_.itemUnder(row.key);
@@ -57,7 +58,7 @@ void CopyPaste::copyNode() {
         desktop_.showMessage("Please use Drag&Drop to copy and paste branches");
     } else if (node.kind() == NodeKind::item) {
         // A name that begins with "Copied_Item" passes here, unlike in the list. Meant.
-        if (node.text().starts_with(newItem)) return refuseDefaultName(desktop_);
+        if (std::string_view(node.text()).starts_with(newItem)) return refuseDefaultName(desktop_);
         clipboard_ = Items{document_.items().at(node.key())};
     }
 }
@@ -96,8 +97,8 @@ void CopyPaste::pasteInto(Node& target) {
             while (document_.items().find(item->sKey) != nullptr) {
                 countUp(pasteCounter_);
                 const std::string suffix = "_" + std::to_string(pasteCounter_);
-                item->sName += suffix;
-                item->sKey += suffix;
+                item->sName = SharedText(item->sName, suffix, {});
+                item->sKey = SharedText(item->sKey, suffix, {});
             }
             document_.enter(item, target);
             anyPasted = true;

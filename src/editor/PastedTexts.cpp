@@ -22,7 +22,7 @@ std::vector<std::string> pastedLines(std::string_view text) {
 void PastedTexts::Paste_Name_Click() {
     reportErrors(desktop_, "Paste_Name_Click", [&] {
         paste([&](const Lines& lines) { return areNamesFree(lines); }, "name",
-              [&](std::size_t row) -> const std::string& { return list_.rows()[row].text; },
+              [&](std::size_t row) -> const SharedText& { return list_.rows()[row].text; },
               [&](const Rows& rows, const Lines& lines) {
                   const ConfigTree::BulkChange bulk(document_.tree());
                   for (std::size_t i = 0; i < rows.size(); ++i)
@@ -37,7 +37,7 @@ void PastedTexts::Paste_Comment_Click() {
             return *document_.itemUnder(list_.rows()[row].key);
         };
         paste([](const Lines& /*lines*/) { return true; }, "comment",
-              [&](std::size_t row) -> const std::string& { return itemOf(row).sComment; },
+              [&](std::size_t row) -> const SharedText& { return itemOf(row).sComment; },
               [&](const Rows& rows, const Lines& lines) {
                   for (std::size_t i = 0; i < rows.size(); ++i) {
                       itemOf(rows[i]).sComment = lines[i];
@@ -49,7 +49,7 @@ void PastedTexts::Paste_Comment_Click() {
 
 /// The steps that both commands have in common. `present` gives what a row has now.
 void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::string_view what,
-                        const std::function<const std::string&(std::size_t row)>& present,
+                        const std::function<const SharedText&(std::size_t row)>& present,
                         const std::function<void(const Rows&, const Lines&)>& apply) {
     const std::string text = desktop_.clipboardText();
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
@@ -87,13 +87,13 @@ bool PastedTexts::areNamesFree(const Lines& lines) {
 }
 
 bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
-                             const std::function<const std::string&(std::size_t row)>& present) {
+                             const std::function<const SharedText&(std::size_t row)>& present) {
     frmReplace form;
     auto& grid = form.Grid1.rows;
     grid.reserve(rows.size() + 1);
     grid.push_back({"Item " + std::string(what), "", "New Item " + std::string(what)});
     for (std::size_t i = 0; i < rows.size(); ++i)
-        grid.push_back({present(rows[i]), "<---", lines[i]});
+        grid.push_back({present(rows[i]).string(), "<---", lines[i]});
     forms_.showModal(form);
     return form.accepted();
 }
@@ -102,10 +102,10 @@ bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_v
 /// nothing of the item has changed.
 void PastedTexts::rename(std::size_t row, const std::string& name) {
     Node& node = document_.tree().nodeAt(list_.rows()[row].key);
-    const std::string oldKey = node.key();
+    const SharedText oldKey = node.key();
     // The row of a device; or the list is out of date, and another node has the key now.
     if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
-    const std::string newKey = BuildNodeKey(name, &node, true);
+    const SharedText newKey = BuildNodeKey(name, &node, true);
     requireFreeKeys(document_, node, newKey);
     list_.renameRow(row, newKey, name);
     document_.items().rekey(oldKey, newKey, [&](clsItem& item) {

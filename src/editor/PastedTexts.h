@@ -26,11 +26,11 @@ class PastedTexts {
     using Rows = std::vector<std::size_t>;
 
     void paste(const std::function<bool(const Lines&)>& check, std::string_view what,
-               const std::function<const std::string&(std::size_t row)>& present,
+               const std::function<const SharedText&(std::size_t row)>& present,
                const std::function<void(const Rows&, const Lines&)>& apply);
     bool areNamesFree(const Lines& lines);
     bool isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
-                    const std::function<const std::string&(std::size_t row)>& present);
+                    const std::function<const SharedText&(std::size_t row)>& present);
     void rename(std::size_t row, const std::string& name);
 
     Document& document_;

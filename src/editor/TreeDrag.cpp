@@ -49,7 +49,7 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
     for (const Node* above = &target; above != nullptr; above = above->parent()) {
         if (above == &source) return refuse("Unable to drag nodes here", MessageIcon::exclamation);
     }
-    const std::string key = joinKey(target.key(), source.text());
+    const SharedText key = joinKey(target.key(), source.text());
     if (document_.hasNode(key)) {
         return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
     }
@@ -75,9 +75,9 @@ void TreeDrag::refuse(const std::string& text, MessageIcon icon) {
 }
 
 /// Found out before anything is changed, so that no part of a branch is left behind.
-bool TreeDrag::isFreeBelow(const Node& source, const std::string& newKey) {
+bool TreeDrag::isFreeBelow(const Node& source, const SharedText& newKey) {
     return reportErrors(desktop_, "CopySubTree", [&] {
-        std::vector<std::string> path{newKey};  // from the source down to the present node
+        std::vector<SharedText> path{newKey};  // from the source down to the present node
         for (TreeWalk walk(source); const Node* below = walk.next();) {
             path.resize(walk.depth());
             path.push_back(joinKey(path.back(), below->text()));
@@ -86,7 +86,7 @@ bool TreeDrag::isFreeBelow(const Node& source, const std::string& newKey) {
     });
 }
 
-void TreeDrag::carryRecord(const Node& source, const std::string& newKey, DropEffect effect) {
+void TreeDrag::carryRecord(const Node& source, const SharedText& newKey, DropEffect effect) {
     const auto carry = [&](auto& registry) {
         const auto record = registry.at(source.key());
         registry.add(record, newKey);

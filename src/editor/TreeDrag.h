@@ -45,8 +45,8 @@ class TreeDrag {
  private:
     void drop(Node& target, DropEffect effect);
     void refuse(const std::string& text, MessageIcon icon);
-    bool isFreeBelow(const Node& source, const std::string& newKey);
-    void carryRecord(const Node& source, const std::string& newKey, DropEffect effect);
+    bool isFreeBelow(const Node& source, const SharedText& newKey);
+    void carryRecord(const Node& source, const SharedText& newKey, DropEffect effect);
     void CopySubTree(const Node& source, Node& destination, DropEffect effect);
     void restoreViews();
 

@@ -178,7 +178,7 @@ void frmEditing::dropFile(const std::string& path) {
 }
 
 /// Shows in the list, in place, what a dialog has made of the selected node, which had that key.
-void frmEditing::showChange(const std::string& oldKey) {
+void frmEditing::showChange(std::string_view oldKey) {
     const Node& node = selectedNode(document_);
     ListView1.rekeyRows(oldKey, node.key());
     if (node.kind() != NodeKind::item || !ListView1.findRow(node.key())) return;
@@ -189,12 +189,11 @@ void frmEditing::showChange(const std::string& oldKey) {
 }
 
 void frmEditing::changeBranch(const Node& node) {
-    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
-    const std::string oldKey = node.key();
+    const SharedText oldKey = node.key();  // the dialog changes it
     document_.branchDialog.modify = true;
     frmBranch form(document_, desktop_, document_.branches().at(node.key()));
     form.Form_Load();
-    form.txtBranchName.text = node.text();
+    form.txtBranchName.text = node.text().string();
     forms_.showModal(form);
     showChange(oldKey);
 }
@@ -208,8 +207,7 @@ void frmEditing::changeDevice(const Node& node) {
 }
 
 void frmEditing::changeItem(const Node& node) {
-    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
-    const std::string oldKey = node.key();
+    const SharedText oldKey = node.key();  // the dialog changes it
     document_.itemDialog.modify = true;
     frmItems form(document_, desktop_, document_.itemAt(node));
     form.Form_Load();

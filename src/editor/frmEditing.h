@@ -170,7 +170,7 @@ class frmEditing final : public LifecycleWindow {
     void selectContainer();
     void showNewDevice();
     void showNewBranch();
-    void showChange(const std::string& oldKey);
+    void showChange(std::string_view oldKey);
     void changeDevice(const Node& node);
     void changeBranch(const Node& node);
     void changeItem(const Node& node);

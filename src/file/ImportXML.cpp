@@ -1,5 +1,6 @@
 #include "file/ImportXML.h"
 
+#include <exception>
 #include <memory>
 #include <string_view>
 #include <vector>
@@ -84,33 +85,31 @@ void requireWithinLimits(XmlElement tags, std::size_t deviceLength) {
     }
 }
 
-/// Shows the first messages about faults in one file, and counts the others: a file may have a
+/// Keeps the first messages about faults in one file, and counts the others: a file may have a
 /// fault in each of 65,536 items.
 class FirstMessages {
  public:
-    explicit FirstMessages(Desktop& desktop) : desktop_(desktop) {}
-
     void showMessage(const std::string& text) {
         constexpr std::size_t most = 5;
-        if (shown_ == most) {
+        if (first_.size() == most) {
             ++more_;
         } else {
-            ++shown_;
-            desktop_.showMessage(text);
+            first_.push_back(text);
         }
     }
 
-    void showRest() {
+    void tellTo(Desktop& desktop) const {
+        for (const auto& text : first_)
+            desktop.showMessage(text);
         if (more_ == 0) return;
         std::string number = std::to_string(more_);
         for (auto place = number.size(); place > 3; number.insert(place, ","))
             place -= 3;
-        desktop_.showMessage("\u2026 and " + number + " more");
+        desktop.showMessage("\u2026 and " + number + " more");
     }
 
  private:
-    Desktop& desktop_;
-    std::size_t shown_ = 0;
+    std::vector<std::string> first_;
     std::size_t more_ = 0;
 };
 
@@ -119,17 +118,41 @@ class FirstMessages {
 class Importer {
  public:
     Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead)
-        : document_(document), messages_(desktop), turns_(desktop), itemRead_(itemRead) {}
+        : document_(document), turns_(desktop), itemRead_(itemRead) {}
 
-    void readRoot(XmlElement root) {
-        for (auto child = root.firstChild(); child; child = child.nextSibling()) {
-            if (child.name() == "SETTINGS") {
-                reportErrors(messages_, "ImportXML", [&] { readSettings(child); });
-            } else if (child.name() == "OPC_DA") {
-                forEachChild(child, "DEVICE", [&](XmlElement device) { BrowsePlc(device); });
+    /// How deep the elements of devices lie.
+    static constexpr std::size_t deviceDepth = 3;
+
+    /// A device is made of its element as soon as that ends.
+    void ended(XmlElement element, std::size_t depth) {
+        XmlElement root = element;
+        while (root.parent())
+            root = root.parent();
+        isConfiguration_ = root.name() == "QUONEIBCFG";
+        if (!isConfiguration_ || refusal_ != nullptr) return;
+        if (depth == 2 && element.name() == "SETTINGS") {
+            reportErrors(messages_, "ImportXML", [&] { readSettings(element); });
+        } else if (depth == deviceDepth && element.name() == "DEVICE" &&
+                   element.parent().name() == "OPC_DA") {
+            try {
+                const std::size_t length = lengthOfName(element);
+                forEachChild(element, "TAGS",
+                             [&](XmlElement tags) { requireWithinLimits(tags, length); });
+                BrowsePlc(element);
+            } catch (const RunTimeError&) {
+                // Told once it is sure that the rest of the file is XML.
+                refusal_ = std::current_exception();
             }
         }
-        messages_.showRest();
+    }
+
+    /// After the whole file: false when it is another one's. Raises what reading it was refused
+    /// for.
+    bool finish(Desktop& desktop) const {
+        if (refusal_ != nullptr) std::rethrow_exception(refusal_);
+        messages_.tellTo(desktop);
+        if (!isConfiguration_) desktop.showMessage("The configuration file is not valid.");
+        return isConfiguration_;
     }
 
  private:
@@ -179,7 +202,6 @@ class Importer {
     Node& readBranch(XmlElement element, Node& parent, const std::string& deviceName) {
         const auto branch = std::make_shared<clsBranch>();
         branch->build(element, deviceName);
-        branch->sKey = joinKey(parent.key(), branch->sName);
         Node& node = document_.enter(branch, parent);
         makeVisible(node);
         return node;
@@ -187,8 +209,7 @@ class Importer {
 
     void readItem(XmlElement element, Node& parent, const std::string& deviceName) {
         const auto item = std::make_shared<clsItem>();
-        item->SetByXml(element, deviceName);
-        item->sKey = joinKey(parent.key(), item->sName);
+        item->SetByXml(element, deviceName, parent.key());
         makeVisible(document_.enter(item, parent));
         itemRead_();
         turns_.pieceDone();
@@ -198,31 +219,30 @@ class Importer {
     FirstMessages messages_;
     EventTurns turns_;
     const std::function<void()>& itemRead_;
+    std::exception_ptr refusal_;
+    bool isConfiguration_ = false;
 };
 
 }  // namespace
 
 bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop& desktop,
                const std::function<void()>& itemRead) {
-    bool isConfiguration = false;
+    bool isRead = false;
     const BusyPointer busy(desktop);
-    const bool finished = reportErrors(desktop, "ImportXML", [&] {
-        const XmlDocument file(disk, path);
-        isConfiguration = file.root().name() == "QUONEIBCFG";
-        if (!isConfiguration) return desktop.showMessage("The configuration file is not valid.");
-        // Before anything is made of the file.
-        forEachChild(file.root(), "OPC_DA", [](XmlElement devices) {
-            forEachChild(devices, "DEVICE", [](XmlElement device) {
-                const std::size_t length = lengthOfName(device);
-                forEachChild(device, "TAGS",
-                             [&](XmlElement tags) { requireWithinLimits(tags, length); });
-            });
-        });
-        // An item is an element of at least six more.
-        document.items().reserve(file.count() / 7);
-        document.tree().reserve(file.count() / 7);
+    reportErrors(desktop, "ImportXML", [&] {
         const ConfigTree::BulkChange bulk(document.tree());
-        Importer(document, desktop, itemRead).readRoot(file.root());
+        const GlobalSets settings = document.settings();
+        try {
+            Importer importer(document, desktop, itemRead);
+            readXml(disk, path, Importer::deviceDepth,
+                    [&](XmlElement element, std::size_t depth) { importer.ended(element, depth); });
+            isRead = importer.finish(desktop);
+        } catch (...) {
+            // Nothing is made of a part of a file.
+            document.settings() = settings;
+            document.startAt(path);
+            throw;
+        }
     });
-    return finished && isConfiguration;
+    return isRead;
 }

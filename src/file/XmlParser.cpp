@@ -2,6 +2,8 @@
 
 #include <expat.h>
 
+#include <algorithm>
+#include <array>
 #include <exception>
 #include <iterator>
 #include <limits>
@@ -9,6 +11,7 @@
 #include <new>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "model/RunTimeError.h"
@@ -20,8 +23,8 @@ namespace {
 /// order of the file: so the text of an element and of all in it is one piece of it.
 class Builder {
  public:
-    explicit Builder(XmlElements& elements)
-        : elements_(elements), parser_(XML_ParserCreate(nullptr)) {
+    Builder(std::size_t deepest, const ElementEnded& ended)
+        : deepest_(deepest), ended_(ended), parser_(XML_ParserCreate(nullptr)) {
         if (parser_ == nullptr) throw std::bad_alloc();
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), startElement, endElement);
@@ -39,7 +42,8 @@ class Builder {
         // Pieces of the text are named by 32 bits. A file is not so large, but a character of it
         // may become three bytes.
         constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-        if (elements_.text.size() > most || elements_.labels.size() > most) {
+        if (elements_.text.size() > most || elements_.names.size() > most ||
+            elements_.labels.size() > most) {
             throw RunTimeError(ErrorNumber::outOfMemory);
         }
     }
@@ -63,6 +67,7 @@ class Builder {
     /// An element that has begun and not ended yet.
     struct Open {
         std::uint32_t place;
+        std::uint32_t previousSibling;
         std::uint32_t lastChild = 0;
     };
 
@@ -96,7 +101,7 @@ class Builder {
 
     static void XMLCALL characterData(void* userData, const XML_Char* data, int length) {
         of(userData).guard([&](Builder& builder) {
-            builder.elements_.text.append(data, static_cast<std::size_t>(length));
+            builder.add({data, static_cast<std::size_t>(length)});
         });
     }
 
@@ -136,74 +141,119 @@ class Builder {
         return {start, lengthOf(elements_.labels) - start};
     }
 
-    XmlElements::Piece keepUpperCase(const XML_Char* name) {
-        const std::uint32_t start = lengthOf(elements_.labels);
-        appendUpperCase(elements_.labels, name);
-        return {start, lengthOf(elements_.labels) - start};
+    /// The name in capitals. A file repeats a few names: those met last are at hand.
+    XmlElements::Piece nameOf(std::string_view name) {
+        Name& known = recentNames_[(name.size() * 8 + static_cast<unsigned char>(name.back())) %
+                                   recentNames_.size()];
+        if (known.asWritten != name) {
+            known.asWritten = name;
+            known.inCapitals.start = lengthOf(elements_.names);
+            appendUpperCase(elements_.names, name);
+            known.inCapitals.length = lengthOf(elements_.names) - known.inCapitals.start;
+        }
+        return known.inCapitals;
+    }
+
+    void add(std::string_view characters) {
+        isIndentation_ = isIndentation_ && std::ranges::all_of(characters, [](char c) {
+                             return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+                         });
+        elements_.text.append(characters);
     }
 
     /// Drops the character data since the last tag where it is only white space between
     /// elements: the indentation of a file, most of its text, is nobody's content.
     void dropIndentation() {
-        const std::string& text = elements_.text;
-        for (std::size_t i = lastTag_; i < text.size(); ++i)
-            if (text[i] != ' ' && text[i] != '\t' && text[i] != '\n' && text[i] != '\r') return;
-        elements_.text.resize(lastTag_);
+        if (isIndentation_) elements_.text.resize(lastTag_);
+    }
+
+    void tagEnded() {
+        lastTag_ = elements_.text.size();
+        isIndentation_ = true;
     }
 
     void start(const XML_Char* name, const XML_Char** attributes) {
         dropIndentation();
         const auto place = static_cast<std::uint32_t>(elements_.entries.size());
-        XmlElements::Entry entry{};
-        entry.name = keepUpperCase(name);
+        XmlElements::Entry& entry = elements_.entries.emplace_back();
+        entry.name = nameOf(name);
         entry.text.start = lengthOf(elements_.text);
         entry.firstAttribute = static_cast<std::uint32_t>(elements_.attributes.size());
-        // Not those that a document type adds: they are not in the element.
-        const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
-        for (int i = 0; i < specified; i += 2)
-            elements_.attributes.push_back({keep(attributes[i]), keep(attributes[i + 1])});
-        entry.attributeCount = static_cast<std::uint32_t>(specified / 2);
+        if (*attributes != nullptr) {
+            // Not those that a document type adds: they are not in the element.
+            const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
+            for (int i = 0; i < specified; i += 2)
+                elements_.attributes.push_back({keep(attributes[i]), keep(attributes[i + 1])});
+            entry.attributeCount = static_cast<std::uint32_t>(specified / 2);
+        }
+        std::uint32_t previousSibling = 0;
         if (!open_.empty()) {
             Open& parent = open_.back();
             entry.parent = parent.place;
-            if (parent.lastChild != 0) elements_.entries[parent.lastChild].nextSibling = place;
-            parent.lastChild = place;
+            previousSibling = std::exchange(parent.lastChild, place);
+            if (previousSibling != 0) elements_.entries[previousSibling].nextSibling = place;
         }
-        elements_.entries.push_back(entry);
-        open_.push_back({place});
-        lastTag_ = elements_.text.size();
+        open_.push_back({place, previousSibling});
+        tagEnded();
     }
 
     void end() {
-        if (open_.back().lastChild != 0) dropIndentation();
-        lastTag_ = elements_.text.size();
-        XmlElements::Piece& text = elements_.entries[open_.back().place].text;
+        const Open ended = open_.back();
+        if (ended.lastChild != 0) dropIndentation();
+        XmlElements::Piece& text = elements_.entries[ended.place].text;
         text.length = lengthOf(elements_.text) - text.start;
+        if (open_.size() <= deepest_) {
+            ended_(XmlElement(elements_, ended.place), open_.size());
+            drop(ended);
+        }
         open_.pop_back();
+        tagEnded();
     }
+
+    /// Takes the element that stands last, with all in it, out of its parent.
+    void drop(const Open& last) {
+        const XmlElements::Entry& entry = elements_.entries[last.place];
+        if (entry.firstAttribute < elements_.attributes.size()) {
+            elements_.labels.resize(elements_.attributes[entry.firstAttribute].name.start);
+            elements_.attributes.resize(entry.firstAttribute);
+        }
+        elements_.text.resize(entry.text.start);
+        elements_.entries.resize(last.place);
+        if (last.previousSibling != 0) elements_.entries[last.previousSibling].nextSibling = 0;
+        if (open_.size() > 1) open_[open_.size() - 2].lastChild = last.previousSibling;
+    }
+
+    struct Name {
+        std::string asWritten;
+        XmlElements::Piece inCapitals{};
+    };
 
     struct ParserDeleter {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
     };
 
-    XmlElements& elements_;
+    XmlElements elements_;
+    const std::size_t deepest_;
+    const ElementEnded& ended_;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser_;
     std::vector<Open> open_;
-    std::size_t lastTag_ = 0;  // length of the text at the last tag
+    std::array<Name, 64> recentNames_;
+    std::size_t lastTag_ = 0;    // length of the text at the last tag
+    bool isIndentation_ = true;  // all character data since
     const char* refusal_ = nullptr;
     std::exception_ptr failure_;
 };
 
 }  // namespace
 
-XmlDocument::XmlDocument(Disk& disk, const std::string& path) {
-    Builder builder(elements_);
+void readXml(Disk& disk, const std::string& path, std::size_t deepest, const ElementEnded& ended) {
+    Builder builder(deepest, ended);
     disk.readPieces(path, [&](std::string_view piece) { builder.parse(piece); });
     builder.finish();
 }
 
-XmlDocument::XmlDocument(std::string_view bytes) {
-    Builder builder(elements_);
+void readXml(std::string_view bytes, std::size_t deepest, const ElementEnded& ended) {
+    Builder builder(deepest, ended);
     builder.parse(bytes);
     builder.finish();
 }

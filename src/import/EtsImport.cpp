@@ -30,10 +30,10 @@ std::vector<std::string> fieldsOf(std::string_view line) {
 }
 
 /// The device of that name, made where the middle group was not met before.
-void addDevice(Document& document, const std::string& name) {
+void addDevice(Document& document, const SharedText& name) {
     if (document.devices().find(name) != nullptr) return;
     const auto device = std::make_shared<clsPLC>();
-    device->SetByEts(name, document.settings());
+    device->SetByEts(name.string(), document.settings());
     Node& node = document.enter(device);
     document.tree().ensureVisible(node);
 }

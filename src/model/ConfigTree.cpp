@@ -18,6 +18,11 @@ std::string_view tagOf(NodeKind kind) {
     return {};
 }
 
+const std::vector<Node*>& Node::children() const {
+    static const std::vector<Node*> none;
+    return children_ == nullptr ? none : *children_;
+}
+
 ConfigTree::BulkChange::BulkChange(ConfigTree& tree)
     : tree_(tree), listener_(std::exchange(tree.listener_, nullptr)) {
     if (listener_ != nullptr) listener_->aboutToReset();
@@ -28,13 +33,13 @@ ConfigTree::BulkChange::~BulkChange() {
     if (listener_ != nullptr) listener_->reset();
 }
 
-Node& ConfigTree::AddNode(std::string_view parentKey, std::string key, std::string text,
+Node& ConfigTree::AddNode(std::string_view parentKey, SharedText key, SharedText text,
                           NodeKind kind) {
     Node* parent = parentKey.empty() ? nullptr : &nodeAt(parentKey);
     return AddNode(parent, std::move(key), std::move(text), kind);
 }
 
-Node& ConfigTree::AddNode(Node* parent, std::string key, std::string text, NodeKind kind) {
+Node& ConfigTree::AddNode(Node* parent, SharedText key, SharedText text, NodeKind kind) {
     if (parent == nullptr ? root_ != nullptr : parent->kind_ == NodeKind::item) {
         throw RunTimeError(parent == nullptr ? ErrorNumber::invalidCall
                                              : ErrorNumber::elementNotFound);
@@ -46,27 +51,29 @@ Node& ConfigTree::AddNode(Node* parent, std::string key, std::string text, NodeK
     node->key_ = std::move(key);
     node->text_ = std::move(text);
     node->kind_ = kind;
-    const auto row = parent == nullptr ? 0 : parent->children_.size();
+    const auto row = parent == nullptr ? 0 : parent->children().size();
     if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
     Node& added = append(parent, std::move(node));
-    (parent == nullptr ? root_ : parent->children_.emplace_back()) = &added;
-    added.row_ = static_cast<std::uint32_t>(row);
+    if (parent == nullptr) {
+        root_ = &added;
+    } else {
+        addChild(*parent, added);
+    }
     if (listener_ != nullptr) listener_->added();
     return added;
+}
+
+void ConfigTree::addChild(Node& parent, Node& child) {
+    if (parent.children_ == nullptr) parent.children_ = std::make_unique<std::vector<Node*>>();
+    child.row_ = static_cast<std::uint32_t>(parent.children_->size());
+    parent.children_->push_back(&child);
 }
 
 /// Owns the node from now on, as the one that was added last.
 Node& ConfigTree::append(Node* parent, std::unique_ptr<Node> node) {
     node->parent_ = parent;
-    node->addedBefore_ = lastAdded_;
-    node->addedAfter_ = nullptr;
-    Node& added = *nodes_.add(std::move(node));
-    (lastAdded_ == nullptr ? firstAdded_ : lastAdded_->addedAfter_) = &added;
-    lastAdded_ = &added;
-    return added;
+    return *nodes_.add(std::move(node));
 }
-
-Node* ConfigTree::FindNode(std::string_view key) const { return nodes_.find(key); }
 
 Node& ConfigTree::nodeAt(std::string_view key) const {
     Node* node = FindNode(key);
@@ -79,12 +86,12 @@ Node* ConfigTree::heirOf(const Node& leaving) {
     Node* parent = leaving.parent_;
     if (parent == nullptr) return nullptr;
     const auto stays = [](const Node* sibling) { return !sibling->leaving_; };
-    const auto place = parent->children_.begin() + rowOf(leaving);
-    const auto next = std::find_if(place, parent->children_.end(), stays);
-    if (next != parent->children_.end()) return *next;
-    const auto previous =
-        std::find_if(std::make_reverse_iterator(place), parent->children_.rend(), stays);
-    return previous != parent->children_.rend() ? *previous : parent;
+    const auto& siblings = parent->children();
+    const auto place = siblings.begin() + rowOf(leaving);
+    const auto next = std::find_if(place, siblings.end(), stays);
+    if (next != siblings.end()) return *next;
+    const auto previous = std::find_if(std::make_reverse_iterator(place), siblings.rend(), stays);
+    return previous != siblings.rend() ? *previous : parent;
 }
 
 void ConfigTree::removeAll(const std::vector<Node*>& nodes) {
@@ -97,8 +104,7 @@ void ConfigTree::moveTo(ConfigTree& other, Node& node) {
         other.append(parent, std::move(gone));
     });
     node.leaving_ = false;
-    node.row_ = static_cast<std::uint32_t>(other.root_->children_.size());
-    other.root_->children_.push_back(&node);
+    addChild(*other.root_, node);
 }
 
 /// `receive` is given each node that goes, after its parent.
@@ -128,7 +134,7 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
     std::ranges::sort(parents, std::less<>());
     parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
     for (Node* parent : parents) {
-        std::erase_if(parent->children_, [](const Node* child) { return child->leaving_; });
+        std::erase_if(*parent->children_, [](const Node* child) { return child->leaving_; });
         parent->childRowsKnown_ = false;
     }
     std::vector<Node*> gone = nodes;
@@ -141,9 +147,6 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
 }
 
 std::unique_ptr<Node> ConfigTree::unlink(Node& node) {
-    (node.addedBefore_ == nullptr ? firstAdded_ : node.addedBefore_->addedAfter_) =
-        node.addedAfter_;
-    (node.addedAfter_ == nullptr ? lastAdded_ : node.addedAfter_->addedBefore_) = node.addedBefore_;
     for (Reference* reference : references_)
         if (reference->node_ == &node) reference->node_ = nullptr;
     return nodes_.take(node.key_);
@@ -151,23 +154,21 @@ std::unique_ptr<Node> ConfigTree::unlink(Node& node) {
 
 void ConfigTree::clear() {
     if (listener_ != nullptr) listener_->aboutToReset();
-    root_ = selected_ = firstAdded_ = lastAdded_ = nullptr;
+    root_ = selected_ = nullptr;
     for (Reference* reference : references_)
         reference->node_ = nullptr;
     nodes_.clear();
     if (listener_ != nullptr) listener_->reset();
 }
 
-void ConfigTree::setKey(Node& node, std::string key) {
+void ConfigTree::setKey(Node& node, SharedText key) {
     if (key == node.key()) return;
     if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
     if (nodes_.find(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
-    auto taken = nodes_.take(node.key_);
-    taken->key_ = std::move(key);
-    nodes_.add(std::move(taken));
+    nodes_.rekey(node.key_, [&] { node.key_ = std::move(key); });
 }
 
-void ConfigTree::setText(Node& node, std::string text) {
+void ConfigTree::setText(Node& node, SharedText text) {
     node.text_ = std::move(text);
     if (listener_ != nullptr) listener_->changed(node);
 }
@@ -176,8 +177,9 @@ void ConfigTree::sortChildren(Node& node) {
     const auto before = [](const Node* a, const Node* b) {
         return alphabeticallyBefore(a->text_, b->text_);
     };
+    if (node.children_ == nullptr) return;
     // Most often a few were added to many in order: the many are not sorted once more.
-    auto& children = node.children_;
+    auto& children = *node.children_;
     const auto added = std::ranges::is_sorted_until(children, before);
     if (added == children.end()) return;
     if (listener_ != nullptr) listener_->aboutToReorder(node);
@@ -204,7 +206,7 @@ int ConfigTree::rowOf(const Node& node) {
     if (parent == nullptr) return 0;
     if (!parent->childRowsKnown_) {
         std::uint32_t row = 0;
-        for (const Node* child : parent->children_)
+        for (const Node* child : parent->children())
             child->row_ = row++;
         parent->childRowsKnown_ = true;
     }

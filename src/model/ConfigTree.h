@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <vector>
 
 #include "model/KeyedSet.h"
+#include "model/SharedText.h"
 
 /// What a node stands for. Its tag is the name under which rules and views know the kind.
 enum class NodeKind : std::uint8_t { config, plc, branch, item };
@@ -21,8 +21,8 @@ std::string_view tagOf(NodeKind kind);
 /// place among its siblings. Changed through its tree only.
 class Node {
  public:
-    const std::string& key() const { return key_; }
-    const std::string& text() const { return text_; }
+    const SharedText& key() const { return key_; }
+    const SharedText& text() const { return text_; }
     NodeKind kind() const { return kind_; }
     std::string_view tag() const { return tagOf(kind_); }
     /// The key of the node's picture; that of the root belongs to the views.
@@ -30,7 +30,7 @@ class Node {
     /// Null for the root.
     Node* parent() const { return parent_; }
     /// First child to last.
-    const std::vector<Node*>& children() const { return children_; }
+    const std::vector<Node*>& children() const;
     /// True when the views show the node's children.
     bool expanded() const { return expanded_; }
 
@@ -42,13 +42,10 @@ class Node {
  private:
     friend class ConfigTree;
 
-    std::string key_;
-    std::string text_;
+    SharedText key_;
+    SharedText text_;
     Node* parent_ = nullptr;
-    std::vector<Node*> children_;
-    // All nodes are linked in the order in which they were added.
-    Node* addedBefore_ = nullptr;
-    Node* addedAfter_ = nullptr;
+    std::unique_ptr<std::vector<Node*>> children_;  // most nodes have none
     mutable std::uint32_t row_ = 0;
     mutable bool childRowsKnown_ = true;
     NodeKind kind_ = NodeKind::config;
@@ -148,18 +145,18 @@ class ConfigTree {
     /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
     /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second
     /// root.
-    Node& AddNode(std::string_view parentKey, std::string key, std::string text, NodeKind kind);
+    Node& AddNode(std::string_view parentKey, SharedText key, SharedText text, NodeKind kind);
     /// The same below a node that is at hand (null for the root).
-    Node& AddNode(Node* parent, std::string key, std::string text, NodeKind kind);
+    Node& AddNode(Node* parent, SharedText key, SharedText text, NodeKind kind);
 
     /// The node with that key, or null.
-    Node* FindNode(std::string_view key) const;
+    Node* FindNode(const auto& key) const { return nodes_.find(key); }
 
     /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
     Node& nodeAt(std::string_view key) const;
 
     /// First child to last.
-    static const std::vector<Node*>& GetChildren(const Node& node) { return node.children_; }
+    static const std::vector<Node*>& GetChildren(const Node& node) { return node.children(); }
 
     /// Takes the node and everything below it out of the tree. When the selected node goes with
     /// it, the node's next sibling, else its previous one, else its parent becomes selected.
@@ -177,8 +174,8 @@ class ConfigTree {
 
     /// Raises ErrorNumber::keyNotUnique when another node has the key, and
     /// ErrorNumber::invalidCall for an empty key; then nothing has changed.
-    void setKey(Node& node, std::string key);
-    void setText(Node& node, std::string text);
+    void setKey(Node& node, SharedText key);
+    void setText(Node& node, SharedText text);
 
     /// Puts the node's children into alphabetical order of their texts; equal texts keep their
     /// order. Children added later are appended as ever.
@@ -200,12 +197,10 @@ class ConfigTree {
 
     std::size_t count() const { return nodes_.size(); }
 
-    /// Makes room for so many more nodes at once.
-    void reserve(std::size_t more) { nodes_.reserve(more); }
-
-    /// All nodes begin here, in the order in which they were added; null when there is none.
-    Node* firstAdded() const { return firstAdded_; }
-    static Node* addedAfter(const Node& node) { return node.addedAfter_; }
+    /// All nodes, in the order in which they were added.
+    ///
+    ///     for (const Node* node : tree.nodes()) ...
+    const auto& nodes() const { return nodes_; }
 
  private:
     static Node* heirOf(const Node& leaving);
@@ -213,18 +208,16 @@ class ConfigTree {
     void takeOut(const std::vector<Node*>& nodes, const Receive& receive);
     Node& append(Node* parent, std::unique_ptr<Node> node);
     std::unique_ptr<Node> unlink(Node& node);
+    static void addChild(Node& parent, Node& child);
 
     struct Keys {
-        static std::string_view keyOf(const Node& node) { return node.key_; }
-        static std::size_t hash(std::string_view key) { return std::hash<std::string_view>()(key); }
+        static const SharedText& keyOf(const Node& node) { return node.key_; }
         static bool equal(std::string_view a, std::string_view b) { return a == b; }
     };
 
     KeyedSet<Node, Keys> nodes_;
     Node* root_ = nullptr;
     Node* selected_ = nullptr;
-    Node* firstAdded_ = nullptr;
-    Node* lastAdded_ = nullptr;
     Listener* listener_ = nullptr;
     std::vector<Reference*> references_;
 };

@@ -14,17 +14,17 @@ void Document::setCountersFromRecords() {
     itemCounter = static_cast<int>(items_.count()) + 1;
 }
 
-const std::string& Document::currentPath() const {
+std::string Document::currentPath() const {
     if (tree_.root() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
-    return tree_.root()->text();
+    return tree_.root()->text().string();
 }
 
 namespace {
 
 template <typename Record>
 Node& enterRecord(Document& document, Registry<Record>& registry,
-                  const std::shared_ptr<Record>& record, const std::string& key,
-                  const std::string& name, Node* parent, NodeKind kind) {
+                  const std::shared_ptr<Record>& record, const SharedText& key,
+                  const SharedText& name, Node* parent, NodeKind kind) {
     registry.add(record, key);
     try {
         if (document.left().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
@@ -81,6 +81,7 @@ std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
 }
 
 void Document::clear() {
+    [[maybe_unused]] const bool heldItems = items_.count() > 0;
     tree_.clear();
     left_.clear();
     devices_.clear();
@@ -88,7 +89,7 @@ void Document::clear() {
     branches_.clear();
 #ifdef __GLIBC__
     // Its heap keeps what is freed below the last block in use: all of a large configuration.
-    ::malloc_trim(0);
+    if (heldItems) ::malloc_trim(0);
 #endif
 }
 

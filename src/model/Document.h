@@ -59,7 +59,7 @@ class Document {
 
     /// Path of the configuration file: the root's text. Raises ErrorNumber::objectNotSet when
     /// there is no root.
-    const std::string& currentPath() const;
+    std::string currentPath() const;
 
     /// Enters a record in its registry and appends its node in the tree: a device below the root,
     /// a branch or an item below `parent`. Raises ErrorNumber::keyTaken, ErrorNumber::keyNotUnique
@@ -86,7 +86,7 @@ class Document {
     std::shared_ptr<const clsItem> itemAt(const Node& node) const;
 
     /// True when a node, shown or not, has the key.
-    bool hasNode(std::string_view key) const {
+    bool hasNode(const SharedText& key) const {
         return tree_.FindNode(key) != nullptr || left_.FindNode(key) != nullptr;
     }
 

@@ -10,10 +10,8 @@
 #include "model/Numbers.h"
 #include "model/RunTimeError.h"
 
-std::string joinKey(std::string_view parentKey, std::string_view name) {
-    std::string key;
-    key.reserve(parentKey.size() + 1 + name.size());
-    return key.append(parentKey).append(1, '.').append(name);
+SharedText joinKey(std::string_view parentKey, std::string_view name) {
+    return SharedText(parentKey, ".", name);
 }
 
 std::string_view parentKeyOf(std::string_view key) {
@@ -21,7 +19,7 @@ std::string_view parentKeyOf(std::string_view key) {
     return dot == std::string_view::npos ? std::string_view() : key.substr(0, dot);
 }
 
-std::string BuildNodeKey(std::string_view name, const Node* node, bool useParent) {
+SharedText BuildNodeKey(std::string_view name, const Node* node, bool useParent) {
     if (node != nullptr && useParent) node = node->parent();
     if (node == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
     return joinKey(node->key(), name);
@@ -37,7 +35,7 @@ Node& selectedNode(Document& document) {
 
 namespace {
 
-bool hasRecord(const Document& document, NodeKind kind, std::string_view key) {
+bool hasRecord(const Document& document, NodeKind kind, const SharedText& key) {
     switch (kind) {
         case NodeKind::plc: return document.devices().find(key) != nullptr;
         case NodeKind::branch: return document.branches().find(key) != nullptr;
@@ -49,25 +47,25 @@ bool hasRecord(const Document& document, NodeKind kind, std::string_view key) {
 
 }  // namespace
 
-void requireFreeKey(const Document& document, NodeKind kind, const std::string& key) {
+void requireFreeKey(const Document& document, NodeKind kind, const SharedText& key) {
     if (hasRecord(document, kind, key)) throw RunTimeError(ErrorNumber::keyTaken);
     if (document.hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
 }
 
-void requireFreeKey(const Document& document, const Node& node, const std::string& key) {
+void requireFreeKey(const Document& document, const Node& node, const SharedText& key) {
     const bool hasRecord = !node.isDroppedDevice();
     requireFreeKey(document, hasRecord ? node.kind() : NodeKind::config, key);
 }
 
-void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey) {
-    const auto require = [&](const Node& each, const std::string& key) {
+void requireFreeKeys(const Document& document, const Node& node, const SharedText& newKey) {
+    const auto require = [&](const Node& each, const SharedText& key) {
         if (key == each.key()) return;
         // A record's own entry is in nobody's way when only its key's case changes.
         if (!equalIgnoringCase(key, each.key())) return requireFreeKey(document, each, key);
         if (document.hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
     };
     require(node, newKey);
-    std::vector<std::string> path{newKey};  // the new keys from the node down to the present one
+    std::vector<SharedText> path{newKey};  // the new keys from the node down to the present one
     for (TreeWalk walk(node); const Node* below = walk.next();) {
         path.resize(walk.depth());
         path.push_back(joinKey(path.back(), below->text()));
@@ -77,7 +75,7 @@ void requireFreeKeys(const Document& document, const Node& node, const std::stri
 
 void UpdateChildKeys(Document& document, const Node& node) {
     for (TreeWalk walk(node); Node* child = walk.next();) {
-        const std::string newKey = joinKey(child->parent()->key(), child->text());
+        const SharedText newKey = joinKey(child->parent()->key(), child->text());
         const auto setKey = [&](auto& record) { record.sKey = newKey; };
         if (child->kind() == NodeKind::item) {
             document.items().rekey(child->key(), newKey, setKey);

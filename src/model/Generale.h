@@ -10,7 +10,7 @@
 class Document;
 
 /// A node's key: its parent's key, ".", and its name. Plain concatenation, no escaping.
-std::string joinKey(std::string_view parentKey, std::string_view name);
+SharedText joinKey(std::string_view parentKey, std::string_view name);
 
 /// The key cut before its last "."; empty when it holds none ("Plant.Floor1" of
 /// "Plant.Floor1.Light3").
@@ -18,7 +18,7 @@ std::string_view parentKeyOf(std::string_view key);
 
 /// The key that a node of that name has below `node`, or, with `useParent`, beside it. Raises
 /// ErrorNumber::objectNotSet when there is no such node.
-std::string BuildNodeKey(std::string_view name, const Node* node, bool useParent);
+SharedText BuildNodeKey(std::string_view name, const Node* node, bool useParent);
 
 /// That many tab characters: the beginning of a line of a configuration file.
 std::string Indent(std::size_t level);
@@ -28,14 +28,14 @@ Node& selectedNode(Document& document);
 
 /// Raises what adding a record of that kind, and then its node, would end with when the key is
 /// taken: ErrorNumber::keyTaken by a record, ErrorNumber::keyNotUnique by a node.
-void requireFreeKey(const Document& document, NodeKind kind, const std::string& key);
+void requireFreeKey(const Document& document, NodeKind kind, const SharedText& key);
 
 /// The same for a second node like `node`, which has a record unless it is a dropped device.
-void requireFreeKey(const Document& document, const Node& node, const std::string& key);
+void requireFreeKey(const Document& document, const Node& node, const SharedText& key);
 
 /// The same for a node that is to get another key, and everything below it with it: found out
 /// before anything is changed, so that nothing is lost on the way.
-void requireFreeKeys(const Document& document, const Node& node, const std::string& newKey);
+void requireFreeKeys(const Document& document, const Node& node, const SharedText& newKey);
 
 /// After `node` has got another key: makes the keys of all below it follow, in the tree and in the
 /// registries, where the records move to the end. Raises ErrorNumber::invalidCall for a branch or

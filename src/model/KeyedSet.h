@@ -1,117 +1,187 @@
 // Things that are found by their key: what the tree and the registries are built on.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <iterator>
 #include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-/// Owns things that each have a key, and adds, finds and gives them back in constant time. The
-/// things stay at their addresses. `Keys` says what a thing's key is and when two are the same:
+#include "model/SharedText.h"
+#include "model/Text.h"
+
+/// Owns things that each have a key, in the order in which they were added, and adds, finds and
+/// gives them back in constant time. The things stay at their addresses. `Keys` says what a
+/// thing's key is and when two are the same; what is the same must be so for hashIgnoringCase():
 ///
 ///     struct Keys {
-///         static std::string_view keyOf(const Thing& thing);
-///         static std::size_t hash(std::string_view key);
+///         static const SharedText& keyOf(const Thing& thing);
 ///         static bool equal(std::string_view a, std::string_view b);
 ///     };
 ///
-/// One flat table, searched from the place that the hash names on, with the hash beside each
-/// pointer: neither growing nor passing over other things touches these. With hundreds of
-/// thousands of them, which no cache holds, that is what adding and finding cost.
+/// The places of the things stand in one flat table, searched from the place that the hash names
+/// on, with the hash beside each: neither growing nor passing over other things touches these.
+/// With hundreds of thousands of them, which no cache holds, that is what adding and finding cost.
 template <typename T, typename Keys>
 class KeyedSet {
- public:
-    std::size_t size() const { return size_; }
+    using Things = std::deque<std::unique_ptr<T>>;
 
-    /// Makes room for so many more things at once.
-    void reserve(std::size_t more) {
-        if (fits(size_ + more)) return;
-        std::size_t slots = 16;
-        while (!fits(size_ + more, slots))
-            slots *= 2;
-        rehash(slots);
-    }
+ public:
+    /// Walks the things as they were added.
+    class Iterator {
+     public:
+        using difference_type = std::ptrdiff_t;
+        using value_type = T*;
+
+        Iterator() = default;
+        Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {
+            skipHoles();
+        }
+        T* operator*() const { return (*things_)[place_].get(); }
+        Iterator& operator++() {
+            ++place_;
+            skipHoles();
+            return *this;
+        }
+        Iterator operator++(int) {
+            Iterator before = *this;
+            ++*this;
+            return before;
+        }
+        bool operator==(const Iterator&) const = default;
+
+     private:
+        void skipHoles() {
+            while (place_ < things_->size() && (*things_)[place_] == nullptr)
+                ++place_;
+        }
+
+        const Things* things_ = nullptr;
+        std::size_t place_ = 0;
+    };
+
+    std::size_t size() const { return things_.size() - holes_; }
+    Iterator begin() const { return Iterator(things_, 0); }
+    Iterator end() const { return Iterator(things_, things_.size()); }
 
     /// The thing with the key, or null.
-    T* find(std::string_view key) const {
+    T* find(const std::convertible_to<std::string_view> auto& key) const {
         if (slots_.empty()) return nullptr;
-        return slots_[placeOf(key, hashOf(key))].thing.get();
+        const Slot& slot = slots_[slotOf(key, hashOf(key))];
+        return slot.isEmpty() ? nullptr : things_[slot.place].get();
     }
+
+    /// The thing that was added last; null when there is none.
+    T* last() const { return things_.empty() ? nullptr : things_.back().get(); }
 
     /// The thing at its new home; null, and the thing is gone, when its key is taken.
     T* add(std::unique_ptr<T> thing) {
-        reserve(1);
-        const std::string_view key = Keys::keyOf(*thing);
-        const std::uint32_t hash = hashOf(key);
-        Slot& slot = slots_[placeOf(key, hash)];
-        if (slot.thing != nullptr) return nullptr;
-        slot = {hash, std::move(thing)};
-        ++size_;
-        return slot.thing.get();
+        if (things_.size() + 1 > slots_.size() / 3 * 2) makeRoom();
+        const SharedText& key = Keys::keyOf(*thing);
+        Slot& slot = slots_[slotOf(key, key.hash())];
+        if (!slot.isEmpty()) return nullptr;
+        things_.push_back(std::move(thing));
+        slot = {key.hash(), static_cast<std::uint32_t>(things_.size() - 1)};
+        return things_.back().get();
     }
 
     /// Gives the thing with the key back; null when there is none.
-    std::unique_ptr<T> take(std::string_view key) {
-        if (slots_.empty()) return nullptr;
-        std::size_t hole = placeOf(key, hashOf(key));
-        std::unique_ptr<T> taken = std::move(slots_[hole].thing);
-        if (taken == nullptr) return nullptr;
-        --size_;
-        // What was pushed on past the hole moves up, so that a search that ends at an empty slot
-        // has missed nothing.
-        for (std::size_t i = next(hole); slots_[i].thing != nullptr; i = next(i)) {
-            const std::size_t home = slots_[i].hash & mask();
-            if (((i - home) & mask()) < ((i - hole) & mask())) continue;
-            slots_[hole] = std::move(slots_[i]);
-            hole = i;
-        }
+    std::unique_ptr<T> take(const SharedText& key) {
+        if (find(key) == nullptr) return nullptr;
+        std::unique_ptr<T> taken = std::move(things_[freeSlot(key)]);
+        for (++holes_; !things_.empty() && things_.back() == nullptr; --holes_)
+            things_.pop_back();
         return taken;
     }
 
-    /// Gives the table's memory back too.
+    /// Lets `change` give the thing with that key another one, which nothing has. Its place in
+    /// the order stays.
+    template <typename Change>
+    void rekey(const SharedText& key, const Change& change) {
+        const std::uint32_t place = freeSlot(key);
+        change();
+        const SharedText& changed = Keys::keyOf(*things_[place]);
+        slots_[slotOf(changed, changed.hash())] = {changed.hash(), place};
+    }
+
+    /// Gives the memory back too.
     void clear() {
         slots_ = std::vector<Slot>();
-        size_ = 0;
+        things_ = Things();
+        holes_ = 0;
     }
 
  private:
     struct Slot {
+        static constexpr std::uint32_t nowhere = 0xFFFFFFFF;
+
+        bool isEmpty() const { return place == nowhere; }
+
         std::uint32_t hash = 0;
-        std::unique_ptr<T> thing;
+        std::uint32_t place = nowhere;
     };
 
-    static std::uint32_t hashOf(std::string_view key) {
-        const std::uint64_t hash = Keys::hash(key);
-        return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
+    template <typename Key>
+    static std::uint32_t hashOf(const Key& key) {
+        if constexpr (std::same_as<Key, SharedText>) {
+            return key.hash();
+        } else {
+            return hashIgnoringCase(key);
+        }
     }
 
-    static bool fits(std::size_t things, std::size_t slots) { return things * 3 <= slots * 2; }
-    bool fits(std::size_t things) const { return fits(things, slots_.size()); }
     std::size_t mask() const { return slots_.size() - 1; }  // the size is a power of two
-    std::size_t next(std::size_t place) const { return (place + 1) & mask(); }
+    std::size_t next(std::size_t slot) const { return (slot + 1) & mask(); }
 
     /// Where the key stands, or the empty slot where it would.
-    std::size_t placeOf(std::string_view key, std::uint32_t hash) const {
-        std::size_t place = hash & mask();
-        while (slots_[place].thing != nullptr &&
-               (slots_[place].hash != hash || !Keys::equal(Keys::keyOf(*slots_[place].thing), key)))
-            place = next(place);
+    std::size_t slotOf(std::string_view key, std::uint32_t hash) const {
+        std::size_t i = hash & mask();
+        while (!slots_[i].isEmpty() && (slots_[i].hash != hash ||
+                                        !Keys::equal(Keys::keyOf(*things_[slots_[i].place]), key)))
+            i = next(i);
+        return i;
+    }
+
+    /// Gives the place of the thing with that key, which is not to be found any more.
+    std::uint32_t freeSlot(const SharedText& key) {
+        std::size_t hole = slotOf(key, key.hash());
+        const std::uint32_t place = slots_[hole].place;
+        // What was pushed on past the hole moves up, so that a search that ends at an empty slot
+        // has missed nothing.
+        for (std::size_t i = next(hole); !slots_[i].isEmpty(); i = next(i)) {
+            const std::size_t home = slots_[i].hash & mask();
+            if (((i - home) & mask()) < ((i - hole) & mask())) continue;
+            slots_[hole] = slots_[i];
+            hole = i;
+        }
+        slots_[hole] = Slot();
         return place;
     }
 
-    void rehash(std::size_t slots) {
-        std::vector<Slot> old = std::exchange(slots_, std::vector<Slot>(slots));
-        for (Slot& slot : old) {
-            if (slot.thing == nullptr) continue;
-            std::size_t place = slot.hash & mask();
-            while (slots_[place].thing != nullptr)
-                place = next(place);
-            slots_[place] = std::move(slot);
+    /// The table has got full: of things, or of the holes that others left among them.
+    void makeRoom() {
+        std::vector<std::uint32_t> places;  // without the holes
+        for (std::uint32_t place = 0; const auto& thing : things_)
+            places.push_back(thing == nullptr ? place : place++);
+        std::erase(things_, nullptr);
+        holes_ = 0;
+        std::size_t slots = 16;
+        while (slots / 2 <= things_.size())
+            slots *= 2;
+        for (const Slot& old : std::exchange(slots_, std::vector<Slot>(slots))) {
+            if (old.isEmpty()) continue;
+            std::size_t i = old.hash & mask();
+            while (!slots_[i].isEmpty())
+                i = next(i);
+            slots_[i] = {old.hash, places[old.place]};
         }
     }
 
     std::vector<Slot> slots_;
-    std::size_t size_ = 0;
+    Things things_;
+    std::size_t holes_ = 0;  // among the things
 };

@@ -6,8 +6,8 @@
 #include "model/RunTimeError.h"
 #include "model/Text.h"
 
-const std::string& ListView::Row::cell(std::size_t column) const {
-    static const std::string none;
+const SharedText& ListView::Row::cell(std::size_t column) const {
+    static const SharedText none;
     if (column == 0) return text;
     return column <= subItems.size() ? subItems[column - 1] : none;
 }
@@ -60,11 +60,11 @@ std::optional<std::size_t> ListView::findRow(std::string_view key) const {
     return place->second;
 }
 
-void ListView::setLastRowSubItem(std::size_t subItem, std::string text) {
+void ListView::setLastRowSubItem(std::size_t subItem, SharedText text) {
     setSubItem(rows_.size() - 1, subItem, std::move(text));
 }
 
-void ListView::renameRow(std::size_t row, const std::string& key, const std::string& text) {
+void ListView::renameRow(std::size_t row, const SharedText& key, const SharedText& text) {
     const Update update(*this);
     Row& renamed = rows_.at(row);
     const auto holder = findRow(key);
@@ -75,7 +75,7 @@ void ListView::renameRow(std::size_t row, const std::string& key, const std::str
     rowOfKey_.emplace(renamed.key, row);
 }
 
-void ListView::setSubItem(std::size_t row, std::size_t subItem, std::string text) {
+void ListView::setSubItem(std::size_t row, std::size_t subItem, SharedText text) {
     const Update update(*this);
     rows_.at(row).subItems.at(subItem) = std::move(text);
 }
@@ -85,9 +85,10 @@ void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey) {
     const Update update(*this);
     rowOfKey_.clear();
     for (Row& row : rows_) {
-        const bool isAt = std::string_view(row.key).starts_with(oldKey);
-        if (!isAt || (row.key.size() > oldKey.size() && row.key[oldKey.size()] != '.')) continue;
-        row.key.replace(0, oldKey.size(), newKey);
+        const std::string_view key = row.key;
+        if (!key.starts_with(oldKey)) continue;
+        const std::string_view below = key.substr(oldKey.size());
+        if (below.empty() || below.front() == '.') row.key = SharedText(newKey, below, {});
     }
     findRowsAnew();
 }
@@ -122,7 +123,7 @@ void ListView::sortRows() {
     // Most often a few were added to many in order: the many are not sorted once more.
     const auto added = std::is_sorted_until(rows_.begin(), rows_.end(), before);
     if (added == rows_.end()) return;
-    const std::string current = current_ ? rows_[*current_].key : std::string();
+    const SharedText current = current_ ? rows_[*current_].key : SharedText();
     std::stable_sort(added, rows_.end(), before);
     std::inplace_merge(rows_.begin(), added, rows_.end(), before);
     findRowsAnew();

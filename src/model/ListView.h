@@ -10,6 +10,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "model/SharedText.h"
+
 /// What the list beside the tree shows. A view follows it through its listener.
 class ListView {
  public:
@@ -25,17 +27,17 @@ class ListView {
     /// A row is keyed by the node that it shows. `text` stands in the first column, the
     /// sub-items in those after it.
     struct Row {
-        std::string key;
-        std::string text;
-        std::array<std::string, 5> subItems;
-        std::string icon;       ///< key of the large picture
-        std::string smallIcon;  ///< key of the small picture
+        SharedText key;
+        SharedText text;
+        std::array<SharedText, 5> subItems;
+        SharedText icon;       ///< key of the large picture
+        SharedText smallIcon;  ///< key of the small picture
         bool selected = false;
 
         bool operator==(const Row&) const = default;
 
         /// The text in a column, counted from 0; empty beyond the last.
-        const std::string& cell(std::size_t column) const;
+        const SharedText& cell(std::size_t column) const;
     };
 
     class Listener {
@@ -94,13 +96,13 @@ class ListView {
     /// The place of the row with that key, if there is one.
     std::optional<std::size_t> findRow(std::string_view key) const;
     /// Sets the text in a column after the first of the last row, within the update that added it.
-    void setLastRowSubItem(std::size_t subItem, std::string text);
+    void setLastRowSubItem(std::size_t subItem, SharedText text);
 
     /// Gives a row another key and text. Raises ErrorNumber::keyNotUnique when another row has the
     /// key; then nothing has changed.
-    void renameRow(std::size_t row, const std::string& key, const std::string& text);
+    void renameRow(std::size_t row, const SharedText& key, const SharedText& text);
     /// Sets the text in a column after the first, counted from 0.
-    void setSubItem(std::size_t row, std::size_t subItem, std::string text);
+    void setSubItem(std::size_t row, std::size_t subItem, SharedText text);
     /// The row of the node that was keyed `oldKey`, and those of nodes below it, are keyed by
     /// `newKey` in its place.
     void rekeyRows(std::string_view oldKey, std::string_view newKey);
@@ -130,7 +132,7 @@ class ListView {
     View view_ = View::report;
     std::vector<Column> columns_;
     std::deque<Row> rows_;
-    // The keys are views of the rows' own, which a deque leaves where they are.
+    // The keys are views of the rows' own.
     std::unordered_map<std::string_view, std::size_t> rowOfKey_;
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;

@@ -25,16 +25,21 @@
 template <typename T>
 class Registry {
     struct Entry {
-        std::string key;
+        SharedText key;
         std::shared_ptr<T> record;
-        Entry* previous = nullptr;
-        Entry* next = nullptr;
     };
+    struct Keys {
+        static const SharedText& keyOf(const Entry& entry) { return entry.key; }
+        static bool equal(std::string_view a, std::string_view b) {
+            return equalIgnoringCase(a, b);
+        }
+    };
+    using Entries = KeyedSet<Entry, Keys>;
 
  public:
     /// What an iterator gives: the key and the record of one entry.
     struct Reference {
-        const std::string& key;
+        const SharedText& key;
         const std::shared_ptr<T>& record;
     };
 
@@ -45,10 +50,10 @@ class Registry {
         using value_type = Reference;
 
         Iterator() = default;
-        explicit Iterator(const Entry* entry) : entry_(entry) {}
-        Reference operator*() const { return {entry_->key, entry_->record}; }
+        explicit Iterator(typename Entries::Iterator entry) : entry_(entry) {}
+        Reference operator*() const { return {(*entry_)->key, (*entry_)->record}; }
         Iterator& operator++() {
-            entry_ = entry_->next;
+            ++entry_;
             return *this;
         }
         Iterator operator++(int) {
@@ -59,7 +64,7 @@ class Registry {
         bool operator==(const Iterator&) const = default;
 
      private:
-        const Entry* entry_ = nullptr;
+        typename Entries::Iterator entry_;
     };
 
     Registry() = default;
@@ -70,41 +75,37 @@ class Registry {
     ~Registry() = default;
 
     std::size_t count() const { return entries_.size(); }
-    Iterator begin() const { return Iterator(first_); }
-    Iterator end() const { return Iterator(); }
+    Iterator begin() const { return Iterator(entries_.begin()); }
+    Iterator end() const { return Iterator(entries_.end()); }
 
     /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key is there
     /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
-    void add(std::shared_ptr<T> record, std::string key) {
+    void add(std::shared_ptr<T> record, SharedText key) {
         if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
-        Entry* added = entries_.add(
-            std::make_unique<Entry>(Entry{std::move(key), std::move(record), last_, nullptr}));
-        if (added == nullptr) throw RunTimeError(ErrorNumber::keyTaken);
-        append(added);
+        if (entries_.add(std::make_unique<Entry>(Entry{std::move(key), std::move(record)})) ==
+            nullptr) {
+            throw RunTimeError(ErrorNumber::keyTaken);
+        }
     }
 
-    /// Makes room for so many more entries at once.
-    void reserve(std::size_t more) { entries_.reserve(more); }
-
     /// The record under the key; null when there is none.
-    std::shared_ptr<T> find(std::string_view key) const {
+    std::shared_ptr<T> find(const auto& key) const {
         const Entry* entry = entries_.find(key);
         return entry == nullptr ? nullptr : entry->record;
     }
 
     /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
-    const std::shared_ptr<T>& at(std::string_view key) const { return entryAt(key).record; }
+    const std::shared_ptr<T>& at(const auto& key) const { return entryAt(key).record; }
 
     /// The record that was added last. Raises ErrorNumber::invalidCall when there is none.
     const std::shared_ptr<T>& last() const {
-        if (last_ == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
-        return last_->record;
+        if (entries_.last() == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        return entries_.last()->record;
     }
 
     /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
-    void remove(std::string_view key) {
-        unlink(entryAt(key));
-        entries_.take(key);
+    void remove(const SharedText& key) {
+        if (entries_.take(key) == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
     }
 
     /// Moves the entry under `oldKey` to the end, under `newKey`; `changeRecord` is called on its
@@ -112,7 +113,7 @@ class Registry {
     /// empty, and ErrorNumber::keyTaken when another entry has the new key; then nothing has
     /// changed.
     template <typename Change>
-    void rekey(std::string_view oldKey, const std::string& newKey, Change&& changeRecord) {
+    void rekey(const SharedText& oldKey, const SharedText& newKey, Change&& changeRecord) {
         if (newKey.empty()) throw RunTimeError(ErrorNumber::invalidCall);
         const Entry& entry = entryAt(oldKey);
         const Entry* holder = entries_.find(newKey);
@@ -123,37 +124,14 @@ class Registry {
         add(std::move(record), newKey);
     }
 
-    void clear() {
-        entries_.clear();
-        first_ = last_ = nullptr;
-    }
+    void clear() { entries_.clear(); }
 
  private:
-    struct Keys {
-        static std::string_view keyOf(const Entry& entry) { return entry.key; }
-        static std::size_t hash(std::string_view key) { return hashIgnoringCase(key); }
-        static bool equal(std::string_view a, std::string_view b) {
-            return equalIgnoringCase(a, b);
-        }
-    };
-
-    const Entry& entryAt(std::string_view key) const {
+    const Entry& entryAt(const auto& key) const {
         const Entry* entry = entries_.find(key);
         if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
         return *entry;
     }
 
-    void append(Entry* entry) {
-        (last_ == nullptr ? first_ : last_->next) = entry;
-        last_ = entry;
-    }
-
-    void unlink(const Entry& entry) {
-        (entry.previous == nullptr ? first_ : entry.previous->next) = entry.next;
-        (entry.next == nullptr ? last_ : entry.next->previous) = entry.previous;
-    }
-
-    KeyedSet<Entry, Keys> entries_;
-    Entry* first_ = nullptr;
-    Entry* last_ = nullptr;
+    Entries entries_;
 };

@@ -164,7 +164,7 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
     return text.size() >= prefix.size() && equalIgnoringCase(text.substr(0, prefix.size()), prefix);
 }
 
-std::size_t hashIgnoringCase(std::string_view text) {
+std::uint32_t hashIgnoringCase(std::string_view text) {
     // The steps of FNV-1a, 64 bits (http://www.isthe.com/chongo/tech/comp/fnv/), taken over
     // eight ASCII characters at a time where there are so many, else over one character. Texts
     // that differ in case only are cut at the same places.
@@ -181,7 +181,7 @@ std::size_t hashIgnoringCase(std::string_view text) {
             step(upper(nextCharacter(text, i)));
         }
     }
-    return static_cast<std::size_t>(hash);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
 }
 
 bool alphabeticallyBefore(std::string_view a, std::string_view b) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -24,7 +25,7 @@ void appendUpperCase(std::string& out, std::string_view text);
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 /// A hash that is equal for texts which are equal ignoring case.
-std::size_t hashIgnoringCase(std::string_view text);
+std::uint32_t hashIgnoringCase(std::string_view text);
 
 /// True when `a` comes before `b` in an alphabetical list: letters of either case and with or
 /// without accents stand together ("ä" with "a"); texts that differ in nothing else are ordered

@@ -10,7 +10,7 @@ std::string_view pieceOf(const std::string& text, XmlElements::Piece piece) {
 
 }  // namespace
 
-std::string_view XmlElement::name() const { return pieceOf(elements_->labels, entry().name); }
+std::string_view XmlElement::name() const { return pieceOf(elements_->names, entry().name); }
 
 std::string_view XmlElement::text() const { return pieceOf(elements_->text, entry().text); }
 

@@ -2,9 +2,9 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The elements of one file in document order, as a reader fills them in. An element takes 32
 /// bytes: a file of half a million items has four million elements.
@@ -26,9 +26,10 @@ struct XmlElements {
         std::uint32_t attributeCount;
     };
 
-    std::deque<Entry> entries;  ///< a first child comes right after its parent
-    std::deque<Attribute> attributes;
-    std::string labels;  ///< names, and attributes' values
+    std::vector<Entry> entries;  ///< a first child comes right after its parent
+    std::vector<Attribute> attributes;
+    std::string names;   ///< of elements
+    std::string labels;  ///< attributes' names and values
     std::string text;    ///< character data
 };
 

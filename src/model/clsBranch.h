@@ -3,14 +3,15 @@
 
 #include <string>
 
+#include "model/SharedText.h"
 #include "model/XmlElement.h"
 
 /// A branch: a named folder below a device or another branch.
 class clsBranch {
  public:
-    std::string sName;
+    SharedText sName;
     /// The node key: the parent's key, ".", and the name.
-    std::string sKey;
+    SharedText sKey;
 
     /// From a file's element that stands in the contents of the device of that name: the
     /// branch's name is the element's, in upper case as readers report it.

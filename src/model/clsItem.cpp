@@ -40,6 +40,14 @@ std::string_view required(const std::optional<std::string_view>& field) {
     return *field;
 }
 
+/// One of the few texts that the items of a file have in common: they share it.
+SharedText common(std::string_view text) {
+    static std::array<SharedText, 64> recent;
+    SharedText& known = recent[hashIgnoringCase(text) % recent.size()];
+    if (known != text) known = text;
+    return known;
+}
+
 /// The number between "(" and "Byte)" in an ETS size text, less the blank before "Byte)". A size
 /// in bits leaves a piece of negative length: such a type cannot be imported.
 std::int16_t byteCount(std::string_view text) {
@@ -60,21 +68,22 @@ bool clsItem::hasElements(std::string_view dataType) {
     return dataType == "NOEIS" || dataType == "EIS12" || dataType == "EIS15";
 }
 
-void clsItem::SetByXml(XmlElement element, const std::string& deviceName) {
+void clsItem::SetByXml(XmlElement element, const SharedText& deviceName,
+                       std::string_view parentKey) {
     const TagFields fields(element);
     sName = required(fields.name);
     sComment = required(fields.comment);
-    sDataType = required(fields.eistype);
+    sDataType = common(required(fields.eistype));
     if (fields.elements) nElements = readInt16(*fields.elements);
     sAddress = required(fields.address);
     bFlag = required(fields.flag) == "READ";
-    sAccessRight = required(fields.accessrights);
+    sAccessRight = common(required(fields.accessrights));
     sPlcname = deviceName;
-    sKey = joinKey(deviceName, GetXmlParentPath(element.parent()).append(sName));
+    sKey = joinKey(parentKey, sName);
 }
 
 void clsItem::SetByForm(const ItemFields& dialog, const Node* selected, bool keyFromParent) {
-    std::string key = BuildNodeKey(dialog.txtItemName, selected, keyFromParent);
+    SharedText key = BuildNodeKey(dialog.txtItemName, selected, keyFromParent);
     if (hasElements(dialog.cmbDataType)) nElements = readInt16(dialog.txtElements);
     sName = dialog.txtItemName;
     sComment = dialog.txtComment;
@@ -86,7 +95,7 @@ void clsItem::SetByForm(const ItemFields& dialog, const Node* selected, bool key
     sKey = std::move(key);
 }
 
-std::string clsItem::SetByEts(const std::vector<std::string>& fields) {
+SharedText clsItem::SetByEts(const std::vector<std::string>& fields) {
     if (fields.size() < 3) throw RunTimeError(ErrorNumber::subscriptOutOfRange);
     const std::string_view path = fields[0];
     const auto addressDot = path.rfind('.');
@@ -95,29 +104,27 @@ std::string clsItem::SetByEts(const std::vector<std::string>& fields) {
     }
     const std::string_view groups = path.substr(0, addressDot);
     const auto middleDot = groups.rfind('.');  // npos + 1 is 0: a path without a main group
-    std::string device = CleanEtsName(groups.substr(middleDot + 1));
+    SharedText device = CleanEtsName(groups.substr(middleDot + 1));
 
     sName = CleanEtsName(fields[1]);
     sAddress = path.substr(addressDot + 1);
     // Loose on purpose: EIS 10 to EIS 15 hold "EIS 1" too.
     if (fields[2].find("EIS 1") != std::string::npos) {
-        sDataType = "EIS1";
+        sDataType = common("EIS1");
     } else {
-        sDataType = "NOEIS";
+        sDataType = common("NOEIS");
         nElements = byteCount(fields[2]);
     }
-    sAccessRight = "READWRITE";
+    sAccessRight = common("READWRITE");
     bFlag = false;
     sKey = joinKey(device, sName);
     return device;
 }
 
-void clsItem::SetByCopy(const clsItem& source, const std::string& targetParentKey,
+void clsItem::SetByCopy(const clsItem& source, const SharedText& targetParentKey,
                         std::int16_t pasteCounter) {
-    sName = source.sName;
-    if (source.getParentKey() == targetParentKey) {
-        sName.append("_").append(std::to_string(pasteCounter));
-    }
+    const bool isBeside = parentKeyOf(source.sKey) == targetParentKey;
+    sName = isBeside ? SharedText(source.sName, "_", std::to_string(pasteCounter)) : source.sName;
     sComment = source.sComment;
     sDataType = source.sDataType;
     nElements = source.nElements;

@@ -10,6 +10,7 @@
 #include "model/ConfigTree.h"
 #include "model/ListView.h"
 #include "model/Reporting.h"
+#include "model/SharedText.h"
 #include "model/XmlElement.h"
 
 /// The fields of the item dialog, as the user left them.
@@ -26,21 +27,22 @@ struct ItemFields {
 /// An item: one group-address object of the bus that the OPC server publishes as a tag.
 class clsItem {
  public:
-    std::string sKey;            ///< node key: the parent's key, ".", and the name
+    SharedText sKey;             ///< node key: the parent's key, ".", and the name
     std::int16_t nElements = 0;  ///< counts for the types of hasElements() only
     bool bFlag = false;          ///< true: the server reads the value; false: it transmits it
-    std::string sDataType;       ///< EIS type, e.g. "EIS5"; any text is kept
-    std::string sAccessRight;    ///< "READ", "WRITE" or "READWRITE"
-    std::string sComment;
-    std::string sAddress;  ///< main/middle/sub group in decimal, e.g. "1/2/3"
-    std::string sPlcname;  ///< name of the device that the item was read for
-    std::string sName;     ///< item name, the node's text
+    SharedText sDataType;        ///< EIS type, e.g. "EIS5"; any text is kept
+    SharedText sAccessRight;     ///< "READ", "WRITE" or "READWRITE"
+    SharedText sComment;
+    SharedText sAddress;  ///< main/middle/sub group in decimal, e.g. "1/2/3"
+    SharedText sPlcname;  ///< name of the device that the item was read for
+    SharedText sName;     ///< item name, the node's text
 
-    /// From a file's tag element that stands in the contents of the device of that name.
+    /// From a file's tag element that stands in the contents of the device of that name, below
+    /// what has that key.
     /// Without an `elements` child nElements stays as it is. Raises
     /// ErrorNumber::invalidUseOfNull for any other missing child and ErrorNumber::overflow for
     /// an element count that does not fit 16 bits.
-    void SetByXml(XmlElement element, const std::string& deviceName);
+    void SetByXml(XmlElement element, const SharedText& deviceName, std::string_view parentKey);
 
     /// From the item dialog (which has checked its fields). `selected` is the tree's selected
     /// node; `keyFromParent` is set while it is the item itself that is changed. Raises
@@ -52,11 +54,11 @@ class clsItem {
     /// (the middle group) that the item belongs to. Raises ErrorNumber::subscriptOutOfRange for
     /// a record of too few fields or without a middle group, and ErrorNumber::invalidCall for a
     /// size in bits.
-    std::string SetByEts(const std::vector<std::string>& fields);
+    SharedText SetByEts(const std::vector<std::string>& fields);
 
     /// A copy of `source` below the node with the key `targetParentKey`; beside its source it is
     /// named after it, "_" and the paste counter. sPlcname is not set.
-    void SetByCopy(const clsItem& source, const std::string& targetParentKey,
+    void SetByCopy(const clsItem& source, const SharedText& targetParentKey,
                    std::int16_t pasteCounter);
 
     /// The key cut before its last "."; empty when it holds none.

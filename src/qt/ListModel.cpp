@@ -25,7 +25,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const auto& row = list_.rows()[static_cast<std::size_t>(index.row())];
     const auto column = static_cast<std::size_t>(index.column());
-    const std::string& text = row.cell(column);
+    const std::string_view text = row.cell(column);
     const auto fault = [&] { return faultOf(index.row(), index.column()); };
     switch (role) {
         case Qt::DisplayRole: return toQt(text, drawnCharacters);
@@ -50,7 +50,7 @@ std::string ListModel::faultOf(int row, int column) const {
     constexpr std::size_t readAtOnce = 10'000;
     const auto& shown = list_.rows()[static_cast<std::size_t>(row)];
     const auto place = static_cast<std::size_t>(column);
-    const std::string& text = shown.cell(place);
+    const std::string_view text = shown.cell(place);
     const auto find = [&] { return spoilsFile(text, filePlaceOf(shown.smallIcon)); };
     if (text.size() < readAtOnce) return find();
     const auto [known, isNew] = faults_.try_emplace({row, column});

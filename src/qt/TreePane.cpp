@@ -201,7 +201,7 @@ void TreePane::mouseReleaseEvent(QMouseEvent* event) {
 void TreePane::dragNode() {
     mayDrag_ = pressedOnNode_ = false;
     auto* content = new QMimeData;
-    content->setData(nodeFormat, QByteArray::fromStdString(drag_.source()->key()));
+    content->setData(nodeFormat, QByteArray::fromStdString(drag_.source()->key().string()));
     auto* drag = new QDrag(this);
     drag->setMimeData(content);
     drag->setPixmap(pictureOf(*drag_.source()));
@@ -363,8 +363,7 @@ void TreePane::followSelection() { setCurrentIndex(model_->indexOf(tree_.selecte
 
 void TreePane::restoreAfterReset() {
     width_.reset();
-    for (const Node* node = tree_.firstAdded(); node != nullptr;
-         node = ConfigTree::addedAfter(*node)) {
+    for (const Node* node : tree_.nodes()) {
         if (node->expanded() && !node->children().empty()) {
             setExpanded(model_->indexOf(node), true);
         }

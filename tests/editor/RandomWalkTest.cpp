@@ -88,10 +88,10 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
     const char* oneOf(const Names& all) { return all[below(all.size())]; }
     const char* anyName() { return oneOf(oneIn(40) ? names : plainNames); }
     std::string anyKey() {
-        const Node* node = document.tree().firstAdded();
+        auto node = document.tree().nodes().begin();
         for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
-            node = ConfigTree::addedAfter(*node);
-        return node->key();
+            ++node;
+        return (*node)->key().string();
     }
 
     std::string step() {
@@ -140,7 +140,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
     std::set<std::string> addresses() const {
         std::set<std::string> all;
         for (const auto& [key, item] : document.items())
-            all.insert(item->sAddress);
+            all.insert(item->sAddress.string());
         return all;
     }
     /// Nothing but a deletion, or another configuration, takes an item away.

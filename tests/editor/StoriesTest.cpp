@@ -299,7 +299,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     Seen window() {
         std::string expanded;
         const ConfigTree& tree = document.tree();
-        for (auto* node = tree.firstAdded(); node != nullptr; node = ConfigTree::addedAfter(*node))
+        for (const Node* node : tree.nodes())
             if (node->expanded()) expanded += node->key() + " ";
         std::string list, rows;
         for (const auto& row : editor.ListView1.rows()) {
@@ -319,7 +319,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"views", editor.TreeView1.visible ? "visible" : "hidden"},
             {"tree", outline(document)},
             {"expanded", expanded},
-            {"selected", tree.selected() == nullptr ? "" : tree.selected()->key()},
+            {"selected", tree.selected() == nullptr ? "" : tree.selected()->key().string()},
             {"columns", columns()},
             {"view", nameOf(editor.ListView1.view(), {"icon", "small icon", "list", "report"})},
             {"list", list},
@@ -336,7 +336,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"chooser", desktop.lastChooser},
             {"recorded", registry.calls.empty() ? "" : registry.calls.back()},
             {"pointer", desktop.pointer == Pointer::normal ? "" : "other"},
-            {"drop here", highlight == nullptr ? "" : highlight->key()},
+            {"drop here", highlight == nullptr ? "" : highlight->key().string()},
             {"ended", applicationEnded ? number(exitStatus) : ""}};
     }
 

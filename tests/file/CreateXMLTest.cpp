@@ -85,7 +85,7 @@ TEST_F(CreateXMLTest, ReadsAndWritesBranchesAThousandDeep) {
     EXPECT_TRUE(written() == once);
     EXPECT_THAT(desktop.messages(), IsEmpty());
 
-    const Node* deepest = document.tree().firstAdded();
+    const Node* deepest = document.tree().root();
     while (!deepest->children().empty())
         deepest = deepest->children().front();
     const auto branch = std::make_shared<clsBranch>();

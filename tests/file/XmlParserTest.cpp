@@ -15,6 +15,15 @@ std::string utf16(std::string_view ascii) {
     return bytes;
 }
 
+/// The root's attribute "n", and its text.
+std::string read(std::string_view text) {
+    std::string read;
+    readXml(text, 1, [&](XmlElement root, std::size_t /*depth*/) {
+        read = root.attribute("n").append(" ").append(root.text());
+    });
+    return read;
+}
+
 TEST(XmlParser, ReadsEveryEncodingThatItKnows) {
     const std::string declared = "<?xml version='1.0' encoding='";
     const std::string texts[] = {
@@ -26,21 +35,17 @@ TEST(XmlParser, ReadsEveryEncodingThatItKnows) {
         declared + "us-ascii'?><a n='&#228;'>&#xE9;</a>",
         utf16(declared + "UTF-16'?><a n='&#228;'>&#xE9;</a>"),
     };
-    for (const auto& text : texts) {
-        const XmlDocument document(text);
-        EXPECT_EQ(document.root().attribute("n"), "ä") << text;
-        EXPECT_EQ(document.root().text(), "é") << text;
-    }
-    EXPECT_EQ(XmlDocument(declared + "windows-1252'?><a>\x80\x81</a>").root().text(), "€\xC2\x81");
+    for (const auto& text : texts)
+        EXPECT_EQ(read(text), "ä é") << text;
+    EXPECT_EQ(read(declared + "windows-1252'?><a n=''>\x80\x81</a>"), " €\xC2\x81");
 }
 
 TEST(XmlParser, TakesNoIndentationForText) {
-    const XmlDocument document("<a>\n\t<b> x </b>\r\n\t<b>&#9;</b>\n</a>");
-    EXPECT_EQ(document.root().text(), " x \t");
+    EXPECT_EQ(read("<a n=''>\n\t<b> x </b>\r\n\t<b>&#9;</b>\n</a>"), "  x \t");
 }
 
 TEST(XmlParser, RefusesBytesThatAreNoText) {
-    EXPECT_THROW(XmlDocument(std::string_view("<a>\0</a>", 8)), RunTimeError);
+    EXPECT_THROW(read(std::string_view("<a>\0</a>", 8)), RunTimeError);
 }
 
 }  // namespace

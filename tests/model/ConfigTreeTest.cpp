@@ -6,7 +6,7 @@
 
 namespace {
 
-std::string keyOf(const Node* node) { return node != nullptr ? node->key() : "none"; }
+std::string keyOf(const Node* node) { return node != nullptr ? node->key().string() : "none"; }
 
 /// Writes down what a view hears and, where a call precedes or follows a change, the nodes that
 /// are there, in the order in which they were added.
@@ -16,7 +16,7 @@ struct ListeningView : ConfigTree::Listener {
     void hear(const std::string& what) { heard += what + " "; }
     void hearNodes(const std::string& what) {
         std::string keys;
-        for (const Node* node = tree.firstAdded(); node; node = ConfigTree::addedAfter(*node))
+        for (const Node* node : tree.nodes())
             keys += node->key();
         hear(what + ":" + keys);
     }

@@ -45,11 +45,11 @@ TEST(List, KeepsItsRowsAsAPlainVectorSortedAfterEachChangeDoes) {
             const std::string newKey = std::to_string(i + 100);
             list.rekeyRows(row.key, newKey);
             for (ListView::Row& each : expected)
-                if (each.key == row.key || each.key.starts_with(row.key + "."))
-                    each.key.replace(0, row.key.size(), newKey);
+                if (each.key == row.key || each.key.string().starts_with(row.key + "."))
+                    each.key = newKey + each.key.string().substr(row.key.size());
         }
         const auto* current = list.selectedRow();
-        const std::string key = current == nullptr ? "" : current->key;
+        const SharedText key = current == nullptr ? "" : current->key;
         if (deed == 5) list.sortBy(*(column = random() % 4));
         if (column)
             std::ranges::stable_sort(expected, [&](const auto& a, const auto& b) {

@@ -9,6 +9,7 @@
 #include <iterator>
 #include <set>
 #include <string>
+#include <unordered_set>
 
 #include "editor/frmEditing.h"
 #include "support/FakeDesktop.h"
@@ -60,26 +61,26 @@ inline std::string outline(const Document& document) {
 /// Each node has the key of its place. Each but that of a dropped device has its record, and each
 /// record its node, in the tree or among what dragged devices left.
 inline void expectTreeAndRegistriesAgree(const Document& document) {
-    std::set<std::string> devices, branches, items, all;
+    std::unordered_set<SharedText> devices, branches, items, all;
     for (const ConfigTree* tree : {&document.tree(), &document.left()}) {
         if (tree->root() == nullptr) continue;
         std::size_t nodes = 1;
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next(); ++nodes) {
             const Node* parent = node->parent();
             EXPECT_EQ(node->key(), (node->isDevice() ? "" : parent->key() + ".") + node->text());
-            EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key();
+            EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key().string();
             EXPECT_EQ(tree->FindNode(node->key()), node);
-            EXPECT_TRUE(all.insert(node->key()).second) << node->key();
+            EXPECT_TRUE(all.insert(node->key()).second) << node->key().string();
             if (node->isDevice()) devices.insert(node->key());
             if (node->kind() == NodeKind::branch) branches.insert(node->key());
             if (node->kind() == NodeKind::item) items.insert(node->key());
         }
         EXPECT_EQ(nodes, tree->count());
     }
-    const auto expectRecords = [](const auto& registry, const std::set<std::string>& keys) {
+    const auto expectRecords = [](const auto& registry, const auto& keys) {
         EXPECT_EQ(registry.count(), keys.size());
         for (const auto& [key, record] : registry)
-            EXPECT_TRUE(keys.contains(key)) << key;
+            EXPECT_TRUE(keys.contains(key)) << std::string(key);
     };
     expectRecords(document.devices(), devices);
     expectRecords(document.branches(), branches);
@@ -149,7 +150,8 @@ class EditorWorld : private frmEditing::Window {
     void selectRows(const std::set<std::string>& texts) {
         editor.activeControl = frmEditing::ActiveControl::list;
         for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
-            editor.ListView1.setSelected(row, texts.contains(editor.ListView1.rows()[row].text));
+            editor.ListView1.setSelected(
+                row, texts.contains(editor.ListView1.rows()[row].text.string()));
     }
 
     /// A drag with the right button to another node, to empty space ("space"), or given up ("").
