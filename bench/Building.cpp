@@ -1,9 +1,5 @@
 #include "Building.h"
 
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
-
 #include <memory>
 
 #include "model/Generale.h"
@@ -40,12 +36,6 @@ void addItem(Document& document, const std::string& parentKey, int number,
 }
 
 }  // namespace
-
-void freshHeap() {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
-}
 
 void fillBuilding(Document& document, int items) {
     document.startAt("/bench.xml");

@@ -35,10 +35,6 @@ class SilentDesktop : public Desktop {
     std::string clipboard;
 };
 
-/// Gives the system back what earlier rounds freed: a file is opened once in a program's life,
-/// not in the scattered remains of an equal one.
-void freshHeap();
-
 /// A building of so many group addresses: devices of 4,096, floors of 1,024, rooms of 32.
 void fillBuilding(Document& document, int items);
 

@@ -4,13 +4,13 @@
 #include <benchmark/benchmark.h>
 #include <expat.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
 
 #include "Building.h"
+#include "Measuring.h"
 #include "file/CreateXML.h"
 #include "file/Disk.h"
 #include "file/ImportXML.h"
@@ -45,13 +45,6 @@ class File {
     std::string bytes_;
 };
 
-template <typename Work>
-double secondsOf(Work&& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void parseOnly(const std::string& bytes) {
     const XML_Parser parser = XML_ParserCreate(nullptr);
     XML_SetElementHandler(
@@ -64,19 +57,15 @@ void parseOnly(const std::string& bytes) {
     XML_ParserFree(parser);
 }
 
-void report(benchmark::State& state, const char* ratio, double own, double least) {
-    state.counters["per_item"] = benchmark::Counter(
-        static_cast<double>(state.range(0)),
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
-    state.counters[ratio] = own / least;
-}
-
 void importXml(benchmark::State& state) {
-    File file(static_cast<int>(state.range(0)));
-    freshHeap();
-    double own = 0;
-    double parser = 0;
+    const auto items = static_cast<std::size_t>(state.range(0));
+    File file(static_cast<int>(items));
+    Figures own;
+    Figures parser;
+    Figures heap;
     for (auto _ : state) {
+        freshHeap();
+        const double heapBefore = heapInUse();
         auto document = std::make_unique<Document>();
         document->startAt(file.path());
         const double seconds = secondsOf([&] {
@@ -84,40 +73,40 @@ void importXml(benchmark::State& state) {
                 std::abort();
             }
         });
-        if (document->items().count() != static_cast<std::size_t>(state.range(0))) std::abort();
+        if (document->items().count() != items) std::abort();
+        heap.add(heapInUse() - heapBefore);
         document.reset();
-        freshHeap();
         state.SetIterationTime(seconds);
-        own += seconds;
-        parser += secondsOf([&] { parseOnly(file.bytes()); });
+        own.add(seconds);
+
+        freshHeap();
+        parser.add(secondsOf([&] { parseOnly(file.bytes()); }));
     }
-    report(state, "vs_parser", own, parser);
+    reportPerItem(state, own);
+    state.counters["heap_per_item"] = heap.median() / static_cast<double>(items);
+    state.counters["vs_parser"] = own.median() / parser.median();
 }
 
 void createXml(benchmark::State& state) {
     File file(static_cast<int>(state.range(0)));
+    freshHeap();
     Document document;
     fillBuilding(document, static_cast<int>(state.range(0)));
-    double own = 0;
-    double write = 0;
+    Figures own;
+    Figures write;
     for (auto _ : state) {
         const double seconds = secondsOf([&] {
             if (!CreateXML(file.path(), document, file.disk(), file.desktop())) std::abort();
         });
         state.SetIterationTime(seconds);
-        own += seconds;
-        write += secondsOf([&] { file.disk().replace(file.path(), file.bytes()); });
+        own.add(seconds);
+        write.add(secondsOf([&] { file.disk().replace(file.path(), file.bytes()); }));
     }
-    report(state, "vs_write", own, write);
+    reportPerItem(state, own);
+    state.counters["vs_write"] = own.median() / write.median();
 }
 
-void sizes(benchmark::internal::Benchmark* benchmark) {
-    for (const int items : {1024, 8192, 65536, 524288})
-        benchmark->Arg(items);
-    benchmark->UseManualTime()->Unit(benchmark::kMillisecond)->MinTime(1.0);
-}
-
-// The names end with the number of items: ImportXML/65536.
+// The names go on with the number of items: ImportXML/65536.
 const auto* const importBenchmark =
     benchmark::RegisterBenchmark("ImportXML", importXml) -> Apply(sizes);
 const auto* const createBenchmark =

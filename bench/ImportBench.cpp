@@ -2,10 +2,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <cstdlib>
 #include <memory>
 #include <string>
 
-#include "Building.h"
+#include "Measuring.h"
 #include "import/EtsImport.h"
 #include "model/Document.h"
 
@@ -25,27 +26,19 @@ std::string exportOf(int addresses) {
 
 void importEsf(benchmark::State& state) {
     const std::string text = exportOf(static_cast<int>(state.range(0)));
-    freshHeap();
+    Figures own;
     for (auto _ : state) {
-        auto document = std::make_unique<Document>();
-        document->startAt("/bench.xml");
-        addEtsRecords(*document, text);
-        benchmark::DoNotOptimize(document->items().count());
-        state.PauseTiming();
-        document.reset();
         freshHeap();
-        state.ResumeTiming();
+        const auto document = std::make_unique<Document>();
+        document->startAt("/bench.xml");
+        const double seconds = secondsOf([&] { addEtsRecords(*document, text); });
+        if (document->items().count() != static_cast<std::size_t>(state.range(0))) std::abort();
+        state.SetIterationTime(seconds);
+        own.add(seconds);
     }
-    state.counters["per_item"] = benchmark::Counter(
-        static_cast<double>(state.range(0)),
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    reportPerItem(state, own);
 }
 
-BENCHMARK(importEsf)
-    ->Name("ImportEsf")
-    ->Arg(8192)
-    ->Arg(65536)
-    ->Arg(524288)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(importEsf)->Name("ImportEsf")->Apply(sizes);
 
 }  // namespace

@@ -5,12 +5,12 @@
 #include <QAction>
 #include <QApplication>
 #include <QTreeView>
-#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <string>
 
 #include "Building.h"
+#include "Measuring.h"
 #include "dialogs/frmPLC.h"
 #include "dialogs/frmReplace.h"
 #include "editor/frmEditing.h"
@@ -122,13 +122,6 @@ class Editor {
     std::unique_ptr<MainWindow> window_;
 };
 
-template <typename Work>
-double secondsOf(Work&& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 /// From choosing a file to a painted window.
 void openFile(benchmark::State& state, void (*fill)(Document&, int)) {
     Editor editor(fill, static_cast<int>(state.range(0)));
@@ -219,7 +212,7 @@ const struct {
      [](Editor& editor) { editor.forms().find->cmdFind_Click(); }},
 };
 
-void sizes(benchmark::internal::Benchmark* benchmark) {
+void windowSizes(benchmark::internal::Benchmark* benchmark) {
     for (const int items : {8192, 65536})
         benchmark->Arg(items);
     benchmark->UseManualTime()->Unit(benchmark::kMillisecond);
@@ -230,9 +223,9 @@ void sizes(benchmark::internal::Benchmark* benchmark) {
 int main(int argc, char* argv[]) {
     const QApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
-    benchmark::RegisterBenchmark("OpenBuilding", openFile, fillBuilding)->Apply(sizes);
-    benchmark::RegisterBenchmark("OpenOneBranch", openFile, fillOneBranch)->Apply(sizes);
-    benchmark::RegisterBenchmark("ClickBranch", clickBranch)->Apply(sizes);
+    benchmark::RegisterBenchmark("OpenBuilding", openFile, fillBuilding)->Apply(windowSizes);
+    benchmark::RegisterBenchmark("OpenOneBranch", openFile, fillOneBranch)->Apply(windowSizes);
+    benchmark::RegisterBenchmark("ClickBranch", clickBranch)->Apply(windowSizes);
     for (const auto& [name, prepare, command] : edits) {
         benchmark::RegisterBenchmark(name, edit, prepare, command)
             ->Arg(6553)
