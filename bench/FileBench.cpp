@@ -1,8 +1,8 @@
 // Reading and writing of configuration files, measured against the least that either must cost:
-// the XML parser alone, and the writing of ready-made bytes.
+// the XML parser alone, and the writing of ready-made bytes; reading, also against what others
+// would read with.
 
 #include <benchmark/benchmark.h>
-#include <expat.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +11,7 @@
 
 #include "Building.h"
 #include "Measuring.h"
+#include "Others.h"
 #include "file/CreateXML.h"
 #include "file/Disk.h"
 #include "file/ImportXML.h"
@@ -45,16 +46,11 @@ class File {
     std::string bytes_;
 };
 
-void parseOnly(const std::string& bytes) {
-    const XML_Parser parser = XML_ParserCreate(nullptr);
-    XML_SetElementHandler(
-        parser, [](void*, const XML_Char*, const XML_Char**) {}, [](void*, const XML_Char*) {});
-    XML_SetCharacterDataHandler(parser, [](void*, const XML_Char*, int) {});
-    if (XML_Parse(parser, bytes.data(), static_cast<int>(bytes.size()), XML_TRUE) !=
-        XML_STATUS_OK) {
-        std::abort();
-    }
-    XML_ParserFree(parser);
+double secondsToRead(Reading (*read)(const std::string&, std::size_t), const std::string& path,
+                     std::size_t items) {
+    freshHeap();
+    Reading reading;
+    return secondsOf([&] { reading = read(path, items); });
 }
 
 void importXml(benchmark::State& state) {
@@ -62,6 +58,8 @@ void importXml(benchmark::State& state) {
     File file(static_cast<int>(items));
     Figures own;
     Figures parser;
+    Figures pugixml;
+    Figures qXmlStream;
     Figures heap;
     for (auto _ : state) {
         freshHeap();
@@ -81,10 +79,14 @@ void importXml(benchmark::State& state) {
 
         freshHeap();
         parser.add(secondsOf([&] { parseOnly(file.bytes()); }));
+        pugixml.add(secondsToRead(readIntoMaps, file.path(), items));
+        qXmlStream.add(secondsToRead(readIntoQtModel, file.path(), items));
     }
     reportPerItem(state, own);
     state.counters["heap_per_item"] = heap.median() / static_cast<double>(items);
     state.counters["vs_parser"] = own.median() / parser.median();
+    state.counters["vs_pugixml"] = own.median() / pugixml.median();
+    state.counters["vs_qxmlstream"] = own.median() / qXmlStream.median();
 }
 
 void createXml(benchmark::State& state) {
