@@ -23,9 +23,11 @@ class File {
  public:
     explicit File(int items)
         : path_((std::filesystem::temp_directory_path() / "opcolvan_bench.xml").string()) {
-        Document document;
-        fillBuilding(document, items);
-        CreateXML(path_, document, *disk_, desktop_);
+        inOwnProcess([&] {
+            Document document;
+            fillBuilding(document, items);
+            return CreateXML(path_, document, *disk_, desktop_);
+        });
         bytes_ = disk_->read(path_);
     }
     File(const File&) = delete;
@@ -46,41 +48,44 @@ class File {
     std::string bytes_;
 };
 
-double secondsToRead(Reading (*read)(const std::string&, std::size_t), const std::string& path,
-                     std::size_t items) {
-    freshHeap();
-    Reading reading;
-    return secondsOf([&] { reading = read(path, items); });
+struct Opened {
+    double seconds = 0;
+    double heap = 0;  ///< bytes that the document takes
+};
+
+Opened openFile(File& file, std::size_t items) {
+    const double heapBefore = heapInUse();
+    Document document;
+    document.startAt(file.path());
+    const double seconds = secondsOf([&] {
+        if (!ImportXML(file.path(), document, file.disk(), file.desktop(), [] {})) std::abort();
+    });
+    if (document.items().count() != items) std::abort();
+    return {seconds, heapInUse() - heapBefore};
 }
 
 void importXml(benchmark::State& state) {
     const auto items = static_cast<std::size_t>(state.range(0));
     File file(static_cast<int>(items));
+    const auto secondsToRead = [&](Reading (*read)(const std::string&, std::size_t)) {
+        return inOwnProcess([&] {
+            Reading reading;
+            return secondsOf([&] { reading = read(file.path(), items); });
+        });
+    };
     Figures own;
+    Figures heap;
     Figures parser;
     Figures pugixml;
     Figures qXmlStream;
-    Figures heap;
     for (auto _ : state) {
-        freshHeap();
-        const double heapBefore = heapInUse();
-        auto document = std::make_unique<Document>();
-        document->startAt(file.path());
-        const double seconds = secondsOf([&] {
-            if (!ImportXML(file.path(), *document, file.disk(), file.desktop(), [] {})) {
-                std::abort();
-            }
-        });
-        if (document->items().count() != items) std::abort();
-        heap.add(heapInUse() - heapBefore);
-        document.reset();
-        state.SetIterationTime(seconds);
-        own.add(seconds);
-
-        freshHeap();
-        parser.add(secondsOf([&] { parseOnly(file.bytes()); }));
-        pugixml.add(secondsToRead(readIntoMaps, file.path(), items));
-        qXmlStream.add(secondsToRead(readIntoQtModel, file.path(), items));
+        const Opened opened = inOwnProcess([&] { return openFile(file, items); });
+        state.SetIterationTime(opened.seconds);
+        own.add(opened.seconds);
+        heap.add(opened.heap);
+        parser.add(inOwnProcess([&] { return secondsOf([&] { parseOnly(file.bytes()); }); }));
+        pugixml.add(secondsToRead(readIntoMaps));
+        qXmlStream.add(secondsToRead(readIntoQtModel));
     }
     reportPerItem(state, own);
     state.counters["heap_per_item"] = heap.median() / static_cast<double>(items);
@@ -91,7 +96,6 @@ void importXml(benchmark::State& state) {
 
 void createXml(benchmark::State& state) {
     File file(static_cast<int>(state.range(0)));
-    freshHeap();
     Document document;
     fillBuilding(document, static_cast<int>(state.range(0)));
     Figures own;

@@ -4,12 +4,6 @@
 #include <malloc.h>
 #endif
 
-void freshHeap() {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
-}
-
 double heapInUse() {
 #ifdef __GLIBC__
     const auto heap = mallinfo2();

@@ -2,10 +2,14 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstddef>
+#include <cstdlib>
 #include <vector>
 
 template <typename Work>
@@ -32,9 +36,25 @@ class Figures {
     std::vector<double> figures_;
 };
 
-/// Gives the system back what earlier rounds freed: a file is opened once in a program's life,
-/// not in the scattered remains of an equal one.
-void freshHeap();
+/// What the work gives, done in a process of its own, which ends with it: a file is opened once in
+/// a program's life, not in the scattered remains of others.
+template <typename Work>
+auto inOwnProcess(const Work& work) {
+    std::array<int, 2> ends{};
+    auto result = decltype(work())();
+    const auto size = static_cast<ssize_t>(sizeof result);
+    if (pipe(ends.data()) != 0) std::abort();
+    const pid_t process = fork();
+    if (process == 0) {
+        result = work();
+        _exit(write(ends[1], &result, sizeof result) == size ? 0 : 1);
+    }
+    close(ends[1]);
+    if (process < 0 || read(ends[0], &result, sizeof result) != size) std::abort();
+    close(ends[0]);
+    waitpid(process, nullptr, 0);
+    return result;
+}
 
 /// The bytes of the heap that are in use, what the allocator adds included; 0 where the system
 /// does not tell.
