@@ -112,7 +112,6 @@ void frmEditing::listContents(const Node& container) {
     ListView1.clearRows();
     ListView1.setColumns(itemColumns);
     ListView1.setView(ListView::View::report);
-    ListView1.reserveRows(container.children().size());
     for (const Node* child : container.children()) {
         if (child->kind() != NodeKind::item) continue;
         document_.itemAt(*child)->AddToListView(ListView1, true, desktop_);

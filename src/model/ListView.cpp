@@ -42,19 +42,24 @@ void ListView::setColumns(std::vector<Column> columns) {
 
 void ListView::clearRows() {
     const Update update(*this);
-    rowOfKey_.clear();
+    placesKnown_ = false;
     rows_.clear();
     current_.reset();
 }
 
 void ListView::addRow(Row row) {
     const Update update(*this);
-    if (rowOfKey_.contains(row.key)) throw RunTimeError(ErrorNumber::keyNotUnique);
     rows_.push_back(std::move(row));
-    rowOfKey_.emplace(rows_.back().key, rows_.size() - 1);
+    placesKnown_ = false;
 }
 
 std::optional<std::size_t> ListView::findRow(std::string_view key) const {
+    if (!placesKnown_) {
+        rowOfKey_.clear();
+        for (std::size_t row = 0; row < rows_.size(); ++row)
+            rowOfKey_.emplace(rows_[row].key, row);
+        placesKnown_ = true;
+    }
     const auto place = rowOfKey_.find(key);
     if (place == rowOfKey_.end()) return std::nullopt;
     return place->second;
@@ -83,14 +88,13 @@ void ListView::setSubItem(std::size_t row, std::size_t subItem, SharedText text)
 void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey) {
     if (oldKey == newKey) return;
     const Update update(*this);
-    rowOfKey_.clear();
+    placesKnown_ = false;
     for (Row& row : rows_) {
         const std::string_view key = row.key;
         if (!key.starts_with(oldKey)) continue;
         const std::string_view below = key.substr(oldKey.size());
         if (below.empty() || below.front() == '.') row.key = SharedText(newKey, below, {});
     }
-    findRowsAnew();
 }
 
 void ListView::replaceRow(Row row) {
@@ -126,12 +130,6 @@ void ListView::sortRows() {
     const SharedText current = current_ ? rows_[*current_].key : SharedText();
     std::stable_sort(added, rows_.end(), before);
     std::inplace_merge(rows_.begin(), added, rows_.end(), before);
-    findRowsAnew();
+    placesKnown_ = false;
     if (current_) current_ = findRow(current);
-}
-
-void ListView::findRowsAnew() {
-    rowOfKey_.clear();
-    for (std::size_t row = 0; row < rows_.size(); ++row)
-        rowOfKey_.emplace(rows_[row].key, row);
 }

@@ -89,9 +89,7 @@ class ListView {
 
     const std::deque<Row>& rows() const { return rows_; }
     void clearRows();
-    /// Makes room for so many rows at once.
-    void reserveRows(std::size_t rows) { rowOfKey_.reserve(rows); }
-    /// Appends a row. Raises ErrorNumber::keyNotUnique when a row has its key.
+    /// Appends a row. No other may have its key.
     void addRow(Row row);
     /// The place of the row with that key, if there is one.
     std::optional<std::size_t> findRow(std::string_view key) const;
@@ -127,13 +125,13 @@ class ListView {
 
  private:
     void sortRows();
-    void findRowsAnew();
 
     View view_ = View::report;
     std::vector<Column> columns_;
     std::deque<Row> rows_;
-    // The keys are views of the rows' own.
-    std::unordered_map<std::string_view, std::size_t> rowOfKey_;
+    // The keys are views of the rows' own. Made when first asked for.
+    mutable std::unordered_map<std::string_view, std::size_t> rowOfKey_;
+    mutable bool placesKnown_ = false;
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
     int updates_ = 0;

@@ -22,7 +22,8 @@ void TreeWidth::opened(const Node& node) {
 
 void TreeWidth::changed(const Node& node) {
     if (widest_ == &node) countAnew_ = true;  // it may be narrower now
-    opened(node);
+    const std::size_t level = levelIfOpen(node);
+    if (!countAnew_ && level > 0) measure(node, level);
 }
 
 void TreeWidth::leaving(const Node& node, bool itself) {
@@ -44,11 +45,18 @@ int TreeWidth::width(const Node* root) {
     return static_cast<int>(std::ceil(width_));
 }
 
+/// How deep the node lies, 1 for the root; 0 while it does not lie open.
+std::size_t TreeWidth::levelIfOpen(const Node& node) {
+    std::size_t level = 1;
+    for (const Node* above = node.parent(); above != nullptr; above = above->parent(), ++level)
+        if (!above->expanded()) return 0;
+    return level;
+}
+
 /// The node and what lies open below it; nothing while it does not lie open itself.
 void TreeWidth::measureOpenRows(const Node& top) {
-    std::size_t level = 1;
-    for (const Node* above = top.parent(); above != nullptr; above = above->parent(), ++level)
-        if (!above->expanded()) return;
+    const std::size_t level = levelIfOpen(top);
+    if (level == 0) return;
     measure(top, level);
     if (!top.expanded()) return;
     for (TreeWalk walk(top); const Node* node = walk.next();) {

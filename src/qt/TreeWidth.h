@@ -27,6 +27,7 @@ class TreeWidth {
 
  private:
     void measure(const Node& node, std::size_t level);
+    static std::size_t levelIfOpen(const Node& node);
     void measureOpenRows(const Node& top);
     double advanceOf(std::string_view text) const;
 
