@@ -188,7 +188,8 @@ void frmEditing::showChange(std::string_view oldKey) {
 }
 
 void frmEditing::changeBranch(const Node& node) {
-    const SharedText oldKey = node.key();  // the dialog changes it
+    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
+    const SharedText oldKey = node.key();
     document_.branchDialog.modify = true;
     frmBranch form(document_, desktop_, document_.branches().at(node.key()));
     form.Form_Load();
@@ -206,7 +207,8 @@ void frmEditing::changeDevice(const Node& node) {
 }
 
 void frmEditing::changeItem(const Node& node) {
-    const SharedText oldKey = node.key();  // the dialog changes it
+    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
+    const SharedText oldKey = node.key();
     document_.itemDialog.modify = true;
     frmItems form(document_, desktop_, document_.itemAt(node));
     form.Form_Load();

@@ -1,6 +1,5 @@
 #include "model/Document.h"
 
-#include <utility>
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -93,10 +92,10 @@ void Document::clear() {
 #endif
 }
 
-void Document::startAt(std::string path) {
+void Document::startAt(const std::string& path) {
     clear();
     left_.AddNode("", rootKey, "", NodeKind::config);
-    Node& root = tree_.AddNode("", rootKey, std::move(path), NodeKind::config);
+    Node& root = tree_.AddNode("", rootKey, path, NodeKind::config);
     tree_.ensureVisible(root);
     tree_.select(&root);
 }

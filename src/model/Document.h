@@ -98,7 +98,7 @@ class Document {
 
     /// Empties the tree and the registries and adds the root for the file at `path`, visible and
     /// selected.
-    void startAt(std::string path);
+    void startAt(const std::string& path);
 
  private:
     ConfigTree tree_;

@@ -26,7 +26,8 @@ class SharedText {
         if (head_ != nullptr) ++head_->users;
     }
     SharedText(SharedText&& other) noexcept : head_(std::exchange(other.head_, nullptr)) {}
-    SharedText& operator=(SharedText other) noexcept {
+    SharedText& operator=(const SharedText& other) noexcept { return *this = SharedText(other); }
+    SharedText& operator=(SharedText&& other) noexcept {
         std::swap(head_, other.head_);
         return *this;
     }
