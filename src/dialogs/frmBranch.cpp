@@ -42,6 +42,5 @@ void frmBranch::storeChanged(const std::shared_ptr<clsBranch>& branch) {
     document_.branches().add(branch, branch->sKey);
     document_.tree().setText(node, branch->sName);
     document_.tree().setKey(node, branch->sKey);
-    document_.tree().select(&node);
     UpdateChildKeys(document_, node);
 }

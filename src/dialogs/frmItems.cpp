@@ -133,7 +133,6 @@ void frmItems::storeChanged() {
     document_.items().rekey(node.key(), key, [](const clsItem&) {});
     document_.tree().setText(node, item->sName);
     document_.tree().setKey(node, key);
-    document_.tree().select(&node);
 }
 
 void frmItems::storeNew() {

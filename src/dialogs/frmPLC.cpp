@@ -75,6 +75,5 @@ void frmPLC::storeChanged(const std::shared_ptr<clsPLC>& device) {
     document_.devices().add(device, device->sKey());
     document_.tree().setText(node, device->getName());
     document_.tree().setKey(node, device->sKey());
-    document_.tree().select(&node);
     UpdateChildKeys(document_, node);
 }

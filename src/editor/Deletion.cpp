@@ -66,39 +66,17 @@ void Deletion::deleteNode() {
     switch (node.kind()) {
         case NodeKind::plc:
         case NodeKind::branch:
-            if (desktop_.askYesNo(question + " and all its items?", Answer::no))
-                removeWithContents(node);
+            if (desktop_.askYesNo(question + " and all its items?", Answer::no)) remove(node);
             return;
         case NodeKind::item:
-            if (desktop_.askYesNo(question + " ?", Answer::no)) RemoveSubtree(document_, node);
+            if (desktop_.askYesNo(question + " ?", Answer::no)) remove(node);
             // On No as well; that is meant.
             return form_.TreeView1_NodeClick(parentOf(selectedNode(document_)));
         case NodeKind::config: return;
     }
 }
 
-void Deletion::removeWithContents(Node& node) {
+void Deletion::remove(Node& node) {
     const BusyPointer busy(desktop_);
-    RemoveBranch(document_, node, desktop_);
-    if (node.kind() == NodeKind::branch) {
-        document_.branches().remove(node.key());
-    } else if (node.isDevice()) {  // the node where one was dropped has no record
-        document_.devices().remove(node.key());
-    }
-    document_.tree().remove(node);
-}
-
-void RemoveBranch(Document& document, const Node& node, const Tell& tell) {
-    reportErrors(tell, "RemoveBranch", [&] {
-        const auto removeItemsOf = [&](const Node& container) {
-            for (const Node* child : container.children())
-                if (child->kind() == NodeKind::item) document.items().remove(child->key());
-        };
-        removeItemsOf(node);
-        for (TreeWalk walk(node); const Node* below = walk.next();) {
-            if (below->kind() == NodeKind::item) continue;
-            if (below->kind() == NodeKind::branch) document.branches().remove(below->key());
-            removeItemsOf(*below);
-        }
-    });
+    RemoveSubtree(document_, node);
 }

@@ -19,13 +19,9 @@ class Deletion {
     void deleteRows();
     void removeSelectedRows();
     void deleteNode();
-    void removeWithContents(Node& node);
+    void remove(Node& node);
 
     Document& document_;
     Desktop& desktop_;
     frmEditing& form_;
 };
-
-/// Takes the records of all branches and items below the node out of their registries; the nodes
-/// stay. Reports its errors itself.
-void RemoveBranch(Document& document, const Node& node, const Tell& tell);

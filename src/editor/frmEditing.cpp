@@ -53,7 +53,7 @@ frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk&
       forms_(forms),
       lifecycle_(document, desktop, disk, registry, *this),
       import_(document, desktop, disk, lifecycle_, *this),
-      enabled_(commandTable().size(), false) {}
+      enabled_(commandTable().size()) {}
 
 void frmEditing::Form_Initialize() {
     reportErrors(desktop_, "Form_Initialize", [&] {
@@ -193,7 +193,6 @@ void frmEditing::changeBranch(const Node& node) {
     document_.branchDialog.modify = true;
     frmBranch form(document_, desktop_, document_.branches().at(node.key()));
     form.Form_Load();
-    form.txtBranchName.text = node.text().string();
     forms_.showModal(form);
     showChange(oldKey);
 }
@@ -271,7 +270,6 @@ void frmEditing::showNewDevice() {
     Node& node = tree.AddNode(Document::rootKey, device.sKey(), device.getName(), NodeKind::plc);
     tree.ensureVisible(node);
     tree.select(&node);
-    document_.saved = false;
     ++document_.deviceCounter;
     TreeView1_NodeClick(node);
 }
@@ -295,7 +293,6 @@ void frmEditing::showNewBranch() {
         tree.AddNode(&selectedNode(document_), branch.sKey, branch.sName, NodeKind::branch);
     tree.ensureVisible(node);
     tree.select(&node);
-    document_.saved = false;
     ++document_.branchCounter;
 }
 
@@ -393,10 +390,8 @@ void frmEditing::loadingStarted() {
 
 void frmEditing::itemLoaded() { pnlImpStat.progress = (pnlImpStat.progress + 1) % 100; }
 
-void frmEditing::loadingEnded() {
-    pnlImpStat.visible = false;
-    formChanged();
-}
+/// What follows, the opened configuration or none, is shown with it.
+void frmEditing::loadingEnded() { pnlImpStat.visible = false; }
 
 void frmEditing::configurationOpened() {
     showViews({.visible = true, .enabled = true});

@@ -34,8 +34,7 @@ void addDevice(Document& document, const SharedText& name) {
     if (document.devices().find(name) != nullptr) return;
     const auto device = std::make_shared<clsPLC>();
     device->SetByEts(name.string(), document.settings());
-    Node& node = document.enter(device);
-    document.tree().ensureVisible(node);
+    document.enter(device);
 }
 
 void addRecord(Document& document, std::string_view line) {

@@ -13,7 +13,6 @@ namespace {
 /// as unchanged.
 class Change {
  public:
-    Change() = default;
     Change(int recorded, int now) : recorded_(recorded), now_(now) {
         if (recorded <= 0) recorded_ = now_ = 1;
     }
@@ -28,8 +27,8 @@ class Change {
     }
 
  private:
-    int recorded_ = 1;
-    int now_ = 1;
+    int recorded_;
+    int now_;
 };
 
 /// The two directions of a form, or of a grid.
@@ -105,7 +104,7 @@ void resizeLanes(const std::vector<int>& initial, const std::vector<int>& presen
 void resizeControl(ResizableControl& control, const clsResizeControl& record,
                    const Changes& changes) {
     std::string_view tag = record.Tag;
-    Changes own;
+    Changes own = changes;
     for (const TagField& field : tagFields(control)) {
         const auto initial = takeField<int>(tag);
         const auto present = control.measure(field.measure);
