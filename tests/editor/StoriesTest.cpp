@@ -12,6 +12,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "model/FileFitness.h"
 #include "model/Text.h"
 #include "support/EditorWorld.h"
 
@@ -169,7 +170,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         (forms.whenShown<Form>([this](Form& form) { play(form); }), ...);
     }
 
-    void write(const std::string& line) { transcript += line + "\n"; }
+    void write(std::string line) {
+        std::ranges::replace(line, '\r', '~');
+        transcript += line + "\n";
+    }
 
     /// Writes what the editor has said, and what has changed.
     void look(const Seen& now, Seen& before, const std::string& indent) {
@@ -246,7 +250,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         if (verb == "menus") return writeMenus();
         std::istringstream words(what);
         if (verb == "rows") {
-            return selectRows(std::set<std::string>(std::istream_iterator<std::string>(words), {}));
+            std::set<std::string> texts;
+            for (std::string text; std::getline(words, text, ' ');)
+                texts.insert(text);
+            return selectRows(texts);
         }
         if (verb == "drag") {
             std::string from, to, target, with;
@@ -257,16 +264,19 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         if (verb == "read") {
             std::istringstream file(disk.files.at(what));
             for (std::string line; std::getline(file, line);)
-                write("    " + fromWindows1252(line.substr(0, line.find('\r'))));
+                write("    " + fromWindows1252(line));
             return;
         }
         if (verb == "leave") {
             editor.activeControl = frmEditing::ActiveControl::none;
+        } else if (verb == "fail") {
+            desktop.fails = true;
         } else if (verb == "clipboard") {
             desktop.clipboard = withLineEnds(what);
         } else if (verb == "file") {
             const auto [path, text] = cut(what, " ");
             disk.files[path] = withLineEnds(text);
+            ++disk.time;
         } else {
             editor.run(commandNamed(verb));
         }
@@ -305,21 +315,39 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         for (const auto& row : editor.ListView1.rows()) {
             if (row.selected) rows += row.text + " ";
             list += "\n    " + row.key + " " + row.icon + " " + row.smallIcon + " ";
-            for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i)
-                list += "|" + row.cell(i);
+            for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i) {
+                const bool spoils = !spoilsFile(row.cell(i), filePlaceOf(row.smallIcon)).empty();
+                list += "|" + row.cell(i) + (spoils ? " !" : "");
+            }
         }
         const auto nameOf = [](auto value, const std::vector<const char*>& names) {
             return names.at(static_cast<std::size_t>(value));
         };
         const auto number = [](int value) { return std::to_string(value); };
+        std::string signs;
+        for (const Node* node : tree.nodes())
+            if (const std::string sign = spoilsFile(*node, tree); !sign.empty())
+                signs += "\n    " + node->key().string() + ": " + sign;
+        std::string parts;
+        const auto [toolbar, left, right] = frmEditing::layoutFor(editor.referenceSize);
+        for (const auto& part : {toolbar, left, right})
+            for (const int pixels : {part.left, part.top, part.width, part.height})
+                parts += number(pixels) + " ";
         const GlobalSets& settings = document.settings();
-        const Node* highlight = editor.treeDrag().dropHighlight();
+        const auto keyOf = [](const Node* node) {
+            return node == nullptr ? "" : node->key().string();
+        };
+        const auto opens = [&](frmEditing::ActiveControl view, const char* name) {
+            return std::string(editor.hasProperties(view) ? name : "");
+        };
         return {
             {"caption", editor.caption},
+            {"layout", parts},
             {"views", editor.TreeView1.visible ? "visible" : "hidden"},
             {"tree", outline(document)},
             {"expanded", expanded},
-            {"selected", tree.selected() == nullptr ? "" : tree.selected()->key().string()},
+            {"signs", signs},
+            {"selected", keyOf(tree.selected())},
             {"columns", columns()},
             {"view", nameOf(editor.ListView1.view(), {"icon", "small icon", "list", "report"})},
             {"list", list},
@@ -336,7 +364,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             {"chooser", desktop.lastChooser},
             {"recorded", registry.calls.empty() ? "" : registry.calls.back()},
             {"pointer", desktop.pointer == Pointer::normal ? "" : "other"},
-            {"drop here", highlight == nullptr ? "" : highlight->key().string()},
+            {"opens", opens(frmEditing::ActiveControl::tree, "node ") +
+                          opens(frmEditing::ActiveControl::list, "row")},
+            {"dragged", keyOf(editor.treeDrag().source())},
+            {"drop here", keyOf(editor.treeDrag().dropHighlight())},
             {"ended", applicationEnded ? number(exitStatus) : ""}};
     }
 

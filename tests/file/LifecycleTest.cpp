@@ -1,14 +1,9 @@
 #include "file/Lifecycle.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
 #include <array>
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <set>
-#include <string>
 
 #include "support/EditorWorld.h"
 
@@ -26,6 +21,7 @@ const struct {
     {"no choice", [](auto& world) { world.desktop.chooserFault = ErrorNumber::cancelled; }},
     {"no chooser",
      [](auto& world) { world.desktop.chooserFault = ErrorNumber::pathFileAccessError; }},
+    {"no memory", [](auto& world) { world.desktop.fails = true; }},
     {"no reading", [](auto& world) { world.disk.readFault = ErrorNumber::permissionDenied; }},
     {"no writing", [](auto& world) { world.disk.writeFault = ErrorNumber::diskFull; }},
     {"no record", [](auto& world) { world.registry.fails = true; }},
@@ -109,28 +105,10 @@ TEST(Lifecycle, AsksAndSavesAndStopsAsTheUserSays) {
         if (names.size() < std::size(faults))
             told += "  when: " + ::testing::PrintToString(names) + "\n";
     }
-    if (std::getenv("APPROVE") != nullptr) std::ofstream(LIFECYCLE_WAYS) << told;
-    std::ifstream approved(LIFECYCLE_WAYS);
+    const char* const path = TESTS_DIR "/file/lifecycle-ways.txt";
+    if (std::getenv("APPROVE") != nullptr) std::ofstream(path) << told;
+    std::ifstream approved(path);
     EXPECT_EQ(told, std::string(std::istreambuf_iterator<char>(approved), {}));
-}
-
-TEST(Lifecycle, OpenShowsHowFarItIs) {
-    EditorWorld world;
-    std::set<std::string> meanwhile;
-    world.desktop.onPendingEvents = [&] {
-        const auto& panel = world.editor.pnlImpStat;
-        meanwhile.insert((panel.visible ? panel.lblLabel : "") + " " + world.enabledNow());
-    };
-    constexpr int busItems = 65'536;
-    std::string items;
-    for (int i = 0; i < busItems; ++i)
-        items += tag(std::to_string(i));
-    world.open(house, configuration(plc("Plant", items)));
-    EXPECT_THAT(meanwhile,
-                ::testing::ElementsAre("Loading File .... " + enabledIn(commandStates::loading)));
-    EXPECT_FALSE(world.editor.pnlImpStat.visible);
-    EXPECT_EQ(world.editor.pnlImpStat.progress, 36) << "from 99 it goes on at 0";
-    EXPECT_EQ(world.document.itemCounter, busItems + 1) << "more than 16 bits hold";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The disk of POSIX systems, in a temporary folder.
+// The disk of POSIX systems, and what they have for a registry, in a temporary folder.
 #ifndef _WIN32
 
 #include <fcntl.h>
@@ -19,6 +19,7 @@
 #include <string>
 
 #include "file/Disk.h"
+#include "file/FLRegistry.h"
 #include "model/RunTimeError.h"
 
 namespace {
@@ -26,7 +27,7 @@ namespace {
 namespace fs = std::filesystem;
 using fs::perms;
 
-/// The steps of a save are the disk's calls of the functions below, counted from 1. The chosen one
+/// The steps of the disk are its calls of the functions below, counted from 1. The chosen one
 /// fails with the error, or kills the process where that is 0.
 struct {
     int chosen, error, made;
@@ -53,6 +54,7 @@ int open(const char* path, int flags, ...) {
     va_end(rest);
     return step(SYS_openat, AT_FDCWD, path, flags, mode);
 }
+ssize_t read(int file, void* to, size_t n) { return step(SYS_read, file, to, n); }
 ssize_t write(int file, const void* from, size_t n) { return step(SYS_write, file, from, n); }
 int fstat(int file, struct stat* status) noexcept { return step(SYS_fstat, file, status); }
 int fchown(int file, uid_t u, gid_t g) noexcept { return step(SYS_fchown, file, u, g); }
@@ -180,6 +182,15 @@ TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
         EXPECT_EQ(read(folder / name, bob, bob), ofReading) << name;
         EXPECT_EQ(save(folder / name, bob, bob), ofSaving) << name;
     }
+    const auto readFailing = [&](int chosen, int error) {
+        return outcome([&] {
+            steps = {chosen, error, 0};
+            disk->read(house);
+        });
+    };
+    for (const int chosen : {1, 2, 3})
+        EXPECT_EQ(readFailing(chosen, EIO), 75) << chosen;
+    EXPECT_EQ(readFailing(3, EINTR), 0) << "reading goes on after an interruption";
     const auto createMore = [&] { disk->createFolders(folder / "shared/more"); };
     EXPECT_EQ(outcome(createMore, bob, bob), 70);
     fs::permissions(folder / "shared", perms::all);  // so that it can be removed
@@ -219,6 +230,11 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
             EXPECT_TRUE(isOld ? got == number : got == 0 || got == killed || got == past) << got;
             EXPECT_EQ(fs::status(house).permissions(), rights);
             refused += isOld ? 1 : 0;
+            for (const auto& left : fs::directory_iterator(folder)) {
+                const auto ofOthers = left.status().permissions() & perms::others_all;
+                EXPECT_TRUE(left == house || left.path().filename().native().starts_with(".new-"));
+                EXPECT_EQ(ofOthers, perms::none);
+            }
             if (got == killed) disk->replace(house, "next");
             EXPECT_EQ(countIn(folder), 1) << "what is left of the dead goes with the next save";
         }
@@ -236,6 +252,8 @@ TEST_F(SystemDiskTest, LeavesASharedFileToThoseWhoHadIt) {
         fs::permissions(house, perms{mode});
     };
     give(team, 06660);
+    EXPECT_EQ(save(house), 0);
+    EXPECT_EQ(fs::status(house).permissions(), perms{06660}) << "root gives all back";
     EXPECT_EQ(save(house, bob, team) + save(house, alice, team) + save(house, bob, team), 0);
     EXPECT_EQ(read(house, alice, team) + read(house, bob, team) + read(house, carol, team), 0);
     EXPECT_EQ(read(house, carol, carol), 70);
@@ -255,6 +273,18 @@ TEST_F(SystemDiskTest, LeavesASharedFileToThoseWhoHadIt) {
     giveAccess(folder, carol, "system.posix_acl_default");
     EXPECT_EQ(save(house, 0, 0), 0);
     EXPECT_EQ(read(house, carol, carol), 70) << "the folder's list is for new files";
+    giveAccess(house, bob);
+    EXPECT_EQ(save(house, 0, 0) + read(house, bob, bob), 0) << "instead of the folder's list";
+}
+
+TEST_F(SystemDiskTest, RecordsAPathInOneLineOfAFile) {
+    const auto registry = systemRegistry(*disk, folder / ".config");
+    for (const char* path :
+         {"/a/house.xml", "/a/b\u00FCro = 2.xml", "/a/two\nConfigFile=lines.xml"})
+        registry->SetRegValue(RegistryRoot::localMachine, R"(Software\Maker\Product)", "ConfigFile",
+                              path);
+    EXPECT_EQ(disk->read(folder / ".config/Maker/Product.conf"),
+              "ConfigFile=/a/b\u00FCro = 2.xml\n");
 }
 
 }  // namespace

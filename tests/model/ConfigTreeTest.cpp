@@ -1,46 +1,34 @@
 #include "model/ConfigTree.h"
 
-#include <gtest/gtest.h>
-
-#include "model/RunTimeError.h"
+#include "support/EditorWorld.h"
 
 namespace {
 
-std::string keyOf(const Node* node) { return node != nullptr ? node->key().string() : "none"; }
-
-/// Writes down what a view hears and, where a call precedes or follows a change, the nodes that
-/// are there, in the order in which they were added.
+/// Writes down what a view hears, with the tree as it is at that moment.
 struct ListeningView : ConfigTree::Listener {
     explicit ListeningView(ConfigTree& theTree) : tree(theTree) { tree.setListener(this); }
 
-    void hear(const std::string& what) { heard += what + " "; }
-    void hearNodes(const std::string& what) {
-        std::string keys;
-        for (const Node* node : tree.nodes())
-            keys += node->key();
-        hear(what + ":" + keys);
-    }
-    void hearRows(const std::string& what, const Node& parent) {
-        std::string rows;
-        for (const Node* child : ConfigTree::GetChildren(parent))
-            rows += std::to_string(ConfigTree::rowOf(*child)) + child->key();
-        hear(what + ":" + rows);
+    void hear(const std::string& what) {
+        heard += what + " " + (tree.root() == nullptr ? "" : contentsOf(*tree.root())) + "; ";
     }
     void aboutToAdd(const Node* parent, int row) override {
-        hearNodes("add" + std::to_string(row) + keyOf(parent));
+        hear("add " + std::to_string(row) + " " +
+             (parent == nullptr ? "" : parent->key().string()));
     }
-    void added() override { hearNodes("added"); }
+    void added() override { hear("added"); }
     void aboutToRemove(const Node& node) override {
-        hearNodes("remove" + std::to_string(ConfigTree::rowOf(node)) + node.key());
+        hear("remove " + std::to_string(ConfigTree::rowOf(node)) + " " + node.key().string());
     }
-    void removed() override { hearNodes("removed"); }
-    void changed(const Node& node) override { hear(node.key() + "=" + node.text()); }
-    void aboutToReorder(const Node& parent) override { hearRows("sort", parent); }
-    void reordered(const Node& parent) override { hearRows("sorted", parent); }
-    void aboutToReset() override { hearNodes("resetting"); }
-    void reset() override { hearNodes("reset"); }
-    void selectionChanged() override { hear("select:" + keyOf(tree.selected())); }
-    void madeVisible(const Node& node) override { hear("show:" + node.key()); }
+    void removed() override { hear("removed"); }
+    void changed(const Node& node) override { hear("changed " + node.key().string()); }
+    void aboutToReorder(const Node& parent) override { hear("sort " + parent.key().string()); }
+    void reordered(const Node& parent) override { hear("sorted " + parent.key().string()); }
+    void aboutToReset() override { hear("("); }
+    void reset() override { hear(")"); }
+    void selectionChanged() override {
+        hear("select " + (tree.selected() == nullptr ? "none" : tree.selected()->key().string()));
+    }
+    void madeVisible(const Node& node) override { hear("show " + node.key().string()); }
 
     ConfigTree& tree;
     std::string heard;
@@ -53,11 +41,11 @@ TEST(Tree, TellsItsListenerOfEachChangeBeforeAndAfterItAndOfNoneThatIsRefused) {
     };
     const auto at = [&](const char* key) -> Node& { return tree.nodeAt(key); };
     tree.AddNode("", "r", "C:\\house.xml", NodeKind::config);
-    tree.AddNode("r", "P", "Plant", NodeKind::plc);
-    tree.AddNode("P", "a", "Annex", NodeKind::branch);
-    add("P", "b", "Bath");
-    add("a", "x", "Xenon");
-    add("P", "c", "Cellar");
+    tree.AddNode("r", "P", "P", NodeKind::plc);
+    tree.AddNode("P", "a", "M", NodeKind::branch);
+    add("P", "b", "B");
+    add("a", "x", "X");
+    add("P", "c", "T");
     ListeningView view(tree);
     EXPECT_THROW(add("P", "x"), RunTimeError);
     EXPECT_THROW(add("nowhere", "n"), RunTimeError);
@@ -70,23 +58,25 @@ TEST(Tree, TellsItsListenerOfEachChangeBeforeAndAfterItAndOfNoneThatIsRefused) {
     tree.select(&at("b"));
     tree.select(&at("b"));
     tree.remove(at("b"));
-    add("P", "d", "Aisle");
+    add("P", "d", "K");
     tree.sortChildren(at("P"));
     tree.sortChildren(at("P"));  // already sorted: nothing moves
     tree.remove(at("a"));
-    tree.setText(at("d"), "Den");
+    tree.setText(at("d"), "Q");
     tree.setKey(at("d"), "e");
     {
         const ConfigTree::BulkChange bulk(tree);
         const ConfigTree::BulkChange within(tree);
-        add("P", "1");
+        add("P", "n", "N");
     }
     tree.clear();
     tree.AddNode("", "R", "", NodeKind::config);
     EXPECT_EQ(view.heard,
-              "show:x select:b select:c remove1b:rPabxc removed:rPaxc add2P:rPaxc added:rPaxcd "
-              "sort:0a1c2d sorted:0d1a2c remove1a:rPaxcd removed:rPcd d=Den "
-              "resetting:rPce reset:rPce1 resetting:rPce1 reset: add0none: added:R ");
+              "show x P[M[X] B T]; select b P[M[X] B T]; select c P[M[X] B T]; "
+              "remove 1 b P[M[X] B T]; removed P[M[X] T]; add 2 P P[M[X] T]; "
+              "added P[M[X] T K]; sort P P[M[X] T K]; sorted P P[K M[X] T]; "
+              "remove 1 a P[K M[X] T]; removed P[K T]; changed d P[Q T]; ( P[Q T]; ) P[Q T N]; "
+              "( P[Q T N]; ) ; add 0  ; added ; ");
 }
 
 }  // namespace

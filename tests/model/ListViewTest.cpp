@@ -17,9 +17,13 @@ TEST(List, KeepsItsRowsAsAPlainVectorSortedAfterEachChangeDoes) {
     std::mt19937 random(1);  // NOLINT(cert-msc51-cpp)
     const auto any = [&](const std::vector<std::string>& of) { return of[random() % of.size()]; };
     const auto text = [&] { return any({"lamp", "Lamp", "\u00C4rger", "Blind", ""}); };
+    const std::string device = "A device with a name of its own ";
     for (int i = 0; i < 20000; ++i) {
-        ListView::Row row{
-            std::to_string(random() % 60) + any({"", ".b", "b"}), text(), {text()}, "EIS1", "item"};
+        ListView::Row row{device + std::to_string(random() % 60) + any({"", ".b", "b"}),
+                          text(),
+                          {text()},
+                          "EIS1",
+                          "item"};
         const auto place = std::ranges::find(expected, row.key, &ListView::Row::key);
         const bool isThere = place != expected.end();
         EXPECT_EQ(list.findRow(row.key).has_value(), isThere);
@@ -39,7 +43,7 @@ TEST(List, KeepsItsRowsAsAPlainVectorSortedAfterEachChangeDoes) {
             list.setCurrentRow(at);
         }
         if (deed == 4) {
-            const std::string newKey = std::to_string(i + 100);
+            const std::string newKey = device + std::to_string(i + 100);
             list.rekeyRows(row.key, newKey);
             for (ListView::Row& each : expected)
                 if (each.key == row.key || each.key.string().starts_with(row.key + "."))

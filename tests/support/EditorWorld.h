@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <unordered_set>
@@ -15,12 +13,6 @@
 #include "support/FakeDesktop.h"
 #include "support/FakeDisk.h"
 #include "support/FakeForms.h"
-
-/// What a file with one device looks like, with the lines' ends of a source.
-inline const std::string exampleText = [] {
-    std::ifstream file(TESTS_DIR "/support/example.xml");
-    return std::string(std::istreambuf_iterator<char>(file), {});
-}();
 
 inline std::string tag(const std::string& name) {
     return "<tag><name>" + name +
@@ -70,6 +62,8 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
             EXPECT_EQ(node->key(), (node->isDevice() ? "" : parent->key() + ".") + node->text());
             EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key().string();
             EXPECT_EQ(tree->FindNode(node->key()), node);
+            const auto row = static_cast<std::size_t>(ConfigTree::rowOf(*node));
+            EXPECT_TRUE(row < parent->children().size() && parent->children()[row] == node);
             EXPECT_TRUE(all.insert(node->key()).second) << node->key().string();
             if (node->isDevice()) devices.insert(node->key());
             if (node->kind() == NodeKind::branch) branches.insert(node->key());
@@ -178,9 +172,8 @@ class EditorWorld : private frmEditing::Window {
         return lines;
     }
 
-    std::string enabledNow() const {
-        return namesOfCommands([&](const Command& command) { return editor.isEnabled(command); });
-    }
+    /// What was enabled when the window was last told that something may have changed.
+    const std::string& enabledNow() const { return enabled_; }
 
     /// "Plc Name 0.5, Port 0.2".
     std::string columns() const {
@@ -204,10 +197,14 @@ class EditorWorld : private frmEditing::Window {
     }
 
  private:
-    void formChanged() override {}
+    void formChanged() override {
+        enabled_ = namesOfCommands([&](const Command& each) { return editor.isEnabled(each); });
+    }
     void focusTree() override {}
     void endApplication(int status) override {
         applicationEnded = true;
         exitStatus = status;
     }
+
+    std::string enabled_;
 };

@@ -6,8 +6,10 @@
 #include <array>
 #include <deque>
 #include <functional>
+#include <new>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "desktop/Desktop.h"
@@ -38,6 +40,9 @@ class FakeDesktop : public Desktop {
     /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
 
+    /// When set, the next message or question finds too little memory, and is not shown.
+    bool fails = false;
+
     std::string folder = "/home/ann/Documents/";
     /// Called whenever pending events are given a turn.
     std::function<void()> onPendingEvents = [] {};
@@ -47,8 +52,7 @@ class FakeDesktop : public Desktop {
     using Desktop::showMessage;
     void showMessage(const std::string& text, MessageIcon icon) override {
         static constexpr std::array pictures{"", " (exclamation)", " (stop)"};
-        messages_.push_back(text);
-        manners_.emplace_back(pictures.at(static_cast<std::size_t>(icon)));
+        keep(text, pictures.at(static_cast<std::size_t>(icon)));
     }
 
     using Desktop::askYesNo;
@@ -59,8 +63,7 @@ class FakeDesktop : public Desktop {
     }
 
     Answer askYesNoCancel(const std::string& text) override {
-        messages_.push_back(text);
-        manners_.emplace_back();
+        keep(text, "");
         if (answers_.empty()) {
             ADD_FAILURE() << "Nobody said how to answer: " << text;
             return Answer::cancel;
@@ -91,6 +94,12 @@ class FakeDesktop : public Desktop {
     void processPendingEvents() override { onPendingEvents(); }
 
  private:
+    void keep(const std::string& text, const char* manner) {
+        if (std::exchange(fails, false)) throw std::bad_alloc();
+        messages_.push_back(text);
+        manners_.emplace_back(manner);
+    }
+
     std::string choose() {
         if (chooserFault) throw RunTimeError(*chooserFault);
         if (!chosen_) throw RunTimeError(ErrorNumber::cancelled);

@@ -1,0 +1,187 @@
+// The samples, and files and configurations at the ends of what the editor takes.
+#ifndef _WIN32
+#include <malloc.h>
+#endif
+
+#include <ctime>
+
+#include "support/EditorWorld.h"
+
+namespace {
+
+class Limits : public ::testing::Test, protected EditorWorld {
+ protected:
+    /// What comes of opening such a file: messages, and the outline of what was read.
+    std::string opened(const std::string& text) {
+        open("/house.xml", text);
+        expectTreeAndRegistriesAgree(document);
+        return told() + outline(document);
+    }
+    /// What comes of importing it: messages, and how many devices and items.
+    std::string imported(const std::string& text) {
+        disk.files["/plans/house.esf"] = text;
+        desktop.willChoose("/plans/house.esf");
+        editor.mnuImpCfg_Click();
+        expectTreeAndRegistriesAgree(document);
+        return told() + std::to_string(document.devices().count()) + " " +
+               std::to_string(document.items().count());
+    }
+    /// What saving says.
+    std::string saved() {
+        desktop.willAnswer({Answer::yes});
+        editor.mnuSaveCfg_Click();
+        const std::string question = "File /house.xml already existing. Overwrite?\n";
+        return told().substr(question.size());
+    }
+    void addBranch(const std::string& name) {
+        forms.whenShown<frmBranch>([name](frmBranch& form) {
+            form.txtBranchName.text = name;
+            form.cmdOk_Click();
+        });
+        editor.mnuAddBranch_Click();
+    }
+    static std::string nested(std::size_t levels, const std::string& name,
+                              const std::string& contents) {
+        std::string begins, ends;
+        for (std::size_t i = 0; i < levels; ++i) {
+            begins += "<" + name + ">";
+            ends += "</" + name + ">";
+        }
+        return configuration(plc("A") + plc("B", begins + contents + ends));
+    }
+};
+
+TEST_F(Limits, SamplesAreTakenAndSavedToTheByte) {
+    const auto machine = systemDisk();
+    const std::string house = machine->read(SAMPLES_DIR "/house.xml");
+    open("/house.xml", house);
+    EXPECT_EQ(document.items().count(), 150U);
+    EXPECT_EQ(saved(), "/house.xml saved\n");
+    EXPECT_TRUE(disk.files["/house.xml"] == house);
+    EXPECT_EQ(imported(machine->read(SAMPLES_DIR "/house.esf")), "15 150");
+    EXPECT_EQ(imported(machine->read(SAMPLES_DIR "/house-dimmer.esf")),
+              "This file is not in ETS2 or ETS3 Esf format.\n2 10");
+}
+
+TEST_F(Limits, FilesThatAreNoTextAreSurvived) {
+    EXPECT_EQ(imported(std::string(100'000'000, 'x')), "0 0");
+    EXPECT_EQ(imported(std::string("A.L.1/1/0\tNa\0me\tEIS 1\r\n", 23)), "1 1");
+    EXPECT_EQ(outline(document), "L[Na_me]");
+    EXPECT_EQ(document.currentPath(), "/plans/house.xml");
+    const std::string nul = opened(configuration(plc("A")) + '\0');
+    EXPECT_EQ(nul, " Error n. 321  Line 1: not well-formed (invalid token) in ImportXML\n");
+    std::string utf16 = "\xFF\xFE";
+    for (const char c : "<?xml version='1.0' encoding='UTF-16'?>" + configuration(plc("&#228;")))
+        utf16.append(1, c).append(1, '\0');
+    EXPECT_EQ(opened(utf16), "\u00E4[]");
+}
+
+TEST_F(Limits, OfManyFaultsTheFirstAreTold) {
+    std::string told;
+    for (int i = 0; i < 5; ++i)
+        told += " Error n. 94  Invalid use of Null in BrowseBranch\n";
+    for (const auto& [faults, more] : {std::pair(205, "200"), {1209, "1,204"}}) {
+        std::string items;
+        for (int i = 0; i < faults; ++i)
+            items += "<tag/>";
+        EXPECT_EQ(opened(configuration(plc("A", items + tag("x")))),
+                  told + "\u2026 and " + more + " more\nA[x]");
+    }
+}
+
+TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
+    const std::string deep =
+        " Error n. 321  Branches lie within one another more than 1,000 deep in ImportXML\n";
+    const std::string lengthy =
+        " Error n. 321  The path to a branch or an item is longer than 64 KB in ImportXML\n";
+    EXPECT_EQ(opened(nested(1001, "F", "")), deep);
+    EXPECT_EQ(opened(nested(60000, "F", tag("x"))), deep);
+    EXPECT_EQ(opened(nested(200, std::string(600, 'n'), "")), lengthy);
+    EXPECT_EQ(opened(nested(1, "F", tag(std::string(65533, 'n')))), lengthy);
+    std::string wide;
+    for (int i = 0; i < 200; ++i)
+        wide += branch(std::string(600, 'N') + std::to_string(i), "");
+    EXPECT_EQ(opened(configuration(plc("A", wide))).substr(0, 5), "A[NNN") << "beside one another";
+    const std::string longest(65532, 'n');
+    EXPECT_EQ(opened(nested(1, "F", tag(longest))), "A[] B[F[" + longest + "]]");
+    click("B.F");
+    addBranch(longest + "n");
+    EXPECT_EQ(saved().substr(114),
+              "\" has a path longer than 64 KB and cannot be saved in PrintBranch\n");
+
+    document.saved = true;
+    const std::string deepest = opened(nested(1000, "F", tag("x")));
+    EXPECT_EQ(saved(), "/house.xml saved\n");
+    EXPECT_EQ(opened(std::string(disk.files["/house.xml"])), deepest);
+    click(document.branches().last()->sKey.string());
+    addBranch("G");
+    EXPECT_EQ(saved().substr(114),
+              "\" lies more than 1,000 deep and cannot be saved in PrintBranch\n");
+}
+
+TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce) {
+    std::set<std::string> meanwhile;
+    desktop.onPendingEvents = [&] {
+        meanwhile.insert((editor.pnlImpStat.visible ? editor.pnlImpStat.lblLabel : "") + " " +
+                         enabledNow());
+    };
+    open("/small.xml", configuration(plc("Plant")));
+    EXPECT_EQ(meanwhile.size(), 1U) << "before the work begins";
+    std::string full;
+    for (int i = 0; i < 65280; ++i)
+        full += tag("Item_" + std::to_string(i));
+    open("/full.xml", configuration(plc("Plant", branch("A", full))));
+    EXPECT_EQ(meanwhile, std::set<std::string>{"Loading File .... mnuExit mnuAbout"});
+    EXPECT_FALSE(editor.pnlImpStat.visible);
+    EXPECT_EQ(editor.pnlImpStat.progress, 80) << "from 99 it goes on at 0";
+
+    click("Plant.A");
+    [[maybe_unused]] const std::clock_t start = std::clock();  // the machine may be busy
+    forms.whenShown<frmItems>([](frmItems& form) {
+        form.txtAddress = {{{"1"}, {"1"}, {"0"}}};
+        form.txtNumbItems.text = "256";
+        form.cmdOkNumber_Click();
+    });
+    editor.mnuAddItem_Click();
+    EXPECT_EQ(editor.ListView1.rows().size(), 65536U);
+    EXPECT_EQ(document.itemCounter, 65537) << "more than 16 bits hold";
+    forms.whenShown<frmBranch>([](frmBranch& form) {
+        form.txtBranchName.text = "B";
+        form.cmdOk_Click();
+    });
+    editor.TreeView1_DblClick();
+    EXPECT_EQ(document.items().last()->sKey, "Plant.B.New_Item_65536");
+#ifdef NDEBUG
+    EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
+#endif
+}
+
+TEST_F(Limits, PastesAreCountedIn16Bits) {
+    for (const char* path : {"/a.xml", "/b.xml"}) {
+        open(path, configuration(plc("P")));  // nothing is copied, but pastes count, from 1 on
+        click("P");
+        for (int i = 1; i < 32767; ++i)
+            editor.mnuPaste_Click();
+        EXPECT_EQ(told(), "");
+    }
+    editor.mnuPaste_Click();
+    EXPECT_EQ(told(), " Error n. 6  Overflow in mnuPaste_Click\n");
+}
+
+#ifndef _WIN32
+TEST_F(Limits, MemoryDoesNotGrowInAThousandRounds) {
+    std::size_t before = 0;
+    for (int round = 1; round <= 1000; ++round) {
+        open("/house.xml", configuration(plc("Plant", branch("F", tag("x")))));
+        click("Plant");
+        addBranch("G");
+        EXPECT_EQ(saved(), "/house.xml saved\n");
+        editor.mnuCloseCfg_Click();
+        registry.calls.clear();
+        if (round == 100) before = ::mallinfo2().uordblks;
+    }
+    EXPECT_LT(::mallinfo2().uordblks, before + 10'000) << "12 bytes a round";
+}
+#endif
+
+}  // namespace
