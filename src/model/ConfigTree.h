@@ -199,7 +199,7 @@ class ConfigTree {
 
     /// All nodes, in the order in which they were added.
     ///
-    ///     for (const Node* node : tree.nodes()) ...
+    ///     for (const Node& node : tree.nodes()) ...
     const auto& nodes() const { return nodes_; }
 
  private:

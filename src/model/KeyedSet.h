@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <iterator>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -34,23 +33,14 @@ class KeyedSet {
     /// Walks the things as they were added.
     class Iterator {
      public:
-        using difference_type = std::ptrdiff_t;
-        using value_type = T*;
-
-        Iterator() = default;
         Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {
             skipHoles();
         }
-        T* operator*() const { return (*things_)[place_].get(); }
+        T& operator*() const { return *(*things_)[place_]; }
         Iterator& operator++() {
             ++place_;
             skipHoles();
             return *this;
-        }
-        Iterator operator++(int) {
-            Iterator before = *this;
-            ++*this;
-            return before;
         }
         bool operator==(const Iterator&) const = default;
 
@@ -60,8 +50,8 @@ class KeyedSet {
                 ++place_;
         }
 
-        const Things* things_ = nullptr;
-        std::size_t place_ = 0;
+        const Things* things_;
+        std::size_t place_;
     };
 
     std::size_t size() const { return things_.size() - holes_; }

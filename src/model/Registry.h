@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,8 +24,8 @@
 template <typename T>
 class Registry {
     struct Entry {
-        SharedText key;
-        std::shared_ptr<T> record;
+        const SharedText key;
+        const std::shared_ptr<T> record;
     };
     struct Keys {
         static const SharedText& keyOf(const Entry& entry) { return entry.key; }
@@ -37,35 +36,7 @@ class Registry {
     using Entries = KeyedSet<Entry, Keys>;
 
  public:
-    /// What an iterator gives: the key and the record of one entry.
-    struct Reference {
-        const SharedText& key;
-        const std::shared_ptr<T>& record;
-    };
-
-    /// Walks the entries in insertion order.
-    class Iterator {
-     public:
-        using difference_type = std::ptrdiff_t;
-        using value_type = Reference;
-
-        Iterator() = default;
-        explicit Iterator(typename Entries::Iterator entry) : entry_(entry) {}
-        Reference operator*() const { return {(*entry_)->key, (*entry_)->record}; }
-        Iterator& operator++() {
-            ++entry_;
-            return *this;
-        }
-        Iterator operator++(int) {
-            Iterator before = *this;
-            ++*this;
-            return before;
-        }
-        bool operator==(const Iterator&) const = default;
-
-     private:
-        typename Entries::Iterator entry_;
-    };
+    using Iterator = typename Entries::Iterator;
 
     Registry() = default;
     Registry(const Registry&) = delete;
@@ -75,8 +46,9 @@ class Registry {
     ~Registry() = default;
 
     std::size_t count() const { return entries_.size(); }
-    Iterator begin() const { return Iterator(entries_.begin()); }
-    Iterator end() const { return Iterator(entries_.end()); }
+    /// Key and record of each entry, in insertion order.
+    Iterator begin() const { return entries_.begin(); }
+    Iterator end() const { return entries_.end(); }
 
     /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key is there
     /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
