@@ -47,9 +47,6 @@ void showInactive(QStyleOptionViewItem& cell) {
 
 bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
                              const QStyleOptionViewItem& option, const QModelIndex& index) {
-    if (event->type() != QEvent::ToolTip || view == nullptr) {
-        return QStyledItemDelegate::helpEvent(event, view, option, index);
-    }
     QStringList paragraphs;
     const QString fault = index.data(Qt::ToolTipRole).toString();
     if (!fault.isEmpty()) paragraphs.append(fault);

@@ -32,7 +32,6 @@ FindDialog::FindDialog(frmFind& form)
     column->addStretch();
     column->addLayout(buttons);
     find->setDefault(true);
-    tabThrough({"txtFind", "cmdFind", "cmdNext", "cmdCancel"});
     showForm();
 }
 

@@ -173,15 +173,6 @@ void FormDialog::learn(const Handler& take) {
     if (!showing_) take();
 }
 
-void FormDialog::tabThrough(std::initializer_list<const char*> names) {
-    QWidget* before = nullptr;
-    for (const char* name : names) {
-        auto* widget = findChild<QWidget*>(name);
-        if (before != nullptr) setTabOrder(before, widget);
-        before = widget;
-    }
-}
-
 void FormDialog::enter(QLineEdit* edit) {
     edit->setFocus();
     edit->selectAll();

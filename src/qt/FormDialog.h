@@ -3,7 +3,6 @@
 
 #include <QDialog>
 #include <functional>
-#include <initializer_list>
 #include <vector>
 
 #include "dialogs/Controls.h"
@@ -22,7 +21,8 @@ QWidget* ownerOfDialogs();
 /// A modal dialog over a form. Each widget is bound to a control of the form and bears its name.
 /// What the user changes goes into the form at once, and nothing else does: a text that a widget
 /// cannot show as it is stays as it is until the user changes it. After each of its handlers the
-/// widgets show what the form says. The dialog ends when the form says that it is closed.
+/// widgets show what the form says. The dialog ends when the form says that it is closed. The Tab
+/// key goes through the widgets in the order in which they were bound.
 class FormDialog : public QDialog {
     Q_OBJECT
 
@@ -53,8 +53,6 @@ class FormDialog : public QDialog {
     /// What a widget holds has changed: `take` gives it to the form if the user did it.
     void learn(const Handler& take);
 
-    /// The Tab key goes through the widgets of these names in this order.
-    void tabThrough(std::initializer_list<const char*> names);
     /// Gives a field the keyboard, its text selected to be typed over.
     static void enter(QLineEdit* edit);
 

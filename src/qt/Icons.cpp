@@ -55,10 +55,8 @@ QIcon marked(const QIcon& picture) {
         // The sizes of the views, at every usual scale of a screen.
         for (const int side : {16, 24, 32, 48, 64, 96}) {
             QPixmap drawn = picture.pixmap(QSize(side, side), 1);
-            QPainter painter(&drawn);
             const int sign = side * 11 / 16;
-            mark().paint(&painter, side - sign, side - sign, sign, sign);
-            painter.end();
+            QPainter(&drawn).drawPixmap(side - sign, side - sign, mark().pixmap(sign));
             for (const auto mode : {QIcon::Normal, QIcon::Selected})
                 icon.addPixmap(drawn, mode);
         }

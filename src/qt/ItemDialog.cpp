@@ -31,9 +31,6 @@ ItemDialog::ItemDialog(frmItems& form)
     panel_->hide();
     ok_->setDefault(true);
     showForm();
-    tabThrough({"txtItemName", "txtComment", "txtAddress0", "txtAddress1", "txtAddress2",
-                "cmbDataType", "cmbAccessRight", "txtElements", "optLettura0", "optLettura1",
-                "txtNumbItems", "cmdOkNumber", "cmdOk", "cmdAdd", "cmdGroup", "cmdCancel"});
     enter(name_);
 }
 
@@ -42,7 +39,6 @@ QWidget* ItemDialog::buildFields() {
     frame->setObjectName("frmMain");
     auto* rows = new QFormLayout(frame);
     rows->setContentsMargins(0, 0, 0, 0);
-    rows->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     const auto add = [&](const Label& label, char accelerator, QWidget* field) {
         rows->addRow(bind(label, accelerator, field), field);
     };

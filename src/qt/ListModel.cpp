@@ -64,7 +64,6 @@ QVariant ListModel::headerData(int section, Qt::Orientation orientation, int rol
     switch (role) {
         case Qt::DisplayRole:
         case Qt::ToolTipRole: return toQt(list_.columns()[static_cast<std::size_t>(section)].text);
-        case Qt::TextAlignmentRole: return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
         default: return {};
     }
 }

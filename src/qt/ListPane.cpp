@@ -38,7 +38,6 @@ void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
     view.setItemDelegate(new CellDelegate(&view));
     view.setSelectionMode(QAbstractItemView::ExtendedSelection);
     view.setSelectionBehavior(QAbstractItemView::SelectRows);
-    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
     view.setAccessibleName(name);
 }
 
@@ -61,7 +60,6 @@ ListPane::ListPane(ListView& list, QWidget* parent)
 
     prepare(*icons_, model_, tr("Contents"));
     icons_->setUniformItemSizes(true);
-    icons_->setMovement(QListView::Static);
     icons_->setResizeMode(QListView::Adjust);
 
     selection_ = report_->selectionModel();
@@ -197,7 +195,6 @@ void ListPane::setColumnWidths() {
     const int ownWidth = width() - 2 * report_->frameWidth();
     for (std::size_t i = 0; i < columns.size(); ++i)
         report_->setColumnWidth(static_cast<int>(i), static_cast<int>(columns[i].width * ownWidth));
-    keepColumnWidths();
     report_->horizontalScrollBar()->setValue(0);
 }
 

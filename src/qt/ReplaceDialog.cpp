@@ -33,11 +33,11 @@ class GridModel : public QAbstractTableModel {
     }
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
-        if (orientation != Qt::Horizontal) return section + 1;  // hidden, but read out
-        if (role == Qt::TextAlignmentRole) return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+        const bool heading = orientation == Qt::Horizontal && role == Qt::DisplayRole;
         // The arrows' column has no heading; those who cannot see it are told what it is.
         if (role == Qt::AccessibleTextRole && section == 1) return tr("becomes");
-        return role == Qt::DisplayRole ? textAt(0, section) : QVariant();
+        return heading ? textAt(0, section)
+                       : QAbstractTableModel::headerData(section, orientation, role);
     }
 
  private:
@@ -68,6 +68,7 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     grid_->horizontalHeader()->setSectionsClickable(false);
+    grid_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     grid_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Fixed);
 
@@ -81,7 +82,6 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     column->addLayout(buttons);
     accept->setDefault(true);
     accept->setFocus();
-    tabThrough({"Grid1", "Command2", "Command1"});
     const int character = fontMetrics().averageCharWidth();
     resize(90 * character, 24 * fontMetrics().height());
     showForm();

@@ -19,7 +19,6 @@ struct Row {
 void arrange(QDialog* dialog, std::initializer_list<Row> rows, QPushButton* main,
              QPushButton* exit) {
     auto* fields = new QFormLayout;
-    fields->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
     for (const Row& row : rows) {
         row.field->setMinimumWidth(row.field->fontMetrics().averageCharWidth() * 32);
         fields->addRow(row.label, row.field);
@@ -48,14 +47,14 @@ DeviceDialog::DeviceDialog(frmPLC& form)
     auto* timeout = bind("txtTimeout", form.txtTimeout);
     for (QLineEdit* edit : {name, port->lineEdit(), type->lineEdit()})
         mark(edit, FilePlace::attribute);
+    auto* apply = bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); });
+    auto* exit = bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); });
     arrange(this,
             {{bind(form.Label6, 'N', name), name},
              {bind(form.lblIP, 'P', port), port},
              {bind(form.lblId, 'E', type), type},
              {bind(form.lblPassword, 'R', timeout), timeout}},
-            bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
-            bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
-    tabThrough({"txtName", "cmbPort", "cmbEdiType", "txtTimeout", "cmdApply", "cmdExit"});
+            apply, exit);
     showForm();
     enter(name);
 }
@@ -67,10 +66,9 @@ BranchDialog::BranchDialog(frmBranch& form)
     setObjectName("frmBranch");
     auto* name = bind("txtBranchName", form.txtBranchName);
     mark(name, FilePlace::elementName);
-    arrange(this, {{bind(form.Label1, 'n', name), name}},
-            bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); }),
-            bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
-    tabThrough({"txtBranchName", "cmdOk", "cmdCancel"});
+    auto* ok = bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); });
+    auto* cancel = bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); });
+    arrange(this, {{bind(form.Label1, 'n', name), name}}, ok, cancel);
     showForm();
     enter(name);
 }
@@ -84,13 +82,13 @@ SettingsDialog::SettingsDialog(frmSetts& form)
     auto* timeout = bind("txtTimeout", form.txtTimeout);
     for (const QComboBox* box : {port, type})
         mark(box->lineEdit(), FilePlace::attribute);
+    auto* apply = bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); });
+    auto* exit = bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); });
     arrange(this,
             {{bind(form.lblPortName, 'P', port), port},
              {bind(form.lblBaud, 'E', type), type},
              {bind(form.lblTimeout, 'R', timeout), timeout}},
-            bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); }),
-            bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); }));
-    tabThrough({"cmbPort", "cmbEdiType", "txtTimeout", "cmdApply", "cmdExit"});
+            apply, exit);
     showForm();
     enter(port->lineEdit());
 }

@@ -19,13 +19,6 @@ namespace {
 
 const char* const nodeFormat = "application/x-configuration-node";
 
-/// The keyboard's state as the rules know it.
-int shiftMaskOf(Qt::KeyboardModifiers keys) {
-    return (keys.testFlag(Qt::ShiftModifier) ? 1 : 0) |
-           (keys.testFlag(Qt::ControlModifier) ? TreeDrag::ctrlMask : 0) |
-           (keys.testFlag(Qt::AltModifier) ? 4 : 0);
-}
-
 }  // namespace
 
 TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
@@ -35,17 +28,13 @@ TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);  // a double click opens a node's properties
-    setSelectionMode(SingleSelection);
-    setEditTriggers(NoEditTriggers);
     // Texts that are wider than the tree are reached by scrolling. The toolkit would measure the
     // rows in sight, and so show a scroll bar, whose place may be that of the widest row, and then
     // hide it again, for ever.
     header()->setStretchLastSection(false);
-    header()->setSectionResizeMode(QHeaderView::Fixed);
     measureTexts();
     setAccessibleName(tr("Configuration tree"));
     setAcceptDrops(true);
-    setDropIndicatorShown(false);  // a whole node is the target
     opening_.setSingleShot(true);
     opening_.setInterval(700);
     connect(&opening_, &QTimer::timeout, this, [this] {
@@ -170,7 +159,8 @@ void TreePane::mousePressEvent(QMouseEvent* event) {
     clickReported_ = false;
     // The right button selects when it is released: until then it may be dragging.
     if (event->button() == Qt::RightButton) {
-        mayDrag_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, shiftMaskOf(event->modifiers()),
+        const bool ctrl = event->modifiers().testFlag(Qt::ControlModifier);
+        mayDrag_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, ctrl ? TreeDrag::ctrlMask : 0,
                                              nodeUnder(pressedAt_));
         return;
     }
@@ -204,7 +194,7 @@ void TreePane::dragNode() {
     content->setData(nodeFormat, QByteArray::fromStdString(drag_.source()->key().string()));
     auto* drag = new QDrag(this);
     drag->setMimeData(content);
-    drag->setPixmap(pictureOf(*drag_.source()));
+    drag->setPixmap(pictureOf(model_->indexOf(drag_.source())));
     // Beside the pointer, so that the node below it can be read.
     drag->setHotSpot({-12, -8});
     const DropEffect effect = drag_.TreeView1_OLEStartDrag();
@@ -225,44 +215,22 @@ void TreePane::dragNode() {
     viewport()->update();
 }
 
-/// What follows the pointer: the node as the tree shows it.
-QPixmap TreePane::pictureOf(const Node& node) const {
-    const int side = icons::besideText(fontMetrics()).height();
-    const QString text =
-        fontMetrics().elidedText(toQt(node.text(), drawnCharacters), Qt::ElideMiddle, 300);
-    const int margin = 4;
-    const QSize size(side + fontMetrics().horizontalAdvance(text) + 3 * margin,
-                     std::max(side, fontMetrics().height()) + 2 * margin);
-    QPixmap picture(size * devicePixelRatioF());
-    picture.setDevicePixelRatio(devicePixelRatioF());
-    picture.fill(palette().color(QPalette::ToolTipBase));
-    QPainter painter(&picture);
-    painter.setFont(font());
-    painter.setPen(palette().color(QPalette::ToolTipText));
-    painter.drawRect(0, 0, size.width() - 1, size.height() - 1);
-    icons::tree(node.image()).paint(&painter, margin, 0, side, size.height());
-    painter.drawText(QRect(side + 2 * margin, 0, size.width(), size.height()),
-                     Qt::AlignLeft | Qt::AlignVCenter, text);
-    return picture;
+/// What follows the pointer: the node as the tree shows it, as much as is in sight.
+QPixmap TreePane::pictureOf(const QModelIndex& node) const {
+    const QRect row(visualRect(node).topLeft(), sizeHintForIndex(node));
+    return viewport()->grab(row & viewport()->rect());
 }
 
-void TreePane::dragEnterEvent(QDragEnterEvent* event) {
+void TreePane::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
+
+void TreePane::dragMoveEvent(QDragMoveEvent* event) {
     // Only nodes of this very tree: another editor's have no meaning here.
     if (!dragging_) return event->ignore();
     dragOver(event->position().toPoint());
     event->acceptProposedAction();
 }
 
-void TreePane::dragMoveEvent(QDragMoveEvent* event) {
-    if (!dragging_) return event->ignore();
-    dragOver(event->position().toPoint());
-    event->acceptProposedAction();
-}
-
-void TreePane::dragLeaveEvent(QDragLeaveEvent* event) {
-    QTreeView::dragLeaveEvent(event);
-    dragOver(std::nullopt);
-}
+void TreePane::dragLeaveEvent(QDragLeaveEvent* /*event*/) { dragOver(std::nullopt); }
 
 void TreePane::dropEvent(QDropEvent* event) {
     if (!dragging_) return event->ignore();
@@ -299,20 +267,10 @@ void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
     painter->save();
     if (node == taken_.get()) painter->setOpacity(0.5);  // as what is cut looks elsewhere
     QTreeView::drawRow(painter, option, index);
-    painter->restore();
-    if (node == taken_.get()) {
-        painter->save();
-        painter->setPen(QPen(palette().color(QPalette::Text), 1, Qt::DashLine));
-        painter->drawRect(visualRect(index).adjusted(0, 0, -1, -1));
-        painter->restore();
+    if (node == drag_.dropHighlight()) {
+        painter->setOpacity(0.4);
+        painter->fillRect(visualRect(index), palette().highlight());
     }
-    if (node != drag_.dropHighlight()) return;
-    QColor colour = palette().color(QPalette::Highlight);
-    painter->save();
-    painter->setPen(colour);
-    colour.setAlphaF(0.35F);
-    painter->setBrush(colour);
-    painter->drawRect(visualRect(index).adjusted(0, 0, -1, -1));
     painter->restore();
 }
 
@@ -329,9 +287,9 @@ void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& pre
 void TreePane::setSelection(const QRect& /*rect*/,
                             QItemSelectionModel::SelectionFlags /*command*/) {}
 
-QItemSelectionModel::SelectionFlags TreePane::selectionCommand(const QModelIndex& index,
+QItemSelectionModel::SelectionFlags TreePane::selectionCommand(const QModelIndex& /*index*/,
                                                                const QEvent* /*event*/) const {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+    return QItemSelectionModel::NoUpdate;
 }
 
 /// The lines of the tree, which not every style of the toolkit draws, below the expand boxes.

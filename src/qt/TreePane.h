@@ -66,7 +66,7 @@ class TreePane : public QTreeView {
     void reportClick();
     Node* nodeUnder(QPoint place) const;
     void dragNode();
-    QPixmap pictureOf(const Node& node) const;
+    QPixmap pictureOf(const QModelIndex& node) const;
     void dragOver(std::optional<QPoint> place);
     void scrollNearEdge();
 
