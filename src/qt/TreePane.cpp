@@ -130,21 +130,26 @@ void TreePane::contextMenuEvent(QContextMenuEvent* event) {
 }
 
 void TreePane::addOwnEntries(QMenu& menu) {
-    const auto take = [this](int shift) {
+    const auto take = [this](bool toCopy) {
         taken_ = tree_.selected();
-        takenWith_ = shift;
+        takenToCopy_ = toCopy;
         viewport()->update();
     };
-    menu.addAction(tr("Take to &move"), this, [take] { take(0); });
-    menu.addAction(tr("Take to &copy"), this, [take] { take(TreeDrag::ctrlMask); });
+    menu.addAction(tr("Take to &move"), this, [take] { take(false); });
+    menu.addAction(tr("Take to &copy"), this, [take] { take(true); });
     QAction* drop = menu.addAction(tr("&Drop here what was taken"), this, [this] {
-        drag_.TreeView1_MouseDown(TreeDrag::rightButton, takenWith_, taken_.get());
+        press(takenToCopy_, taken_.get());
         taken_ = nullptr;
         drag_.TreeView1_OLEDragOver(tree_.selected());
         drag_.TreeView1_OLEDragDrop(drag_.TreeView1_OLEStartDrag());
         viewport()->update();
     });
     drop->setEnabled(taken_.get() != nullptr);
+}
+
+/// Tells the rules of the press that may begin a drag.
+bool TreePane::press(bool ctrl, Node* node) {
+    return drag_.TreeView1_MouseDown(TreeDrag::rightButton, ctrl ? TreeDrag::ctrlMask : 0, node);
 }
 
 /// The node at a place of the viewport, its expand box not included; null over empty space.
@@ -159,9 +164,7 @@ void TreePane::mousePressEvent(QMouseEvent* event) {
     clickReported_ = false;
     // The right button selects when it is released: until then it may be dragging.
     if (event->button() == Qt::RightButton) {
-        const bool ctrl = event->modifiers().testFlag(Qt::ControlModifier);
-        mayDrag_ = drag_.TreeView1_MouseDown(TreeDrag::rightButton, ctrl ? TreeDrag::ctrlMask : 0,
-                                             nodeUnder(pressedAt_));
+        mayDrag_ = press(event->modifiers().testFlag(Qt::ControlModifier), nodeUnder(pressedAt_));
         return;
     }
     QTreeView::mousePressEvent(event);
@@ -308,8 +311,7 @@ void TreePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIn
     if (index.parent().isValid()) painter->drawLine(x, rect.top(), x, middle - gap);
     if (hasNext(index)) painter->drawLine(x, middle + gap, x, rect.bottom());
     painter->drawLine(x + gap, middle, rect.right(), middle);
-    for (QModelIndex above = index.parent(); above.isValid() && x > rect.left();
-         above = above.parent()) {
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
         x -= indentation();
         if (hasNext(above)) painter->drawLine(x, rect.top(), x, rect.bottom());
     }

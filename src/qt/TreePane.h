@@ -65,6 +65,7 @@ class TreePane : public QTreeView {
     void restoreAfterReset();
     void reportClick();
     Node* nodeUnder(QPoint place) const;
+    bool press(bool ctrl, Node* node);
     void dragNode();
     QPixmap pictureOf(const QModelIndex& node) const;
     void dragOver(std::optional<QPoint> place);
@@ -83,8 +84,8 @@ class TreePane : public QTreeView {
     bool mayDrag_ = false;
     bool dragging_ = false;
     bool dropped_ = false;
-    ConfigTree::Reference taken_;      // by the menu's entry, to be dropped by another
-    int takenWith_ = 0;                // the keyboard's state that stands for copying or moving
+    ConfigTree::Reference taken_;  // by the menu's entry, to be dropped by another
+    bool takenToCopy_ = false;
     std::optional<QPoint> draggedTo_;  // none outside the tree
     QTimer opening_;                   // of a closed node on which the pointer rests
     QTimer scrolling_;                 // while the pointer is near an edge

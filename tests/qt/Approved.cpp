@@ -3,11 +3,14 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QComboBox>
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QHelpEvent>
+#include <QLayout>
 #include <QLineEdit>
 #include <QMetaEnum>
+#include <QTableView>
 #include <QTest>
 #include <QToolTip>
 #include <algorithm>
@@ -40,12 +43,16 @@ class Description {
         if (const auto* chooser = qobject_cast<QFileDialog*>(&window)) {
             QDebug(&text_) << chooser->windowTitle() << chooser->nameFilters()
                            << chooser->acceptMode() << chooser->fileMode() << chooser->options()
-                           << chooser->defaultSuffix();
+                           << chooser->defaultSuffix()
+                           << QDir(SAMPLES_DIR).relativeFilePath(chooser->directory().path());
             text_ += chooser->findChild<QLineEdit*>("fileNameEdit")->text() + "\n";
             return;
         }
         tabOrder_ = tabOrder(window);
         add(*QAccessible::queryAccessibleInterface(&window), "");
+        addLayout(window);
+        if (const QCursor* pointer = QGuiApplication::overrideCursor())
+            QDebug(&text_).noquote() << "Pointer" << pointer->shape() << '\n';
     }
     QString text() const { return text_; }
 
@@ -57,17 +64,56 @@ class Description {
                             role == QAccessible::Separator;
         if (state.invisible && !inMenu) return;
         if (const QString line = lineOf(control); !line.isEmpty()) {
-            // Labels may lie behind what they tell of.
-            const bool isAlone = control.childCount() == 0 && role != QAccessible::StaticText;
-            const QRect place = isAlone && !inMenu ? control.rect() : QRect();
-            const bool hides = std::ranges::any_of(
-                places_, [&](const QRect& other) { return other.intersects(place); });
-            places_.append(place);
-            text_ += indent + line + (hides ? " hides another" : "") + "\n";
+            text_ += indent + line + "\n";
             indent += "  ";
+            auto* part = qobject_cast<QWidget*>(control.object());
+            const bool isWhole = part != nullptr && part->layout() == nullptr &&
+                                 (parts_.isEmpty() || !parts_.back().widget->isAncestorOf(part));
+            const QString name = part == nullptr ? "" : part->objectName();
+            if (isWhole)
+                parts_.append({name.isEmpty() ? line.section('"', 1, 1) : name, part, {}, {}});
         }
         for (int i = 0; i < control.childCount(); ++i)
             if (QAccessibleInterface* child = control.child(i)) add(*child, indent);
+    }
+
+    /// The parts as they lie, in lines from left to right: with a bar between those that are set
+    /// apart, "#" between those that overlap. What becomes wider or higher with the window has "+"
+    /// or "^" after its name, what moves to the right or down ">" or "v" before it.
+    void addLayout(QWidget& window) {
+        const auto measure = [&](QRect Part::*place) {
+            QCoreApplication::processEvents();
+            for (Part& part : parts_)
+                part.*place = {part.widget->mapTo(&window, QPoint()), part.widget->size()};
+        };
+        const QSize size = window.size();
+        measure(&Part::place);
+        window.resize(size + QSize(200, 200));
+        measure(&Part::later);
+        window.resize(size);
+        measure(&Part::place);
+        std::ranges::stable_sort(parts_, {}, [](const Part& part) { return part.place.top(); });
+        for (auto line = parts_.begin(); line != parts_.end();) {
+            const int bottom = line->place.bottom();
+            const auto end = std::find_if(line, parts_.end(), [&](const Part& part) {
+                return part.place.center().y() > bottom;
+            });
+            std::ranges::sort(line, end, {}, [](const Part& part) { return part.place.left(); });
+            int right = 0;
+            for (text_ += "_"; line != end; ++line) {
+                const QRect& place = line->place;
+                const QRect& later = line->later;
+                text_ += QString(place.left() > right + 2 ? " | "
+                                 : place.left() < right   ? " # "
+                                                          : " ") +
+                         (later.left() > place.left() ? ">" : "") +
+                         (later.top() > place.top() ? "v" : "") + line->name +
+                         (later.width() > place.width() ? "+" : "") +
+                         (later.height() > place.height() ? "^" : "");
+                right = place.right();
+            }
+            text_ += "\n";
+        }
     }
 
     QString lineOf(QAccessibleInterface& control) const {
@@ -88,6 +134,12 @@ class Description {
             tell("choices ", choices.join('|'));
         }
         tell("text ", control.text(QAccessible::Value));
+        if (const auto* table = qobject_cast<QTableView*>(widget)) {
+            QStringList widths;
+            for (int i = 0; i < table->model()->columnCount(); ++i)
+                widths.append(QString::number(10 * table->columnWidth(i) / table->width()));
+            tell("tenths wide ", widths.join('|'));
+        }
         tell("tooltip ", widget == nullptr ? QString() : tooltipOf(*widget));
         tell("description ", control.text(QAccessible::Description));
         tell("key ", control.text(QAccessible::Accelerator));
@@ -102,23 +154,27 @@ class Description {
 
     static QStringList statesOf(const QAccessible::State& state) {
         QStringList names;
-        const auto add = [&](bool is, const char* name) {
+        for (const auto& [is, name] :
+             std::initializer_list<std::pair<bool, const char*>>{{state.disabled, "disabled"},
+                                                                 {state.focused, "focused"},
+                                                                 {state.defaultButton, "default"},
+                                                                 {state.checkable, "checkable"},
+                                                                 {state.checked, "checked"},
+                                                                 {state.selected, "selected"},
+                                                                 {state.expanded, "expanded"},
+                                                                 {state.collapsed, "collapsed"},
+                                                                 {state.readOnly, "read-only"}})
             if (is) names.append(name);
-        };
-        add(state.disabled, "disabled");
-        add(state.focused, "focused");
-        add(state.defaultButton, "default");
-        add(state.checkable, "checkable");
-        add(state.checked, "checked");
-        add(state.selected, "selected");
-        add(state.expanded, "expanded");
-        add(state.collapsed, "collapsed");
-        add(state.readOnly, "read-only");
         return names;
     }
 
+    struct Part {
+        QString name;
+        QWidget* widget;
+        QRect place, later;  // within the window, and in a larger one
+    };
     QList<QObject*> tabOrder_;
-    QList<QRect> places_;  // of what has no parts
+    QList<Part> parts_;
     QString text_;
 };
 

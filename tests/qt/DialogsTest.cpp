@@ -61,7 +61,7 @@ class DialogsTest : public QObject {
  private Q_SLOTS:
     static void aConfigurationBuiltByHandIsSavedAsItIs() {
         QtForms forms;
-        WindowWorld world(nullptr, &forms);
+        WindowWorld world(&forms);
         const auto run = [&](const char* command, const QString& steps) {
             inNext(steps);
             world.entry(command).trigger();
@@ -73,8 +73,11 @@ class DialogsTest : public QObject {
         world.entry("mnuNewCfg").trigger();
         world.entry("mnuFind").trigger();  // stays open, but no dialog belongs to it
         run("mnuSetts", "types cmbPort com1; types cmbEdiType USB; Return");
+        run("mnuSetts", "types cmbPort com2; enters at cmdExit");
+        run("mnuAddPlc", "types txtName Not; enters at cmdExit");
         run("mnuAddPlc",
             "types txtName Pl. a!; composes txtName \u00ad.n\U0001F600t\u00e4; Return");
+        run("mnuAddBranch", "types txtBranchName NOT; enters at cmdCancel");
         run("mnuAddBranch", "types txtBranchName FLOOR1; Return");
         run("mnuAddBranch", "types txtBranchName HALL; Return");
         run("mnuAddItem",
@@ -89,6 +92,7 @@ class DialogsTest : public QObject {
             "types txtItemName Vec; types txtAddress0 1; types txtAddress1 3; types txtAddress2 1; "
             "clicks cmdGroup; types txtNumbItems 9; clicks cmdGroup; finds txtNumbItems 1; "
             "types txtNumbItems 5; Return; finds txtItemName New_Item_9; Esc");
+        run("mnuAddItem", "types txtItemName Not; enters at cmdCancel");
         QCOMPARE(world.names(),
                  "Door Lamp New_Item_2 New_Item_3 New_Item_5 New_Item_6 New_Item_7 New_Item_8 Vec");
         change("Plant", "types txtName House; Return");
@@ -104,7 +108,7 @@ class DialogsTest : public QObject {
     /// Whatever its type and right, and with a comment that no field can show whole.
     static void anItemConfirmedWithoutAChangeStaysAsItIs() {
         QtForms forms;
-        WindowWorld world(nullptr, &forms);
+        WindowWorld world(&forms);
         world.openText(configuration(plc("Plant", tag("Lamp"))));
         clsItem& item = *world.document.items().at("Plant.Lamp");
         item.sComment = std::string(40'000, 'x') + "\n";
@@ -120,26 +124,6 @@ class DialogsTest : public QObject {
                 QCOMPARE(item.GetXmlTag(0), before);
                 QVERIFY(!std::exchange(world.document.saved, true));
             }
-    }
-
-    /// Return presses the button that has the keyboard.
-    static void exitsStoreNothingFromTheKeyboardToo() {
-        Document document;
-        document.startAt("/new.xml");
-        FakeDesktop desktop;
-        QtForms forms;
-        const auto expectLeft = [&](auto&& form, const char* field, const char* exit) {
-            form.Form_Load();
-            inNext(QString("types %1 x; enters at %2").arg(field, exit));
-            forms.showModal(form);
-            QVERIFY(form.closed());
-        };
-        expectLeft(frmItems(document, desktop), "txtItemName", "cmdCancel");
-        expectLeft(frmPLC(document, desktop), "txtName", "cmdExit");
-        expectLeft(frmBranch(document, desktop), "txtBranchName", "cmdCancel");
-        expectLeft(frmSetts(document.settings()), "cmbPort", "cmdExit");
-        QVERIFY(desktop.messages().empty() && !document.deviceDialog.confirmed);
-        QCOMPARE(document.settings().port, "COM1");
     }
 };
 

@@ -1,6 +1,8 @@
 // Dragging, the focus that commands go by, pasted names and finding, in the window.
+#include <QDrag>
+#include <QDragEnterEvent>
 #include <QLineEdit>
-#include <QMenu>
+#include <QMimeData>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -21,30 +23,35 @@ class Building : public Diary {
         tree.setGeometry(0, 40, 400, 600);
     }
 
-    /// Presses the right button on a node, moves to another, and then does as told.
-    void drag(const char* from, const char* to, Qt::KeyboardModifiers keys,
-              const std::function<void(QPoint)>& end) {
+    /// Presses the right button on a node, moves to another, goes on from there and lets go.
+    void rightDrags(const char* from, const char* to, const std::function<void()>& goOn,
+                    Qt::KeyboardModifiers held = {}) {
         const QPoint start = spotOnNode(from);
         const QPoint target = spotOnNode(to);
-        QTest::mousePress(window.windowHandle(), Qt::RightButton, keys, inWindow(start));
-        QTimer::singleShot(30, &window, [&] {
-            moveTo(target - QPoint(0, 2));
-            moveTo(target);
-            end(target);
+        does(QString("drags %1 to %2").arg(from, to), [&] {
+            moveTo(start);
+            QTest::mousePress(window.windowHandle(), Qt::RightButton, held, at_);
+            QTimer::singleShot(30, &window, [&] {
+                does("comes there", [&] {
+                    moveTo(target - QPoint(0, 2));
+                    moveTo(target);
+                });
+                goOn();
+                QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, at_);
+            });
+            // The drag begins here and ends in the timer's turn.
+            moveTo(start + QPoint(0, 2 * QApplication::startDragDistance()));
+            QCoreApplication::processEvents();
         });
-        // The drag begins here and ends in the timer's turn.
-        moveTo(start + QPoint(0, 2 * QApplication::startDragDistance()));
-        QCoreApplication::processEvents();
+        tell(QString("pointer: %1").arg(static_cast<int>(desktop.pointer)));
     }
-
-    void release(QPoint place) const {
-        QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, inWindow(place));
+    void moveTo(QPoint place) {
+        at_ = tree.viewport()->mapTo(&window, place);
+        QTest::mouseMove(window.windowHandle(), at_);
     }
 
  private:
-    void moveTo(QPoint place) const { QTest::mouseMove(window.windowHandle(), inWindow(place)); }
-
-    QPoint inWindow(QPoint place) const { return tree.viewport()->mapTo(&window, place); }
+    QPoint at_;
 };
 
 }  // namespace
@@ -54,61 +61,81 @@ class EditingTest : public QObject {
 
  private Q_SLOTS:
     static void rightButtonDragsNodes() {
-        QString texts;
-        for (const QString what : {"moves", "copies", "gives up"}) {
-            Building world;
-            world.tree.collapse(world.tree.model()->index(1, 0, world.tree.model()->index(0, 0)));
-            const Qt::KeyboardModifiers keys =
-                what == "copies" ? Qt::ControlModifier : Qt::NoModifier;
-            const auto end = [&](QPoint place) {
-                // Where the pointer rests, a closed node opens, and looks like no other.
-                QVERIFY(!world.tree.isExpanded(world.tree.indexAt(place)));
-                QTRY_VERIFY(world.tree.isExpanded(world.tree.indexAt(place)));
-                QCOMPARE(world.form.treeDrag().dropHighlight(),
-                         world.document.tree().FindNode("Annex"));
-                if (what == "gives up")
-                    QTest::keyClick(world.window.windowHandle(), Qt::Key_Escape);
-                world.release(place);
-            };
-            world.does(what, [&] { world.drag("Plant.HALL", "Annex", keys, end); });
-            QVERIFY(world.form.treeDrag().dropHighlight() == nullptr);
-            QCOMPARE(world.desktop.pointer, Pointer::normal);
-            texts += world.text().mid(world.text().lastIndexOf("\n> ") + 1);
-        }
-        approve("drags", texts);
+        Building world;
+        world.tree.collapse(world.indexOf("Annex"));
+        world.rightDrags("Plant.HALL", "Annex", [&] {
+            const auto& drag = *world.tree.findChild<QDrag*>();
+            const QRect row = world.tree.visualRect(world.indexOf("Plant.HALL"));
+            QCOMPARE(drag.pixmap().height(), row.height());
+            QVERIFY(drag.pixmap().width() > row.height() && drag.hotSpot().x() < 0);
+            world.does("rests there",
+                       [&] { QTRY_VERIFY(world.tree.isExpanded(world.indexOf("Annex"))); });
+        });
+        world.rightDrags(
+            "Annex.HALL", "Plant", [] {}, Qt::ControlModifier);
+        world.rightDrags("Annex.HALL", "Annex.SHED", [&] {
+            world.does("gives up",
+                       [&] { QTest::keyClick(world.window.windowHandle(), Qt::Key_Escape); });
+        });
+        world.rightDrags("Annex.HALL", "Annex.SHED", [&] {
+            world.does("leaves the tree", [&] { world.moveTo({world.tree.width() + 50, 9}); });
+        });
+        world.tree.resize(world.tree.width(), 5 * world.tree.sizeHintForRow(0));
+        world.tree.collapse(world.indexOf("Annex.HALL"));
+        QScrollBar& bar = *world.tree.verticalScrollBar();
+        world.rightDrags("Plant.HALL", "Plant", [&] {
+            world.does("goes to the edge below", [&] {
+                world.moveTo({60, world.tree.viewport()->height() - 2});
+                QTRY_COMPARE(bar.value(), bar.maximum());
+            });
+            world.does("goes to the edge above", [&] {
+                world.moveTo({60, 2});
+                QTRY_COMPARE(bar.value(), 0);
+            });
+            world.moveTo({60, world.tree.viewport()->height() - 2});
+            QTRY_COMPARE(bar.value(), bar.maximum());
+            world.moveTo(world.tree.visualRect(world.indexOf("Annex.HALL")).center());
+        });
+        world.does("looks at the top", [&] {
+            bar.setValue(0);
+            QTest::qWait(150);
+        });
+        world.does("another editor's node comes", [&] {
+            const QMimeData node;
+            QDragEnterEvent enters({20, 2}, Qt::CopyAction, &node, Qt::RightButton, {});
+            QCoreApplication::sendEvent(world.tree.viewport(), &enters);
+            QVERIFY(!enters.isAccepted());
+        });
+        approve("drags", world.text());
     }
 
     static void menuTakesTheVeryNodeToDropIt() {
         Building world;
-        const auto choose = [&](const char* key, const QString& entry) {
-            QTest::mouseClick(world.tree.viewport(), Qt::RightButton, {}, world.spotOnNode(key));
-            auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-            const auto actions = menu->actions();
-            QAction* action = *std::ranges::find(actions, entry, &QAction::text);
-            const bool enabled = action->isEnabled();
-            action->trigger();
-            menu->close();
-            return enabled;
-        };
-        const QString drop = "&Drop here what was taken";
-        QVERIFY(choose("Plant.HALL", "Take to &copy"));
+        const QString drop = "Drop here what was taken";
+        world.choosesAt("Plant.HALL", "Take to copy");
+        world.presses("Esc");
+        world.clicks("Plant.HALL", Qt::RightButton);
+        world.choosesAt("Plant.HALL", "Take to copy");
         world.forms.whenShown<frmBranch>([](frmBranch& form) {
             form.txtBranchName.text = "ROOM";
             form.cmdOk_Click();
         });
-        QTest::keyClick(&world.tree, Qt::Key_F2);
-        QVERIFY(choose("Annex.SHED.BOX", drop) && !choose("Annex", drop));
-        QCOMPARE(outline(world.document),
-                 std::string("Plant[ROOM[Door Lamp]] Annex[SHED[BOX[Key ROOM[Door Lamp]]]]"));
-        QVERIFY(choose("Plant.ROOM", "Take to &move"));
-        world.document.tree().remove(world.document.tree().nodeAt("Plant.ROOM"));
-        QVERIFY(!choose("Annex.SHED", drop));
+        world.presses("F2");
+        world.choosesAt("Annex.SHED.BOX", drop);
+        world.clicks("Annex", Qt::RightButton);
+        world.choosesAt("Plant.ROOM", "Take to move");
+        world.choosesAt("Annex.SHED", drop);
+        world.choosesAt("Annex.SHED.ROOM", "Take to move");
+        auto& tree = world.document.tree();
+        world.does("it is deleted", [&] { tree.remove(tree.nodeAt("Annex.SHED.ROOM")); });
+        world.clicks("Annex.SHED", Qt::RightButton);
+        approve("taken", world.text());
     }
 
     static void findSelectsAndOpensWhatItFinds() {
         QtForms forms;
-        WindowWorld world(nullptr, &forms);
-        world.openText(configuration(plc("Plant", branch("HALL", tag("Lamp")))));
+        WindowWorld world(&forms);
+        world.openText(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))));
         world.tree.collapseAll();
         world.list.setFocus();
         world.entry("mnuFind").trigger();
@@ -121,6 +148,8 @@ class EditingTest : public QObject {
         QCOMPARE(world.tree.currentIndex().data(), QVariant("Lamp"));
         QVERIFY(world.tree.viewport()->rect().contains(place.center()));
         QVERIFY(world.window.focusWidget() == &world.tree);
+        QTest::keyClick(world.window.windowHandle(), Qt::Key_F3);
+        QCOMPARE(world.tree.currentIndex().data(), QVariant("Lamp2"));
         world.entry("mnuFind").trigger();  // the same one
         QVERIFY(dialog != nullptr && dialog->isVisible() && world.window.close());
         QVERIFY(dialog == nullptr);

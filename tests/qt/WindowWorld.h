@@ -2,7 +2,10 @@
 #pragma once
 
 #include <QAction>
+#include <QHeaderView>
 #include <QListView>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTest>
 #include <QToolButton>
@@ -15,10 +18,14 @@
 
 class WindowWorld {
  public:
-    /// Without a disk and dialogs of its own it has faked ones.
-    explicit WindowWorld(Disk* own = nullptr, Forms* ownForms = nullptr)
-        : form(document, desktop, ownForms != nullptr ? *ownForms : forms,
-               own != nullptr ? *own : disk, registry) {
+    /// What it is not given is faked. Whatever the toolkit warns of fails the running test.
+    explicit WindowWorld(Forms* ownForms = nullptr, Disk* ownDisk = nullptr,
+                         Desktop* ownDesktop = nullptr)
+        : form(document, ownDesktop != nullptr ? *ownDesktop : desktop,
+               ownForms != nullptr ? *ownForms : forms, ownDisk != nullptr ? *ownDisk : disk,
+               registry) {
+        // What a platform without a display cannot do is no fault.
+        QTest::failOnWarning(QRegularExpression("^(?!This plugin does not support)"));
         window.show();
         static_cast<void>(QTest::qWaitForWindowExposed(&window));
     }
@@ -43,10 +50,7 @@ class WindowWorld {
 
     void openText(const std::string& text) {
         disk.files["/plant.xml"] = text;
-        open("/plant.xml");
-    }
-    void open(const std::string& path) {
-        desktop.willChoose(path);
+        desktop.willChoose("/plant.xml");
         entry("mnuOpenCfg").trigger();
     }
 
@@ -56,13 +60,13 @@ class WindowWorld {
         const QRect place = view.visualRect(index);
         return {place.left() + 8, place.center().y()};
     }
-    QPoint spotOnNode(const char* key) {
-        const auto* model = qobject_cast<TreeModel*>(tree.model());
-        return spotOn(tree, model->indexOf(document.tree().FindNode(key)));
+    QModelIndex indexOf(const char* key) const {
+        return qobject_cast<TreeModel*>(tree.model())->indexOf(document.tree().FindNode(key));
     }
+    QPoint spotOnNode(const char* key) const { return spotOn(tree, indexOf(key)); }
     QPoint spotOnRow(int row) const { return spotOn(rows(), rows().model()->index(row, 0)); }
 
-    void clickNode(const char* key) {
+    void clickNode(const char* key) const {
         QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, spotOnNode(key));
     }
     void clickRow(int row, Qt::KeyboardModifiers keys = {}) const {
@@ -74,13 +78,45 @@ class WindowWorld {
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, spot);
         QTest::mouseRelease(view.viewport(), Qt::LeftButton, {}, spot);
     }
-    void openNode(const char* key) { doubleClick(tree, spotOnNode(key)); }
+    void openNode(const char* key) const { doubleClick(tree, spotOnNode(key)); }
+
+    /// What the views show otherwise than the editor has it, if anything. The tree is as wide as
+    /// its widest open row, in sight or not: else a scroll bar that hides that row takes the reason
+    /// for itself away, for ever.
+    QString disagreement(bool alsoInTree = true) const {
+        if (TreeModel::nodeAt(tree.currentIndex()) != document.tree().selected())
+            return "another node is selected";
+        int widest = 0;
+        alsoInTree = alsoInTree && tree.isVisible();
+        auto row = alsoInTree ? tree.model()->index(0, 0) : QModelIndex();
+        for (; row.isValid(); row = tree.indexBelow(row)) {
+            const Node& node = *TreeModel::nodeAt(row);
+            if (node.expanded() != tree.isExpanded(row) && !node.children().empty())
+                return "other nodes are open";
+            widest =
+                std::max(widest, tree.visualRect(row).left() + tree.sizeHintForIndex(row).width());
+        }
+        widest += tree.horizontalScrollBar()->value();
+        const int width = tree.header()->sectionSize(0);
+        if (alsoInTree && (width < widest || width > widest * 21 / 20 + 20))
+            return QString("the tree is %1 wide for %2").arg(width).arg(widest);
+        const auto& shown = form.ListView1.rows();
+        if (rows().model()->rowCount() != static_cast<int>(shown.size())) return "other rows";
+        for (int i = 0; const auto& each : shown) {
+            if (rows().model()->index(i, 0).data().toString() != toQt(each.text, drawnCharacters))
+                return "a row is old";
+            if (rows().selectionModel()->isRowSelected(i++) != each.selected)
+                return "other rows are selected";
+        }
+        const QRect area = window.centralWidget()->rect();
+        return area.contains(tree.geometry() | list.geometry()) ? "" : "a part is cut off";
+    }
 
     /// The texts in the list's first column, from the first row to the last.
     QString names() const {
         QStringList texts;
-        for (int row = 0; row < rows().model()->rowCount(); ++row)
-            texts.append(rows().model()->index(row, 0).data().toString());
+        for (const auto& row : form.ListView1.rows())
+            texts.append(toQt(row.text));
         return texts.join(' ');
     }
 };
