@@ -12,6 +12,7 @@
 #include <QMetaEnum>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
 #include <QToolTip>
 #include <algorithm>
 
@@ -71,7 +72,7 @@ class Description {
                                  (parts_.isEmpty() || !parts_.back().widget->isAncestorOf(part));
             const QString name = part == nullptr ? "" : part->objectName();
             if (isWhole)
-                parts_.append({name.isEmpty() ? line.section('"', 1, 1) : name, part, {}, {}});
+                parts_.append({name.isEmpty() ? line.section('"', 1, 1) : name, part, {}, {}, {}});
         }
         for (int i = 0; i < control.childCount(); ++i)
             if (QAccessibleInterface* child = control.child(i)) add(*child, indent);
@@ -79,37 +80,41 @@ class Description {
 
     /// The parts as they lie, in lines from left to right: with a bar between those that are set
     /// apart, "#" between those that overlap. What becomes wider or higher with the window has "+"
-    /// or "^" after its name, what moves to the right or down ">" or "v" before it.
+    /// or "^" after its name, or "'" for larger letters, what moves to the right or down ">" or "v"
+    /// before it. All is as before when the window is.
     void addLayout(QWidget& window) {
-        const auto measure = [&](QRect Part::*place) {
+        const QSize size = window.size();
+        const auto measure = [&](QSize now, Place Part::*place) {
+            window.resize(now);
             QCoreApplication::processEvents();
             for (Part& part : parts_)
-                part.*place = {part.widget->mapTo(&window, QPoint()), part.widget->size()};
+                part.*place = {{part.widget->mapTo(&window, QPoint()), part.widget->size()},
+                               part.widget->font().pointSizeF()};
         };
-        const QSize size = window.size();
-        measure(&Part::place);
-        window.resize(size + QSize(200, 200));
-        measure(&Part::later);
-        window.resize(size);
-        measure(&Part::place);
-        std::ranges::stable_sort(parts_, {}, [](const Part& part) { return part.place.top(); });
+        measure(size, &Part::before);
+        measure(size + QSize(200, 200), &Part::larger);
+        measure(size, &Part::now);
+        std::ranges::stable_sort(parts_, {}, [](const Part& part) { return part.now.first.top(); });
         for (auto line = parts_.begin(); line != parts_.end();) {
-            const int bottom = line->place.bottom();
+            const int bottom = line->now.first.bottom();
             const auto end = std::find_if(line, parts_.end(), [&](const Part& part) {
-                return part.place.center().y() > bottom;
+                return part.now.first.center().y() > bottom;
             });
-            std::ranges::sort(line, end, {}, [](const Part& part) { return part.place.left(); });
+            std::ranges::sort(line, end, {},
+                              [](const Part& part) { return part.now.first.left(); });
             int right = 0;
             for (text_ += "_"; line != end; ++line) {
-                const QRect& place = line->place;
-                const QRect& later = line->later;
+                const auto& [place, font] = line->now;
+                const auto& [larger, largerFont] = line->larger;
+                if (line->before != line->now) QTest::qFail("changed", __FILE__, __LINE__);
                 text_ += QString(place.left() > right + 2 ? " | "
                                  : place.left() < right   ? " # "
                                                           : " ") +
-                         (later.left() > place.left() ? ">" : "") +
-                         (later.top() > place.top() ? "v" : "") + line->name +
-                         (later.width() > place.width() ? "+" : "") +
-                         (later.height() > place.height() ? "^" : "");
+                         (larger.left() > place.left() ? ">" : "") +
+                         (larger.top() > place.top() ? "v" : "") + line->name +
+                         (larger.width() > place.width() ? "+" : "") +
+                         (larger.height() > place.height() ? "^" : "") +
+                         (largerFont > font ? "'" : "");
                 right = place.right();
             }
             text_ += "\n";
@@ -168,10 +173,11 @@ class Description {
         return names;
     }
 
+    using Place = std::pair<QRect, double>;  // within the window, and the letters' size
     struct Part {
         QString name;
         QWidget* widget;
-        QRect place, later;  // within the window, and in a larger one
+        Place before, now, larger;
     };
     QList<QObject*> tabOrder_;
     QList<Part> parts_;
@@ -197,4 +203,16 @@ void approve(const QString& name, const QString& text) {
         const QByteArray told = name.toUtf8() + " " + QByteArray::number(i + 1) + ": ";
         QCOMPARE(told + lines.value(i), told + approved.value(i));
     }
+}
+
+void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act) {
+    bool shown = false;
+    QTimer::singleShot(0, qApp, [&] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr && QTest::qWaitForWindowActive(dialog));
+        shown = true;
+        act(*dialog);
+    });
+    open();
+    QVERIFY(shown);
 }

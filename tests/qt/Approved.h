@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 /// Compares with approved/NAME.txt beside the tests: title, and role, name, text, description,
 /// tooltip, key, state and place in the tab order of every control in sight, a line each. A
@@ -11,3 +12,6 @@ void approve(const QString& name, QWidget& window);
 
 /// A text that a test wrote itself, in the same way.
 void approve(const QString& name, const QString& text);
+
+/// Does something in the dialog that is opened by `open`, once it is active.
+void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act);

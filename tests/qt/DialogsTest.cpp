@@ -3,7 +3,6 @@
 #include <QInputMethodEvent>
 #include <QLineEdit>
 #include <QPointer>
-#include <QTimer>
 
 #include "qt/Approved.h"
 #include "qt/QtForms.h"
@@ -42,14 +41,12 @@ void act(QWidget& dialog, const QString& step) {
     }
 }
 
-void inNext(const QString& steps) {
-    QTimer::singleShot(0, qApp, [steps] {
-        const QPointer<QWidget> dialog = QApplication::activeModalWidget();
-        QVERIFY(dialog != nullptr && QTest::qWaitForWindowActive(dialog));
-        QVERIFY(dialog->parentWidget() == nullptr ||
-                dialog->parentWidget()->inherits("MainWindow"));
+void inDialog(const std::function<void()>& open, const QString& steps) {
+    ::inDialog(open, [&](QWidget& dialog) {
+        QVERIFY(dialog.parentWidget()->inherits("MainWindow"));
+        const QPointer<QWidget> alive = &dialog;
         for (const QString& step : steps.split("; "))
-            act(*dialog, step);
+            if (alive) act(dialog, step);
     });
 }
 
@@ -63,12 +60,10 @@ class DialogsTest : public QObject {
         QtForms forms;
         WindowWorld world(&forms);
         const auto run = [&](const char* command, const QString& steps) {
-            inNext(steps);
-            world.entry(command).trigger();
+            inDialog([&] { world.entry(command).trigger(); }, steps);
         };
         const auto change = [&](const char* key, const QString& steps) {
-            inNext(steps);
-            world.openNode(key);
+            inDialog([&] { world.openNode(key); }, steps);
         };
         world.entry("mnuNewCfg").trigger();
         world.entry("mnuFind").trigger();  // stays open, but no dialog belongs to it
@@ -119,8 +114,7 @@ class DialogsTest : public QObject {
                 item.sDataType = type;
                 item.sAccessRight = right;
                 const std::string before = item.GetXmlTag(0);
-                inNext("Return");
-                world.openNode("Plant.Lamp");
+                inDialog([&] { world.openNode("Plant.Lamp"); }, "Return");
                 QCOMPARE(item.GetXmlTag(0), before);
                 QVERIFY(!std::exchange(world.document.saved, true));
             }

@@ -61,6 +61,13 @@ class MainWindowTest : public QObject {
         diary.clicks("Plant.FLOOR1.Text3");
         diary.desktop.willAnswer({Answer::no, Answer::yes, Answer::yes});
         diary.presses("Del Del Ctrl+S");
+        const QSignalSpy ends(&diary.window, &MainWindow::applicationEnded);
+        diary.document.saved = false;
+        diary.disk.writeFault = ErrorNumber::diskFull;
+        diary.desktop.willAnswer({Answer::yes, Answer::yes, Answer::no});
+        diary.does("closes the window", [&] { QVERIFY(!diary.window.close()); });
+        diary.does("closes the window", [&] { QVERIFY(diary.window.close()); });
+        QCOMPARE(ends, QList({QVariantList{0}}));
         QCOMPARE(QGuiApplication::clipboard()->text(), QString("names"));
         approve("nodes-are-chosen", diary.text());
     }
@@ -105,6 +112,8 @@ class MainWindowTest : public QObject {
                     border + QPoint(diary.list.width() / 5, 0));
         diary.does("makes the window large", [&] { diary.window.resize(2 * size); });
         diary.does("makes it small", [&] { diary.window.resize(1, 1); });
+        diary.does("makes it high", [&] { diary.window.resize(1, 2 * size.height()); });
+        approve("window-narrow", diary.window);
         diary.does("makes it as before", [&] { diary.window.resize(size); });
         diary.clicks("config");
         diary.desktop.willAnswer({Answer::no});
@@ -154,55 +163,6 @@ class MainWindowTest : public QObject {
         diary.tree.setGeometry(0, 40, 90, 400);
         diary.hovers(diary.tree, diary.tree.currentIndex());
         approve("tooltips", diary.text().mid(diary.text().indexOf("> hovers")));
-    }
-
-    /// To any size and back; a font follows the direction in which the window grew least.
-    static void partsFollowTheWindow() {
-        Diary world(twoFloors());
-        world.clickNode("Plant.FLOOR1");
-        const auto& more = *world.window.findChild<QWidget*>("qt_toolbar_ext_button");
-        const auto& toolbar = *world.window.findChild<QToolBar*>("Toolbar1");
-        const auto shape = [&] {
-            QString text;
-            for (const QWidget* part :
-                 std::initializer_list<const QWidget*>{&toolbar, &world.tree, &world.list}) {
-                QDebug(&text) << part->geometry() << part->font().pointSizeF();
-                if (part->font().pointSizeF() < 7) QTest::qFail("too small", __FILE__, __LINE__);
-            }
-            for (int column = 0; column < 6; ++column)
-                QDebug(&text) << world.report()->columnWidth(column);
-            return text + QString::number(toolbar.iconSize().height());
-        };
-        const QSize reference = world.window.size();
-        const QString before = shape();
-        const double font = world.tree.font().pointSizeF();
-        for (const QSizeF factor : {QSizeF(0, 0), {1.3, 1.3}, {2, 2}, {2, 1}, {0, 2}, {1, 1}}) {
-            world.window.resize(static_cast<int>(reference.width() * factor.width()),
-                                static_cast<int>(reference.height() * factor.height()));
-            QCoreApplication::processEvents();
-            QCOMPARE(shape() == before, factor == QSizeF(1, 1));
-            QCOMPARE(world.disagreement(), "");
-            QCOMPARE(more.isVisible(), factor == QSizeF(0, 2));  // only where it is high and narrow
-            if (more.isVisible()) approve("window-narrow", world.window);
-            QCOMPARE(world.tree.font().pointSizeF() > font,
-                     std::min(factor.width(), factor.height()) > 1);
-            QVERIFY(world.window.centralWidget()->height() - world.tree.geometry().bottom() <= 3);
-            QCOMPARE(world.tree.geometry().bottom(), world.list.geometry().bottom());
-            for (auto* button : toolbar.findChildren<QToolButton*>(QRegularExpression("^[a-z]+$")))
-                QVERIFY(!button->isVisible() || toolbar.rect().contains(button->geometry()));
-        }
-    }
-
-    static void closingAsksAndStaysWhenTheSavingFails() {
-        WindowWorld world;
-        const QSignalSpy ends(&world.window, &MainWindow::applicationEnded);
-        world.disk.writeFault = ErrorNumber::diskFull;
-        world.entry("mnuNewCfg").trigger();
-        world.desktop.willAnswer({Answer::yes, Answer::no});
-        QVERIFY(!world.window.close() && world.window.isVisible() && world.tree.isVisible());
-        QVERIFY(world.window.close() && !world.window.isVisible());
-        QCOMPARE(ends.count(), 1);
-        QCOMPARE(ends.front().front().toInt(), 0);
     }
 };
 
