@@ -1,19 +1,7 @@
 #include "qt/Approved.h"
 
-#include <QAccessible>
-#include <QApplication>
-#include <QComboBox>
-#include <QDir>
-#include <QFile>
-#include <QFileDialog>
-#include <QHelpEvent>
-#include <QLayout>
-#include <QLineEdit>
-#include <QMetaEnum>
-#include <QTableView>
-#include <QTest>
-#include <QTimer>
-#include <QToolTip>
+#include <QtTest>
+#include <QtWidgets>
 #include <algorithm>
 
 namespace {

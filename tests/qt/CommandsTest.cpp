@@ -1,9 +1,4 @@
 // What every window tells its user, and the pictures.
-#include <QAbstractItemModelTester>
-#include <QDir>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTableView>
 #include <algorithm>
 
 #include "qt/Approved.h"

@@ -1,8 +1,4 @@
 // The dialogs in their windows, filled in by hand.
-#include <QComboBox>
-#include <QInputMethodEvent>
-#include <QLineEdit>
-#include <QPointer>
 
 #include "qt/Approved.h"
 #include "qt/QtForms.h"

@@ -1,11 +1,6 @@
 // A diary of what is done by hand in the main window: after each deed it tells what has changed.
 #pragma once
 
-#include <QDir>
-#include <QHelpEvent>
-#include <QMenu>
-#include <QTextDocumentFragment>
-#include <QToolTip>
 #include <functional>
 
 #include "qt/Icons.h"

@@ -1,11 +1,4 @@
 // Dragging, the focus that commands go by, pasted names and finding, in the window.
-#include <QDrag>
-#include <QDragEnterEvent>
-#include <QLineEdit>
-#include <QMimeData>
-#include <QPointer>
-#include <QPushButton>
-#include <QTimer>
 
 #include "qt/Approved.h"
 #include "qt/Diary.h"

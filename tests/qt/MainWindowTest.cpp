@@ -1,8 +1,4 @@
 // What the user does with the main window, by mouse and keyboard.
-#include <QClipboard>
-#include <QMimeData>
-#include <QSignalSpy>
-#include <QToolBar>
 #include <regex>
 
 #include "qt/Approved.h"

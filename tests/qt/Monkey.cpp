@@ -1,7 +1,6 @@
 #include "qt/Monkey.h"
 
 #include <QAbstractItemModelTester>
-#include <QtWidgets>
 #include <fstream>
 #include <random>
 #include <regex>

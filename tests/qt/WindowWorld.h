@@ -1,14 +1,8 @@
 // The editor with its main window open, and the hands of its user.
 #pragma once
 
-#include <QAction>
-#include <QHeaderView>
-#include <QListView>
-#include <QRegularExpression>
-#include <QScrollBar>
-#include <QStackedWidget>
-#include <QTest>
-#include <QToolButton>
+#include <QtTest>
+#include <QtWidgets>
 #include <string>
 
 #include "qt/MainWindow.h"
