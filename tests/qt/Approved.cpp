@@ -17,14 +17,6 @@ QList<QObject*> tabOrder(QWidget& window) {
     return reached;
 }
 
-QString tooltipOf(QWidget& widget) {
-    const QString none("none");
-    QToolTip::showText({}, none);
-    QHelpEvent hover(QEvent::ToolTip, {1, 1}, widget.mapToGlobal(QPoint(1, 1)));
-    QCoreApplication::sendEvent(&widget, &hover);
-    return QToolTip::text() == none ? QString() : QToolTip::text();
-}
-
 class Description {
  public:
     explicit Description(QWidget& window) {
@@ -133,7 +125,7 @@ class Description {
                 widths.append(QString::number(10 * table->columnWidth(i) / table->width()));
             tell("tenths wide ", widths.join('|'));
         }
-        tell("tooltip ", widget == nullptr ? QString() : tooltipOf(*widget));
+        tell("tooltip ", widget == nullptr ? QString() : tooltipAt(*widget, {1, 1}));
         tell("description ", control.text(QAccessible::Description));
         tell("key ", control.text(QAccessible::Accelerator));
         told.append(statesOf(control.state()));
@@ -191,6 +183,14 @@ void approve(const QString& name, const QString& text) {
         const QByteArray told = name.toUtf8() + " " + QByteArray::number(i + 1) + ": ";
         QCOMPARE(told + lines.value(i), told + approved.value(i));
     }
+}
+
+QString tooltipAt(QWidget& widget, QPoint spot) {
+    QToolTip::showText({}, "none");
+    QHelpEvent hover(QEvent::ToolTip, spot, widget.mapToGlobal(spot));
+    QCoreApplication::sendEvent(&widget, &hover);
+    const QString tip = QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+    return tip == "none" ? "" : tip;
 }
 
 void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act) {

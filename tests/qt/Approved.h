@@ -13,5 +13,8 @@ void approve(const QString& name, QWidget& window);
 /// A text that a test wrote itself, in the same way.
 void approve(const QString& name, const QString& text);
 
+/// The tooltip at a spot of a widget, as plain text.
+QString tooltipAt(QWidget& widget, QPoint spot);
+
 /// Does something in the dialog that is opened by `open`, once it is active.
 void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act);

@@ -3,12 +3,14 @@
 
 #include <functional>
 
+#include "qt/Approved.h"
 #include "qt/Icons.h"
 #include "qt/WindowWorld.h"
 
 class Diary : public WindowWorld {
  public:
-    explicit Diary(const std::string& configuration) {
+    explicit Diary(const std::string& configuration, Forms* ownForms = nullptr)
+        : WindowWorld(ownForms) {
         forms.whenShown<frmItems>([this](auto& dialog) { opens(dialog.txtItemName); });
         forms.whenShown<frmBranch>([this](auto& dialog) { opens(dialog.txtBranchName); });
         forms.whenShown<frmPLC>([this](auto& dialog) { opens(dialog.txtName); });
@@ -52,15 +54,14 @@ class Diary : public WindowWorld {
     }
     void clicks(const QString& what, const QAbstractScrollArea& view, QPoint spot,
                 Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers held = {}) {
-        const QString with = QString(held == Qt::NoModifier ? "" : "with Ctrl ") +
-                             (button == Qt::RightButton ? "right-clicks " : "clicks ");
-        does(with + what, [&] { QTest::mouseClick(view.viewport(), button, held, spot); });
+        does((button == Qt::RightButton ? "right-clicks " : "clicks ") + what,
+             [&] { QTest::mouseClick(view.viewport(), button, held, spot); });
     }
     void clicks(const char* key, Qt::MouseButton button = Qt::LeftButton) {
         clicks(key, tree, spotOnNode(key), button);
     }
-    void clicks(int row, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers held = {}) {
-        clicks(QString("row %1").arg(row), rows(), spotOnRow(row), button, held);
+    void clicks(int row, Qt::MouseButton button = Qt::LeftButton) {
+        clicks(QString("row %1").arg(row), rows(), spotOnRow(row), button);
     }
     /// In a node's context menu.
     void choosesAt(const char* key, const QString& choice) {
@@ -80,13 +81,9 @@ class Diary : public WindowWorld {
         });
     }
     void hovers(QAbstractItemView& view, const QModelIndex& index) {
-        const QPoint spot = spotOn(view, index);
-        QToolTip::showText({}, "nothing");
-        QHelpEvent hover(QEvent::ToolTip, spot, view.viewport()->mapToGlobal(spot));
-        QCoreApplication::sendEvent(view.viewport(), &hover);
-        QString tip = QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+        QString tip = tooltipAt(*view.viewport(), spotOn(view, index));
         text_ += "> hovers over " + index.data().toString().left(10) + "\n";
-        tell(tip.replace('\n', "\\n").replace(QChar(0x200B), "_"));
+        tell("tooltip: " + tip.replace('\n', "\\n").replace(QChar(0x200B), "_"));
     }
 
  private:

@@ -1,6 +1,5 @@
 // Dragging, the focus that commands go by, pasted names and finding, in the window.
 
-#include "qt/Approved.h"
 #include "qt/Diary.h"
 #include "qt/Monkey.h"
 #include "qt/QtForms.h"
@@ -127,22 +126,18 @@ class EditingTest : public QObject {
 
     static void findSelectsAndOpensWhatItFinds() {
         QtForms forms;
-        WindowWorld world(&forms);
-        world.openText(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))));
+        Diary world(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))),
+                    &forms);
         world.tree.collapseAll();
         world.list.setFocus();
-        world.entry("mnuFind").trigger();
+        world.chooses("mnuFind");
         const auto dialogs = QApplication::topLevelWidgets();
         const QPointer<QWidget> dialog =
             *std::ranges::find(dialogs, "frmFind", &QObject::objectName);
         dialog->findChild<QLineEdit*>("txtFind")->setText("lam");
-        dialog->findChild<QPushButton*>("cmdFind")->click();
-        const QRect place = world.tree.visualRect(world.tree.currentIndex());
-        QCOMPARE(world.tree.currentIndex().data(), QVariant("Lamp"));
-        QVERIFY(world.tree.viewport()->rect().contains(place.center()));
-        QVERIFY(world.window.focusWidget() == &world.tree);
-        QTest::keyClick(world.window.windowHandle(), Qt::Key_F3);
-        QCOMPARE(world.tree.currentIndex().data(), QVariant("Lamp2"));
+        world.does("finds it", [&] { dialog->findChild<QPushButton*>("cmdFind")->click(); });
+        world.presses("F3");
+        approve("found", world.text());
         world.entry("mnuFind").trigger();  // the same one
         QVERIFY(dialog != nullptr && dialog->isVisible() && world.window.close());
         QVERIFY(dialog == nullptr);

@@ -133,7 +133,8 @@ class Monkey : public QObject {
             menu != nullptr && !menu->isEmpty() && !oneIn(4))
             return mouse(QTest::MouseClick, Qt::LeftButton,
                          within(menu->actionGeometry(oneOf(menu->actions())).center()));
-        if (isMain && !program_->document.open && oneIn(2)) return command();
+        if (isMain && !program_->document.open && oneIn(4))
+            return press(oneIn(3) ? "Ctrl+N" : "Ctrl+O");
         const int chance = below(1000);
         if (chance < 350)
             return mouse(QTest::MouseClick, oneIn(8) ? Qt::RightButton : Qt::LeftButton, spot());
@@ -143,7 +144,6 @@ class Monkey : public QObject {
         if (chance < 650)
             return press(oneIn(8) ? QString("Alt+%1").arg(QChar('A' + below(26))) : oneOf(keys));
         if (chance < 830) return type();
-        if (chance < 870 && isMain) return command();
         if (chance < 920) return scroll();
         if (chance < 970) return resize();
         if (chance < 995) return;
@@ -210,7 +210,7 @@ class Monkey : public QObject {
         if (window) QTest::keyRelease(window, code.key(), code.keyboardModifiers());
     }
 
-    /// By the keys or an input method, where the keyboard is or over another field's text.
+    /// Where the keyboard is, or over another field's text.
     void type() {
         const auto fields = stage_->findChildren<QLineEdit*>();
         if (!fields.isEmpty() && oneIn(2)) {
@@ -219,25 +219,10 @@ class Monkey : public QObject {
         }
         const QString text = oneOf(texts);
         note("types " + text.left(20));
-        QObject* const at = QGuiApplication::focusObject();
-        if (oneIn(2) && at != nullptr) {
-            QInputMethodEvent event;
-            event.setCommitString(text);
-            QCoreApplication::sendEvent(at, &event);
-            return;
-        }
         for (const char32_t c : text.left(30).toUcs4())
             if (QWindow* window = QGuiApplication::focusWindow())
                 QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString::fromUcs4(&c, 1),
                                     {});
-    }
-
-    void command() {
-        auto entries = program_->window.findChildren<QAction*>(QRegularExpression("^mnu"));
-        erase_if(entries, [](auto* entry) { return entry->isSeparator() || !entry->isEnabled(); });
-        QAction* const entry = oneOf(entries);
-        note("chooses " + entry->objectName());
-        entry->trigger();
     }
 
     void choose(QFileDialog& chooser) {
@@ -260,13 +245,10 @@ class Monkey : public QObject {
     /// To any size, or by single pixels.
     void resize() {
         if (qobject_cast<QMenu*>(stage_) != nullptr) return;
-        const QSize to = oneIn(3) ? QSize(20 + below(1500), 20 + below(1000)) : stage_->size();
-        const QSize by(oneIn(3), below(3) - 1);
+        const QSize to = oneIn(3) ? QSize(below(1500), below(1000))
+                                  : stage_->size() + QSize(below(5) - 2, below(9) - 4);
         note("resizes");
-        for (int steps = 1 + below(40); steps > 0 && stage_ != nullptr; --steps) {
-            stage_->resize((to + steps * by).expandedTo({20, 20}));
-            QCoreApplication::processEvents();
-        }
+        stage_->resize(to.expandedTo({20, 20}));
     }
 
     void note(const QString& what) { log_ << step_ << ' ' << fromQt(what) << std::endl; }
