@@ -13,7 +13,6 @@
 
 #include "qt/CellDelegate.h"
 #include "qt/Icons.h"
-#include "qt/Text.h"
 
 namespace {
 

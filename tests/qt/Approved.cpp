@@ -94,11 +94,16 @@ class Description {
                          (larger.top() > place.top() ? "v" : "") + line->name +
                          (larger.width() > place.width() ? "+" : "") +
                          (larger.height() > place.height() ? "^" : "") +
+                         (isBlank(*line->widget) ? " (blank)" : "") +
                          (largerFont > font ? "'" : "");
                 right = place.right();
             }
             text_ += "\n";
         }
+    }
+
+    static bool isBlank(QWidget& widget) {
+        return widget.grab().toImage().convertToFormat(QImage::Format_Indexed8).colorCount() < 2;
     }
 
     QString lineOf(QAccessibleInterface& control) const {

@@ -10,8 +10,8 @@ std::string typed(const std::string& name, const std::string& type) {
 }
 
 std::string twoFloors() {
-    const std::string texts =
-        typed("Text1", "EIS5") + typed("Text2", "EIS10_S") + typed("Text3", "EIS11_S");
+    const std::string texts = typed("Text1", "EIS5") + typed("Text2_of_a_long_name", "EIS10_S") +
+                              typed("Text3", "EIS11_S");
     return configuration(plc("Plant", branch("FLOOR1", texts) + branch("FLOOR2", tag("Light1"))) +
                          plc("Annex", tag("Door&#9786;")));
 }
