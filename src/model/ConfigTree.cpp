@@ -84,7 +84,6 @@ Node& ConfigTree::nodeAt(std::string_view key) const {
 /// What becomes selected in place of a node that goes.
 Node* ConfigTree::heirOf(const Node& leaving) {
     Node* parent = leaving.parent_;
-    if (parent == nullptr) return nullptr;
     const auto stays = [](const Node* sibling) { return !sibling->leaving_; };
     const auto& siblings = parent->children();
     const auto place = siblings.begin() + rowOf(leaving);
@@ -124,13 +123,8 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
     if (nodes.size() > 1) bulk.emplace(*this);
     if (listener_ != nullptr) listener_->aboutToRemove(*nodes.front());
     std::vector<Node*> parents;
-    for (const Node* node : nodes) {
-        if (node->parent_ == nullptr) {
-            root_ = nullptr;
-        } else {
-            parents.push_back(node->parent_);
-        }
-    }
+    for (const Node* node : nodes)
+        parents.push_back(node->parent_);
     std::ranges::sort(parents, std::less<>());
     parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
     for (Node* parent : parents) {

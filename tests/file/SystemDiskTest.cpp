@@ -145,8 +145,12 @@ TEST_F(SystemDiskTest, ReplacesFilesAndFollowsLinks) {
     EXPECT_EQ(save(folder / "absolute"), 0);
     EXPECT_EQ(disk->read(house), "new");
     EXPECT_EQ(fs::status(house).permissions(), perms{0640});
+    const auto stamp = disk->stampOf(house);
+    ASSERT_TRUE(stamp);
+    disk->replace(house, "newer");
+    EXPECT_NE(disk->stampOf(house), stamp);
     fs::remove(house);
-    EXPECT_FALSE(disk->exists(house));
+    EXPECT_FALSE(disk->exists(house) || disk->stampOf(house));
     EXPECT_EQ(save(folder / "relative"), 0);
     EXPECT_TRUE(disk->exists(house));
     EXPECT_TRUE(fs::is_symlink(folder / "relative") && fs::is_symlink(folder / "absolute"));
