@@ -158,8 +158,9 @@ class ConfigTree {
     /// First child to last.
     static const std::vector<Node*>& GetChildren(const Node& node) { return node.children(); }
 
-    /// Takes the node, not the root, and everything below it out of the tree. When the selected node goes with
-    /// it, the node's next sibling, else its previous one, else its parent becomes selected.
+    /// Takes the node, which is not the root, and everything below it out of the tree. When the
+    /// selected node goes with it, the node's next sibling, else its previous one, else its parent
+    /// becomes selected.
     void remove(Node& node) { removeAll({&node}); }
 
     /// The same for many at once, in a time that grows with their number and that of their
