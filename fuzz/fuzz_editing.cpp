@@ -79,7 +79,7 @@ class User : private EditorWorld {
 
     void doOne(std::size_t deed) {
         const bool tree = document.open && document.tree().count() > 0;
-        if (deed == 0 && tree) return click(anyNode()->key());
+        if (deed == 0 && tree) return click(anyNode()->key().string());
         if (deed == 1 && tree) return editor.TreeView1_DblClick();
         if (deed == 2 && tree) return editor.ListView1_DblClick();
         if (deed == 3) return editor.ListView1_ColumnClick(below(7));
@@ -88,7 +88,7 @@ class User : private EditorWorld {
             return editor.ListView1_Click();
         }
         if (deed == 5 && tree) {
-            const std::string from = anyNode()->key();
+            const std::string from = anyNode()->key().string();
             TreeDrag& drag = editor.treeDrag();
             if (!drag.TreeView1_MouseDown(TreeDrag::rightButton,
                                           below(2) == 0 ? 0 : TreeDrag::ctrlMask,

@@ -123,6 +123,7 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
     if (nodes.size() > 1) bulk.emplace(*this);
     if (listener_ != nullptr) listener_->aboutToRemove(*nodes.front());
     std::vector<Node*> parents;
+    parents.reserve(nodes.size());
     for (const Node* node : nodes)
         parents.push_back(node->parent_);
     std::ranges::sort(parents, std::less<>());
