@@ -343,7 +343,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         return {
             {"caption", editor.caption},
             {"layout", parts},
-            {"views", editor.TreeView1.visible ? "visible" : "hidden"},
+            {"views", nameOf(editor.TreeView1.visible + 2 * editor.TreeView1.enabled,
+                             {"hidden", "visible (off)", "hidden (on)", "visible"})},
             {"tree", outline(document)},
             {"expanded", expanded},
             {"signs", signs},
