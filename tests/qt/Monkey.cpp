@@ -77,6 +77,10 @@ class Monkey : public QObject {
                 &program.window, &MainWindow::applicationEnded, qApp,
                 [](int status) { QCoreApplication::exit(status); }, Qt::QueuedConnection);
             QApplication::exec();
+            // After Escape in a drag the toolkit still knows what the pointer was over, which ends
+            // with the program; but here another program begins.
+            QDragLeaveEvent leave;
+            QCoreApplication::sendEvent(program.tree.viewport(), &leave);
             program_ = nullptr;
         }
     }
