@@ -10,6 +10,7 @@
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -249,11 +250,5 @@ class Builder {
 void readXml(Disk& disk, const std::string& path, std::size_t deepest, const ElementEnded& ended) {
     Builder builder(deepest, ended);
     disk.readPieces(path, [&](std::string_view piece) { builder.parse(piece); });
-    builder.finish();
-}
-
-void readXml(std::string_view bytes, std::size_t deepest, const ElementEnded& ended) {
-    Builder builder(deepest, ended);
-    builder.parse(bytes);
     builder.finish();
 }

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <functional>
 #include <string>
-#include <string_view>
 
 #include "file/Disk.h"
 #include "model/XmlElement.h"
@@ -28,6 +27,3 @@ using ElementEnded = std::function<void(XmlElement element, std::size_t depth)>;
 /// US-ASCII, UTF-8, UTF-16, Windows-1252), ErrorNumber::outOfMemory for one of 2 GiB, and what
 /// `ended` raises.
 void readXml(Disk& disk, const std::string& path, std::size_t deepest, const ElementEnded& ended);
-
-/// The same for a text at hand.
-void readXml(std::string_view bytes, std::size_t deepest, const ElementEnded& ended);
