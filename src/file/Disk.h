@@ -1,6 +1,8 @@
 // The file system as the editor needs it.
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -17,6 +19,13 @@ struct FileStamp {
 
 /// The most bytes that a file to be read may have: just less than 2 GiB.
 constexpr std::uint64_t mostBytesRead = 0x7FFFFFFF;
+
+/// A file that is open for reading, from its first byte on.
+struct InputFile {
+    std::uint64_t size;  ///< bytes, when it was opened
+    /// Puts the next bytes there; gives their number: fewer than asked for at the end only.
+    std::function<std::size_t(char* to, std::size_t bytes)> read;
+};
 
 /// Whole files, read and replaced. Paths are UTF-8. An interface, so that a test can play any
 /// fault of a disk.
@@ -39,18 +48,38 @@ class Disk {
     /// Nothing where there is no file. Raises nothing.
     virtual std::optional<FileStamp> stampOf(const std::string& path) = 0;
 
-    /// Raises the error with which reading would begin.
-    virtual void requireReadable(const std::string& path) = 0;
+    /// Raises outOfMemory for a file of 2 GiB or more.
+    virtual InputFile openToRead(const std::string& path) = 0;
 
-    /// Hands over the bytes of the file, a piece after the other, so that a large one need not be
-    /// held whole. Raises outOfMemory for one of 2 GiB or more, before anything is read.
-    virtual void readPieces(const std::string& path,
-                            const std::function<void(std::string_view piece)>& take) = 0;
+    /// Reads the file, a piece after the other and most often in one: `room` makes room for a
+    /// piece, and `take` hears how many bytes came, fewer than were asked for with the last piece
+    /// only.
+    void readPieces(const std::string& path, const std::function<char*(std::size_t bytes)>& room,
+                    const std::function<void(std::size_t bytes, bool isLast)>& take) {
+        constexpr std::uint64_t least = 64UL * 1024;
+        constexpr std::uint64_t most = 512UL * 1024 * 1024;
+        const InputFile file = openToRead(path);
+        std::uint64_t left = file.size + 1;  // the end is met, though the file may have grown
+        for (bool ended = false; !ended;) {
+            const auto piece = static_cast<std::size_t>(std::clamp(left, least, most));
+            const std::size_t got = file.read(room(piece), piece);
+            ended = got < piece;
+            left -= std::min<std::uint64_t>(left, got);
+            take(got, ended);
+        }
+    }
 
     /// The bytes of the file.
     std::string read(const std::string& path) {
         std::string bytes;
-        readPieces(path, [&](std::string_view piece) { bytes.append(piece); });
+        std::size_t end = 0;
+        readPieces(
+            path,
+            [&](std::size_t room) {
+                bytes.resize(end + room);
+                return bytes.data() + end;
+            },
+            [&](std::size_t got, bool /*isLast*/) { bytes.resize(end += got); });
         return bytes;
     }
 

@@ -1,8 +1,7 @@
 #include "file/ImportXML.h"
 
-#include <exception>
 #include <memory>
-#include <string_view>
+#include <optional>
 #include <vector>
 
 #include "desktop/EventTurns.h"
@@ -15,73 +14,12 @@
 
 namespace {
 
-/// Walks everything below an element, each before its children, in the order of the file. No
-/// recursion: a file may nest its elements as deep as it likes.
-class ElementWalk {
- public:
-    explicit ElementWalk(XmlElement top) : top_(top), current_(top) {}
-
-    /// The next element; none at the end.
-    XmlElement next() {
-        XmlElement next = entered_ ? current_.firstChild() : XmlElement();
-        if (next) {
-            ++depth_;
-        } else {
-            for (; current_ != top_ && !current_.nextSibling(); --depth_)
-                current_ = current_.parent();
-            if (current_ != top_) next = current_.nextSibling();
-        }
-        entered_ = true;
-        return current_ = next;
-    }
-    /// Passes over what is in the element that next() gave last.
-    void skipChildren() { entered_ = false; }
-    /// How deep that element lies below the top: 1 for a child of the top.
-    std::size_t depth() const { return depth_; }
-
- private:
-    XmlElement top_;
-    XmlElement current_;
-    std::size_t depth_ = 0;
-    bool entered_ = true;
-};
-
-bool isItem(XmlElement element) { return element.name() == "TAG"; }
-
-template <typename Visit>
-void forEachChild(XmlElement parent, std::string_view name, const Visit& visit) {
-    for (auto child = parent.firstChild(); child; child = child.nextSibling())
-        if (child.name() == name) visit(child);
-}
-
-std::size_t lengthOfName(XmlElement device) {
+/// Also of a device that is not read for want of a name.
+std::size_t lengthOfName(const XmlElement& device) {
     try {
         return device.attribute("name").size();
     } catch (const RunTimeError&) {
-        return 0;  // such a device is not read
-    }
-}
-
-/// Refuses a device's contents beyond what is read at most.
-void requireWithinLimits(XmlElement tags, std::size_t deviceLength) {
-    const auto refuse = [](const char* reason) {
-        throw RunTimeError(ErrorNumber::invalidFileFormat, reason);
-    };
-    std::vector<std::size_t> lengths{deviceLength};  // of the keys, from the device down
-    for (ElementWalk walk(tags); auto element = walk.next();) {
-        lengths.resize(walk.depth());
-        std::size_t length = lengths.back() + 1;
-        if (isItem(element)) {
-            walk.skipChildren();
-            forEachChild(element, "NAME", [&](XmlElement name) { length += name.text().size(); });
-        } else {
-            if (walk.depth() > mostBranchLevels) {
-                refuse("Branches lie within one another more than 1,000 deep");
-            }
-            length += element.name().size();
-            lengths.push_back(length);
-        }
-        if (length > mostKeyBytes) refuse("The path to a branch or an item is longer than 64 KB");
+        return 0;
     }
 }
 
@@ -115,111 +53,148 @@ class FirstMessages {
 
 /// Turns the elements of one file into records and nodes. The parent of each is that of its
 /// element: a key cannot tell, as names may hold the "." that keys are joined with.
-class Importer {
+class Importer : public XmlListener {
  public:
     Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead)
         : document_(document), turns_(desktop), itemRead_(itemRead) {}
 
-    /// How deep the elements of devices lie.
-    static constexpr std::size_t deviceDepth = 3;
+    bool began(const XmlElement& element) override {
+        path_.push_back(refusal_ ? Place() : placeOf(element));
+        return path_.back().role == Role::item;
+    }
 
-    /// A device is made of its element as soon as that ends.
-    void ended(XmlElement element, std::size_t depth) {
-        XmlElement root = element;
-        while (root.parent())
-            root = root.parent();
-        isConfiguration_ = root.name() == "QUONEIBCFG";
-        if (!isConfiguration_ || refusal_ != nullptr) return;
-        if (depth == 2 && element.name() == "SETTINGS") {
-            reportErrors(messages_, "ImportXML", [&] { readSettings(element); });
-        } else if (depth == deviceDepth && element.name() == "DEVICE" &&
-                   element.parent().name() == "OPC_DA") {
-            try {
-                const std::size_t length = lengthOfName(element);
-                forEachChild(element, "TAGS",
-                             [&](XmlElement tags) { requireWithinLimits(tags, length); });
-                BrowsePlc(element);
-            } catch (const RunTimeError&) {
-                // Told once it is sure that the rest of the file is XML.
-                refusal_ = std::current_exception();
-            }
-        }
+    void ended(const XmlElement& element) override {
+        const Role role = path_.back().role;
+        path_.pop_back();
+        if (role == Role::item && !refusal_) readItem(element, path_.back());
     }
 
     /// After the whole file: false when it is another one's. Raises what reading it was refused
     /// for.
     bool finish(Desktop& desktop) const {
-        if (refusal_ != nullptr) std::rethrow_exception(refusal_);
+        if (refusal_) throw RunTimeError(*refusal_);
         messages_.tellTo(desktop);
         if (!isConfiguration_) desktop.showMessage("The configuration file is not valid.");
         return isConfiguration_;
     }
 
  private:
-    void readSettings(XmlElement element) {
-        GlobalSets settings;
-        settings.port = element.attribute("port");
-        settings.ediType = element.attribute("editype");
-        settings.timeout = readInt32(element.attribute("timeout"));
-        document_.settings() = settings;
+    /// What an element is, where it stands.
+    enum class Role { other, configuration, devices, device, contents, item };
+
+    struct Place {
+        Role role = Role::other;
+        Node* node = nullptr;      ///< of a device or of contents; null where it could not be made
+        std::size_t length = 0;    ///< of that node's key
+        std::size_t branches = 0;  ///< within one another, the element's own among them
+    };
+
+    Place placeOf(const XmlElement& element) {
+        if (path_.empty()) {
+            isConfiguration_ = element.name == "QUONEIBCFG";
+            return {isConfiguration_ ? Role::configuration : Role::other};
+        }
+        const Place& parent = path_.back();
+        switch (parent.role) {
+            case Role::configuration:
+                if (element.name == "SETTINGS") readSettings(element);
+                return {element.name == "OPC_DA" ? Role::devices : Role::other};
+            case Role::devices:
+                if (element.name != "DEVICE") return {};
+                return {Role::device, BrowsePlc(element), lengthOfName(element)};
+            case Role::device:
+                if (element.name != "TAGS") return {};
+                return {Role::contents, parent.node, parent.length};
+            case Role::contents:
+                if (element.name == "TAG") return {Role::item};
+                return placeOfBranch(element, parent);
+            case Role::other:
+            case Role::item: return {};
+        }
+        return {};
     }
 
-    /// Reads one device with its contents.
-    void BrowsePlc(XmlElement element) {
+    Place placeOfBranch(const XmlElement& element, const Place& parent) {
+        Place place{Role::contents, nullptr, parent.length + 1 + element.name.size(),
+                    parent.branches + 1};
+        if (place.branches > mostBranchLevels) {
+            refuse("Branches lie within one another more than 1,000 deep");
+        } else if (isWithinLimit(place.length) && parent.node != nullptr) {
+            place.node = BrowseBranch(element, *parent.node);
+        }
+        return place;
+    }
+
+    /// Once it is sure that the rest of the file is XML, that is told.
+    void refuse(const char* reason) { refusal_.emplace(ErrorNumber::invalidFileFormat, reason); }
+
+    bool isWithinLimit(std::size_t keyLength) {
+        if (keyLength <= mostKeyBytes) return true;
+        refuse("The path to a branch or an item is longer than 64 KB");
+        return false;
+    }
+
+    void readSettings(const XmlElement& element) {
+        reportErrors(messages_, "ImportXML", [&] {
+            GlobalSets settings;
+            settings.port = element.attribute("port");
+            settings.ediType = element.attribute("editype");
+            settings.timeout = readInt32(element.attribute("timeout"));
+            document_.settings() = settings;
+        });
+    }
+
+    /// Reads one device, without its contents; null when that could not be done.
+    Node* BrowsePlc(const XmlElement& element) {
+        Node* node = nullptr;
         reportErrors(messages_, "BrowsePlc", [&] {
             const auto device = std::make_shared<clsPLC>();
             device->SetByXml(element);
-            Node& node = document_.enter(device);
-            makeVisible(node);
-            forEachChild(element, "TAGS", [&](XmlElement tags) {
-                std::vector<Node*> path{&node};  // from the device down to the present parent
-                for (ElementWalk walk(tags); auto child = walk.next();) {
-                    path.resize(walk.depth());
-                    Node* branch = BrowseBranch(child, *path.back(), device->getName());
-                    branch == nullptr ? walk.skipChildren() : path.push_back(branch);
-                }
-            });
+            deviceName_ = device->getName();
+            node = &document_.enter(device);
+            makeVisible(*node);
         });
+        return node;
     }
 
-    /// Reads one branch, without its contents, or one item. The branch's node; null for an item
-    /// and for what could not be read.
-    Node* BrowseBranch(XmlElement element, Node& parent, const std::string& deviceName) {
-        Node* branch = nullptr;
+    /// Reads one branch, without its contents, or one item; null when that could not be done.
+    Node* BrowseBranch(const XmlElement& element, Node& parent) {
+        Node* node = nullptr;
         reportErrors(messages_, "BrowseBranch", [&] {
-            if (isItem(element)) {
-                readItem(element, parent, deviceName);
+            if (element.name == "TAG") {
+                const auto item = std::make_shared<clsItem>();
+                item->SetByXml(element, deviceName_, parent.key());
+                node = &document_.enter(item, parent);
+                makeVisible(*node);
+                itemRead_();
+                turns_.pieceDone();
             } else {
-                branch = &readBranch(element, parent, deviceName);
+                const auto branch = std::make_shared<clsBranch>();
+                branch->build(element, deviceName_);
+                node = &document_.enter(branch, parent);
+                makeVisible(*node);
             }
         });
-        return branch;
+        return node;
+    }
+
+    void readItem(const XmlElement& element, const Place& parent) {
+        std::size_t length = parent.length + 1;
+        for (const auto& child : element.children)
+            if (child.name == "NAME") length += child.text.size();
+        if (isWithinLimit(length) && parent.node != nullptr) BrowseBranch(element, *parent.node);
     }
 
     /// The parent's own parents are expanded since it was read itself.
     void makeVisible(const Node& node) { document_.tree().setExpanded(*node.parent(), true); }
 
-    Node& readBranch(XmlElement element, Node& parent, const std::string& deviceName) {
-        const auto branch = std::make_shared<clsBranch>();
-        branch->build(element, deviceName);
-        Node& node = document_.enter(branch, parent);
-        makeVisible(node);
-        return node;
-    }
-
-    void readItem(XmlElement element, Node& parent, const std::string& deviceName) {
-        const auto item = std::make_shared<clsItem>();
-        item->SetByXml(element, deviceName, parent.key());
-        makeVisible(document_.enter(item, parent));
-        itemRead_();
-        turns_.pieceDone();
-    }
-
     Document& document_;
     FirstMessages messages_;
     EventTurns turns_;
     const std::function<void()>& itemRead_;
-    std::exception_ptr refusal_;
+    std::vector<Place> path_;  // of the elements that have begun and not ended
+    SharedText deviceName_;
+    std::optional<RunTimeError> refusal_;
     bool isConfiguration_ = false;
 };
 
@@ -234,8 +209,7 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
         const GlobalSets settings = document.settings();
         try {
             Importer importer(document, desktop, itemRead);
-            readXml(disk, path, Importer::deviceDepth,
-                    [&](XmlElement element, std::size_t depth) { importer.ended(element, depth); });
+            readXml(disk, path, importer);
             isRead = importer.finish(desktop);
         } catch (...) {
             // Nothing is made of a part of a file.

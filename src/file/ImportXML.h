@@ -7,7 +7,6 @@
 #include "desktop/Desktop.h"
 #include "file/Disk.h"
 #include "model/Document.h"
-#include "model/XmlElement.h"
 
 /// Reads the configuration file at `path` into the document, whose tree holds the root only and
 /// whose registries are empty.

@@ -34,7 +34,7 @@ void Lifecycle::mnuOpenCfg_Click(const std::string& given) {
         const std::string path = given.empty() ? ShowDialSave() : given;
         if (path.empty()) return;
         // A file that cannot even be read costs the user nothing: what is open stays open.
-        if (!reportErrors(desktop_, "ImportXML", [&] { disk_.requireReadable(path); })) return;
+        if (!reportErrors(desktop_, "ImportXML", [&] { disk_.openToRead(path); })) return;
 
         window_.InitObjects();
         // The old configuration is gone. Were it still counted as open, a failed reading would

@@ -11,6 +11,7 @@
 #include <charconv>
 #include <csignal>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <random>
 #include <system_error>
@@ -117,19 +118,6 @@ class TemporaryFile {
  private:
     fs::path path_;
 };
-
-/// Only a regular file can be read whole: a pipe or a device may never end.
-File openToRead(const std::string& path, struct stat& status) {
-    File file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (file.descriptor() < 0 || ::fstat(file.descriptor(), &status) != 0) {
-        throw errorFor(errno, path);
-    }
-    if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
-    if (static_cast<std::uint64_t>(status.st_size) > mostBytesRead) {
-        throw RunTimeError(ErrorNumber::outOfMemory);
-    }
-    return file;
-}
 
 /// Where a chain of symbolic links ends; the file there need not exist.
 fs::path followLinks(fs::path path) {
@@ -250,23 +238,28 @@ class PosixDisk : public Disk {
             status.st_mtim.tv_sec * std::int64_t{1'000'000'000} + status.st_mtim.tv_nsec};
     }
 
-    void requireReadable(const std::string& path) override {
+    InputFile openToRead(const std::string& path) override {
+        const auto file =
+            std::make_shared<File>(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
         struct stat status {};
-        openToRead(path, status);
-    }
-
-    void readPieces(const std::string& path,
-                    const std::function<void(std::string_view)>& take) override {
-        struct stat status {};
-        const File file = openToRead(path, status);
-        std::vector<char> piece(std::size_t{256} * 1024);
-        for (;;) {
-            const auto got = ::read(file.descriptor(), piece.data(), piece.size());
-            if (got < 0 && errno == EINTR) continue;
-            if (got < 0) throw errorFor(errno, path);
-            if (got == 0) return;
-            take({piece.data(), static_cast<std::size_t>(got)});
+        if (file->descriptor() < 0 || ::fstat(file->descriptor(), &status) != 0) {
+            throw errorFor(errno, path);
         }
+        // A pipe or a device may never end.
+        if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
+        const auto size = static_cast<std::uint64_t>(status.st_size);
+        if (size > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
+        return {size, [file, path](char* to, std::size_t bytes) {
+                    std::size_t done = 0;
+                    while (done < bytes) {
+                        const auto got = ::read(file->descriptor(), to + done, bytes - done);
+                        if (got < 0 && errno == EINTR) continue;
+                        if (got < 0) throw errorFor(errno, path);
+                        if (got == 0) break;
+                        done += static_cast<std::size_t>(got);
+                    }
+                    return done;
+                }};
     }
 
     void replace(const std::string& path, std::string_view bytes) override {

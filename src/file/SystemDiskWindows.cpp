@@ -191,31 +191,29 @@ class WindowsDisk : public Disk {
             static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime))};
     }
 
-    void requireReadable(const std::string& path) override {
+    InputFile openToRead(const std::string& path) override {
         const fs::path source = pathOf(path);
-        requireFile(File(source, GENERIC_READ, everything, OPEN_EXISTING), source);
-    }
-
-    void readPieces(const std::string& path,
-                    const std::function<void(std::string_view)>& take) override {
-        const fs::path source = pathOf(path);
-        const File file(source, GENERIC_READ, everything, OPEN_EXISTING);
-        requireFile(file, source);
+        const auto file =
+            std::make_shared<const File>(source, GENERIC_READ, everything, OPEN_EXISTING);
+        requireFile(*file, source);
         LARGE_INTEGER size{};
-        if (::GetFileSizeEx(file.handle(), &size) == 0) throw errorFor(::GetLastError(), source);
-        if (static_cast<std::uint64_t>(size.QuadPart) > mostBytesRead) {
-            throw RunTimeError(ErrorNumber::outOfMemory);
-        }
-        std::vector<char> piece(std::size_t{256} * 1024);
-        for (;;) {
-            DWORD got = 0;
-            if (::ReadFile(file.handle(), piece.data(), static_cast<DWORD>(piece.size()), &got,
-                           nullptr) == 0) {
-                throw errorFor(::GetLastError(), source);
-            }
-            if (got == 0) return;
-            take({piece.data(), got});
-        }
+        if (::GetFileSizeEx(file->handle(), &size) == 0) throw errorFor(::GetLastError(), source);
+        const auto bytes = static_cast<std::uint64_t>(size.QuadPart);
+        if (bytes > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
+        return {bytes, [file, source](char* to, std::size_t most) {
+                    std::size_t done = 0;
+                    while (done < most) {
+                        const auto piece =
+                            static_cast<DWORD>(std::min<std::size_t>(most - done, mostBytesAtOnce));
+                        DWORD got = 0;
+                        if (::ReadFile(file->handle(), to + done, piece, &got, nullptr) == 0) {
+                            throw errorFor(::GetLastError(), source);
+                        }
+                        if (got == 0) break;
+                        done += got;
+                    }
+                    return done;
+                }};
     }
 
     void replace(const std::string& path, std::string_view bytes) override {

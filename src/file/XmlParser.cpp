@@ -2,11 +2,9 @@
 
 #include <expat.h>
 
-#include <algorithm>
-#include <array>
+#include <deque>
 #include <exception>
 #include <iterator>
-#include <limits>
 #include <memory>
 #include <new>
 #include <string>
@@ -20,41 +18,32 @@
 
 namespace {
 
-/// Hears Expat's events and enters the elements. All character data stands in one text, in the
-/// order of the file: so the text of an element and of all in it is one piece of it.
+/// Hears Expat's events and tells the listener of elements. Expat is asked for character data
+/// only where it is wanted: most of a file's is indentation.
 class Builder {
  public:
-    Builder(std::size_t deepest, const ElementEnded& ended)
-        : deepest_(deepest), ended_(ended), parser_(XML_ParserCreate(nullptr)) {
+    explicit Builder(XmlListener& listener)
+        : listener_(listener), parser_(XML_ParserCreate(nullptr)) {
         if (parser_ == nullptr) throw std::bad_alloc();
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), startElement, endElement);
-        XML_SetCharacterDataHandler(parser_.get(), characterData);
         XML_SetEntityDeclHandler(parser_.get(), entityDeclared);
         XML_SetNotStandaloneHandler(parser_.get(), notStandalone);
         XML_SetUnknownEncodingHandler(parser_.get(), unknownEncoding, this);
     }
 
-    /// Takes the next piece of the text.
-    void parse(std::string_view piece) {
-        // Expat counts in int.
-        if (piece.size() > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
-        feed(piece, XML_FALSE);
-        // Pieces of the text are named by 32 bits. A file is not so large, but a character of it
-        // may become three bytes.
-        constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-        if (elements_.text.size() > most || elements_.names.size() > most ||
-            elements_.labels.size() > most) {
-            throw RunTimeError(ErrorNumber::outOfMemory);
-        }
+    /// Room for the next piece of the text.
+    char* room(std::size_t bytes) {
+        void* const room = XML_GetBuffer(parser_.get(), static_cast<int>(bytes));
+        if (room == nullptr) throw std::bad_alloc();
+        return static_cast<char*>(room);
     }
 
-    void finish() { feed({}, XML_TRUE); }
-
- private:
-    void feed(std::string_view piece, int isLast) {
+    /// Takes so many bytes that stand there. Expat counts the lines of each piece but the last
+    /// beforehand: the fewer, the faster.
+    void parse(std::size_t bytes, bool isLast) {
         const auto status =
-            XML_Parse(parser_.get(), piece.data(), static_cast<int>(piece.size()), isLast);
+            XML_ParseBuffer(parser_.get(), static_cast<int>(bytes), isLast ? XML_TRUE : XML_FALSE);
         if (failure_ != nullptr) std::rethrow_exception(failure_);
         if (status == XML_STATUS_OK) return;
         const auto code = XML_GetErrorCode(parser_.get());
@@ -65,14 +54,8 @@ class Builder {
             "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
     }
 
-    /// An element that has begun and not ended yet.
-    struct Open {
-        std::uint32_t place;
-        std::uint32_t previousSibling;
-        std::uint32_t lastChild = 0;
-    };
-
-    /// No exception may pass through Expat, which is C: it stops, and feed() lets it go on.
+ private:
+    /// No exception may pass through Expat, which is C: it stops, and parse() lets it go on.
     template <typename Event>
     void guard(const Event& event) {
         if (failure_ != nullptr) return;  // Expat may tell what was under way
@@ -102,7 +85,7 @@ class Builder {
 
     static void XMLCALL characterData(void* userData, const XML_Char* data, int length) {
         of(userData).guard([&](Builder& builder) {
-            builder.add({data, static_cast<std::size_t>(length)});
+            builder.childTexts_.append(data, static_cast<std::size_t>(length));
         });
     }
 
@@ -132,123 +115,114 @@ class Builder {
     /// never read would vanish from it without a word.
     static int XMLCALL notStandalone(void* /*userData*/) { return XML_STATUS_ERROR; }
 
-    static std::uint32_t lengthOf(const std::string& text) {
-        return static_cast<std::uint32_t>(text.size());
-    }
-
-    XmlElements::Piece keep(const XML_Char* label) {
-        const std::uint32_t start = lengthOf(elements_.labels);
-        elements_.labels.append(label);
-        return {start, lengthOf(elements_.labels) - start};
-    }
-
-    /// The name in capitals. A file repeats a few names: those met last are at hand.
-    XmlElements::Piece nameOf(std::string_view name) {
-        Name& known = recentNames_[(name.size() * 8 + static_cast<unsigned char>(name.back())) %
-                                   recentNames_.size()];
-        if (known.asWritten != name) {
-            known.asWritten = name;
-            known.inCapitals.start = lengthOf(elements_.names);
-            appendUpperCase(elements_.names, name);
-            known.inCapitals.length = lengthOf(elements_.names) - known.inCapitals.start;
-        }
-        return known.inCapitals;
-    }
-
-    void add(std::string_view characters) {
-        isIndentation_ = isIndentation_ && std::ranges::all_of(characters, [](char c) {
-                             return c == ' ' || c == '\t' || c == '\n' || c == '\r';
-                         });
-        elements_.text.append(characters);
-    }
-
-    /// Drops the character data since the last tag where it is only white space between
-    /// elements: the indentation of a file, most of its text, is nobody's content.
-    void dropIndentation() {
-        if (isIndentation_) elements_.text.resize(lastTag_);
-    }
-
-    void tagEnded() {
-        lastTag_ = elements_.text.size();
-        isIndentation_ = true;
-    }
-
     void start(const XML_Char* name, const XML_Char** attributes) {
-        dropIndentation();
-        const auto place = static_cast<std::uint32_t>(elements_.entries.size());
-        XmlElements::Entry& entry = elements_.entries.emplace_back();
-        entry.name = nameOf(name);
-        entry.text.start = lengthOf(elements_.text);
-        entry.firstAttribute = static_cast<std::uint32_t>(elements_.attributes.size());
-        if (*attributes != nullptr) {
-            // Not those that a document type adds: they are not in the element.
-            const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
-            for (int i = 0; i < specified; i += 2)
-                elements_.attributes.push_back({keep(attributes[i]), keep(attributes[i + 1])});
-            entry.attributeCount = static_cast<std::uint32_t>(specified / 2);
+        if (wantsChildren_) {
+            if (levelsInside_++ == 0) {
+                beginChild(name);
+            } else {
+                dropIndentation();
+            }
+            tagStands(true);
+            return;
         }
-        std::uint32_t previousSibling = 0;
-        if (!open_.empty()) {
-            Open& parent = open_.back();
-            entry.parent = parent.place;
-            previousSibling = std::exchange(parent.lastChild, place);
-            if (previousSibling != 0) elements_.entries[previousSibling].nextSibling = place;
-        }
-        open_.push_back({place, previousSibling});
-        tagEnded();
+        if (open_ == elements_.size()) elements_.emplace_back();
+        XmlElement& element = elements_[open_];
+        element.parent = open_ == 0 ? nullptr : &elements_[open_ - 1];
+        ++open_;
+        element.name.clear();
+        appendUpperCase(element.name, name);
+        element.attributes.clear();
+        // Not those that a document type adds: they are not in the element.
+        const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
+        for (int i = 0; i < specified; i += 2)
+            element.attributes.emplace_back(attributes[i], attributes[i + 1]);
+        element.children.clear();
+        wantsChildren_ = listener_.began(element);
+        children_.clear();
+        childTexts_.clear();
     }
 
     void end() {
-        const Open ended = open_.back();
-        if (ended.lastChild != 0) dropIndentation();
-        XmlElements::Piece& text = elements_.entries[ended.place].text;
-        text.length = lengthOf(elements_.text) - text.start;
-        if (open_.size() <= deepest_) {
-            ended_(XmlElement(elements_, ended.place), open_.size());
-            drop(ended);
+        if (levelsInside_ > 0) {
+            if (!lastTagBegan_) dropIndentation();
+            if (--levelsInside_ == 0) endChild();
+            tagStands(false);
+            return;
         }
-        open_.pop_back();
-        tagEnded();
+        XmlElement& element = elements_[open_ - 1];
+        if (wantsChildren_) takeChildren(element);
+        listener_.ended(element);
+        --open_;
     }
 
-    /// Takes the element that stands last, with all in it, out of its parent.
-    void drop(const Open& last) {
-        const XmlElements::Entry& entry = elements_.entries[last.place];
-        if (entry.firstAttribute < elements_.attributes.size()) {
-            elements_.labels.resize(elements_.attributes[entry.firstAttribute].name.start);
-            elements_.attributes.resize(entry.firstAttribute);
-        }
-        elements_.text.resize(entry.text.start);
-        elements_.entries.resize(last.place);
-        if (last.previousSibling != 0) elements_.entries[last.previousSibling].nextSibling = 0;
-        if (open_.size() > 1) open_[open_.size() - 2].lastChild = last.previousSibling;
+    void beginChild(const XML_Char* name) {
+        Child& child = children_.emplace_back();
+        child.name = childTexts_.size();
+        appendUpperCase(childTexts_, name);
+        child.text = childTexts_.size();
+        XML_SetCharacterDataHandler(parser_.get(), characterData);
     }
 
-    struct Name {
-        std::string asWritten;
-        XmlElements::Piece inCapitals{};
+    void endChild() {
+        children_.back().end = childTexts_.size();
+        XML_SetCharacterDataHandler(parser_.get(), nullptr);
+    }
+
+    void takeChildren(XmlElement& element) {
+        wantsChildren_ = false;
+        const std::string_view texts = childTexts_;
+        for (const Child& child : children_) {
+            element.children.push_back({texts.substr(child.name, child.text - child.name),
+                                        texts.substr(child.text, child.end - child.text)});
+        }
+    }
+
+    /// Drops the character data since the last tag where it is only white space between
+    /// elements: indentation is nobody's content.
+    void dropIndentation() {
+        if (childTexts_.find_first_not_of(" \t\n\r", lastTag_) == std::string::npos) {
+            childTexts_.resize(lastTag_);
+        }
+    }
+
+    /// A tag stands at the end of the character data.
+    void tagStands(bool begins) {
+        lastTag_ = childTexts_.size();
+        lastTagBegan_ = begins;
+    }
+
+    /// Where its name, its text and that text's end stand.
+    struct Child {
+        std::size_t name;
+        std::size_t text;
+        std::size_t end;
     };
 
     struct ParserDeleter {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
     };
 
-    XmlElements elements_;
-    const std::size_t deepest_;
-    const ElementEnded& ended_;
+    XmlListener& listener_;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser_;
-    std::vector<Open> open_;
-    std::array<Name, 64> recentNames_;
-    std::size_t lastTag_ = 0;    // length of the text at the last tag
-    bool isIndentation_ = true;  // all character data since
+    std::deque<XmlElement> elements_;  // those that are open come first; the others are used anew
+    std::size_t open_ = 0;
     const char* refusal_ = nullptr;
     std::exception_ptr failure_;
+
+    // Of the last open element, when its children are wanted.
+    bool wantsChildren_ = false;
+    std::size_t levelsInside_ = 0;  // of elements that are open in it
+    std::string childTexts_;
+    std::vector<Child> children_;
+    std::size_t lastTag_ = 0;  // length of the texts at the last tag
+    bool lastTagBegan_ = false;
 };
 
 }  // namespace
 
-void readXml(Disk& disk, const std::string& path, std::size_t deepest, const ElementEnded& ended) {
-    Builder builder(deepest, ended);
-    disk.readPieces(path, [&](std::string_view piece) { builder.parse(piece); });
-    builder.finish();
+void readXml(Disk& disk, const std::string& path, XmlListener& listener) {
+    Builder builder(listener);
+    disk.readPieces(
+        path, [&](std::size_t bytes) { return builder.room(bytes); },
+        [&](std::size_t bytes, bool isLast) { builder.parse(bytes, isLast); });
 }

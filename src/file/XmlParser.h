@@ -1,22 +1,29 @@
 // Reads XML text into elements.
 #pragma once
 
-#include <cstddef>
-#include <functional>
 #include <string>
 
 #include "file/Disk.h"
 #include "model/XmlElement.h"
 
-/// Hears of an element as it ends, of those within another before it; `depth` is 1 for the root.
-using ElementEnded = std::function<void(XmlElement element, std::size_t depth)>;
+/// Hears of the elements of a file as they are read.
+class XmlListener {
+ public:
+    XmlListener() = default;
+    XmlListener(const XmlListener&) = delete;
+    XmlListener& operator=(const XmlListener&) = delete;
+    XmlListener(XmlListener&&) = delete;
+    XmlListener& operator=(XmlListener&&) = delete;
+    virtual ~XmlListener() = default;
 
-/// Reads a file, a piece after the other, and tells of the elements down to a depth. What is below
-/// the root is forgotten once it was told of, so that a large file need not be held whole.
-///
-///     readXml(disk, "/home/ann/house.xml", 2, [&](XmlElement element, std::size_t depth) {
-///         if (depth == 2) count(element);
-///     });
+    /// An element begins within the one that began last and has not ended. True when its children
+    /// are wanted: they stand in it when it ends, and are not told of one by one.
+    virtual bool began(const XmlElement& element) = 0;
+    virtual void ended(const XmlElement& element) = 0;
+};
+
+/// Reads a file and forgets each element once it has ended. Comments and processing instructions
+/// are passed over.
 ///
 /// Reading is strict: what is accepted here is well-formed XML to any other reader. A text that
 /// declares or uses entities of its own is refused: a configuration has no use for them, and
@@ -25,5 +32,5 @@ using ElementEnded = std::function<void(XmlElement element, std::size_t depth)>;
 /// Raises the disk's errors, ErrorNumber::invalidFileFormat with line and reason, e.g. "Line 12:
 /// mismatched tag", for a text that is not XML in an encoding that is known here (ISO-8859-1,
 /// US-ASCII, UTF-8, UTF-16, Windows-1252), ErrorNumber::outOfMemory for one of 2 GiB, and what
-/// `ended` raises.
-void readXml(Disk& disk, const std::string& path, std::size_t deepest, const ElementEnded& ended);
+/// the listener raises.
+void readXml(Disk& disk, const std::string& path, XmlListener& listener);

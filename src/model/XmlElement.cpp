@@ -1,53 +1,30 @@
 #include "model/XmlElement.h"
 
+#include <algorithm>
+
 #include "model/RunTimeError.h"
 
-namespace {
-
-std::string_view pieceOf(const std::string& text, XmlElements::Piece piece) {
-    return std::string_view(text).substr(piece.start, piece.length);
+const std::string& XmlElement::attribute(std::string_view attributeName) const {
+    const auto found =
+        std::ranges::find(attributes, attributeName, &std::pair<std::string, std::string>::first);
+    if (found == attributes.end()) throw RunTimeError(ErrorNumber::invalidUseOfNull);
+    return found->second;
 }
 
-}  // namespace
-
-std::string_view XmlElement::name() const { return pieceOf(elements_->names, entry().name); }
-
-std::string_view XmlElement::text() const { return pieceOf(elements_->text, entry().text); }
-
-std::string XmlElement::attribute(std::string_view name) const {
-    const auto first = entry().firstAttribute;
-    for (auto i = first; i < first + entry().attributeCount; ++i) {
-        const auto& attribute = elements_->attributes[i];
-        if (pieceOf(elements_->labels, attribute.name) == name) {
-            return std::string(pieceOf(elements_->labels, attribute.value));
-        }
-    }
-    throw RunTimeError(ErrorNumber::invalidUseOfNull);
+std::optional<std::string_view> XmlElement::childText(std::string_view childName) const {
+    const auto found = std::ranges::find(children, childName, &Child::name);
+    if (found == children.end()) return std::nullopt;
+    return found->text;
 }
 
-XmlElement XmlElement::parent() const {
-    return place_ == 0 ? XmlElement() : XmlElement(*elements_, entry().parent);
-}
-
-XmlElement XmlElement::firstChild() const {
-    const std::uint32_t next = place_ + 1;
-    const bool isChild =
-        next < elements_->entries.size() && elements_->entries[next].parent == place_;
-    return isChild ? XmlElement(*elements_, next) : XmlElement();
-}
-
-XmlElement XmlElement::nextSibling() const {
-    return entry().nextSibling == 0 ? XmlElement() : XmlElement(*elements_, entry().nextSibling);
-}
-
-std::string GetXmlParentPath(XmlElement element) {
+std::string GetXmlParentPath(const XmlElement& element) {
     std::size_t length = 0;
-    for (auto each = element; each && each.name() != "TAGS"; each = each.parent())
-        length += each.name().size() + 1;
+    for (const auto* each = &element; each != nullptr && each->name != "TAGS"; each = each->parent)
+        length += each->name.size() + 1;
     std::string path(length, '.');
-    for (auto each = element; each && each.name() != "TAGS"; each = each.parent()) {
-        length -= each.name().size() + 1;
-        each.name().copy(path.data() + length, each.name().size());
+    for (const auto* each = &element; length > 0; each = each->parent) {
+        length -= each->name.size() + 1;
+        each->name.copy(path.data() + length, each->name.size());
     }
     return path;
 }

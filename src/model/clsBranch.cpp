@@ -2,9 +2,9 @@
 
 #include "model/Generale.h"
 
-void clsBranch::build(XmlElement element, const std::string& deviceName) {
-    sName = element.name();
-    sKey = joinKey(deviceName, GetXmlParentPath(element.parent()).append(sName));
+void clsBranch::build(const XmlElement& element, const SharedText& deviceName) {
+    sName = element.name;
+    sKey = joinKey(deviceName, GetXmlParentPath(*element.parent).append(element.name));
 }
 
 std::string clsBranch::getParentKey() const { return std::string(parentKeyOf(sKey)); }

@@ -15,7 +15,7 @@ class clsBranch {
 
     /// From a file's element that stands in the contents of the device of that name: the
     /// branch's name is the element's, in upper case as readers report it.
-    void build(XmlElement element, const std::string& deviceName);
+    void build(const XmlElement& element, const SharedText& deviceName);
 
     /// The key cut before its last "."; empty when it holds none.
     std::string getParentKey() const;

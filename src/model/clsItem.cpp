@@ -1,6 +1,5 @@
 #include "model/clsItem.h"
 
-#include <optional>
 #include <utility>
 
 #include "model/Generale.h"
@@ -9,36 +8,6 @@
 #include "model/Text.h"
 
 namespace {
-
-/// The texts of a tag element's children; of several with one name, the first counts.
-class TagFields {
- public:
-    explicit TagFields(XmlElement tag) {
-        for (auto child = tag.firstChild(); child; child = child.nextSibling()) {
-            auto* field = fieldOf(child.name());
-            if (field != nullptr && !*field) *field = child.text();
-        }
-    }
-
-    std::optional<std::string_view> name, comment, address, eistype, flag, accessrights, elements;
-
- private:
-    std::optional<std::string_view>* fieldOf(std::string_view elementName) {
-        if (elementName == "NAME") return &name;
-        if (elementName == "COMMENT") return &comment;
-        if (elementName == "ADDRESS") return &address;
-        if (elementName == "EISTYPE") return &eistype;
-        if (elementName == "FLAG") return &flag;
-        if (elementName == "ACCESSRIGHTS") return &accessrights;
-        if (elementName == "ELEMENTS") return &elements;
-        return nullptr;
-    }
-};
-
-std::string_view required(const std::optional<std::string_view>& field) {
-    if (!field) throw RunTimeError(ErrorNumber::invalidUseOfNull);
-    return *field;
-}
 
 /// One of the few texts that the items of a file have in common: they share it.
 SharedText common(std::string_view text) {
@@ -68,16 +37,20 @@ bool clsItem::hasElements(std::string_view dataType) {
     return dataType == "NOEIS" || dataType == "EIS12" || dataType == "EIS15";
 }
 
-void clsItem::SetByXml(XmlElement element, const SharedText& deviceName,
+void clsItem::SetByXml(const XmlElement& element, const SharedText& deviceName,
                        std::string_view parentKey) {
-    const TagFields fields(element);
-    sName = required(fields.name);
-    sComment = required(fields.comment);
-    sDataType = common(required(fields.eistype));
-    if (fields.elements) nElements = readInt16(*fields.elements);
-    sAddress = required(fields.address);
-    bFlag = required(fields.flag) == "READ";
-    sAccessRight = common(required(fields.accessrights));
+    const auto required = [&](std::string_view child) {
+        const auto text = element.childText(child);
+        if (!text) throw RunTimeError(ErrorNumber::invalidUseOfNull);
+        return *text;
+    };
+    sName = required("NAME");
+    sComment = required("COMMENT");
+    sDataType = common(required("EISTYPE"));
+    if (const auto elements = element.childText("ELEMENTS")) nElements = readInt16(*elements);
+    sAddress = required("ADDRESS");
+    bFlag = required("FLAG") == "READ";
+    sAccessRight = common(required("ACCESSRIGHTS"));
     sPlcname = deviceName;
     sKey = joinKey(parentKey, sName);
 }

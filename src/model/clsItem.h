@@ -42,7 +42,8 @@ class clsItem {
     /// Without an `elements` child nElements stays as it is. Raises
     /// ErrorNumber::invalidUseOfNull for any other missing child and ErrorNumber::overflow for
     /// an element count that does not fit 16 bits.
-    void SetByXml(XmlElement element, const SharedText& deviceName, std::string_view parentKey);
+    void SetByXml(const XmlElement& element, const SharedText& deviceName,
+                  std::string_view parentKey);
 
     /// From the item dialog (which has checked its fields). `selected` is the tree's selected
     /// node; `keyFromParent` is set while it is the item itself that is changed. Raises

@@ -11,7 +11,7 @@ void clsPLC::setEdiType(std::string ediType) { ediType_ = std::move(ediType); }
 
 void clsPLC::setName(std::string name) { name_ = std::move(name); }
 
-void clsPLC::SetByXml(XmlElement element) {
+void clsPLC::SetByXml(const XmlElement& element) {
     setName(element.attribute("name"));
     setPort(element.attribute("port"));
     setEdiType(element.attribute("editype"));

@@ -38,7 +38,7 @@ class clsPLC {
 
     /// From the attributes of a DEVICE element. Raises ErrorNumber::invalidUseOfNull for a
     /// missing one and ErrorNumber::overflow for a time-out that does not fit 32 bits.
-    void SetByXml(XmlElement element);
+    void SetByXml(const XmlElement& element);
 
     /// From an import: the given name, the rest from the global settings.
     void SetByEts(std::string name, const GlobalSets& settings);

@@ -130,7 +130,7 @@ class SystemDiskTest : public ::testing::Test {
     /// Asking beforehand must come to the same.
     int read(const fs::path& path, uid_t user = 0, gid_t group = 0) {
         const int error = outcome([&] { disk->read(path); }, user, group);
-        EXPECT_EQ(outcome([&] { disk->requireReadable(path); }, user, group), error) << path;
+        EXPECT_EQ(outcome([&] { disk->openToRead(path); }, user, group), error) << path;
         return error;
     }
 };

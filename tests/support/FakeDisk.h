@@ -7,8 +7,10 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <optional>
 #include <random>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -50,16 +52,15 @@ class FakeDisk : public Disk {
         return FileStamp{0, time};
     }
 
-    void requireReadable(const std::string& path) override { read(path); }
-
-    void readPieces(const std::string& path,
-                    const std::function<void(std::string_view)>& take) override {
+    /// As if each had grown to its size since it was opened.
+    InputFile openToRead(const std::string& path) override {
         if (readFault) throw RunTimeError(*readFault);
         if (!files.contains(path)) throw RunTimeError(ErrorNumber::fileNotFound);
-        for (std::string_view rest = files[path]; !rest.empty();) {
-            take(rest.substr(0, 999));
-            rest.remove_prefix(std::min<std::size_t>(rest.size(), 999));
-        }
+        const auto bytes = std::make_shared<std::istringstream>(files[path]);
+        return {0, [bytes](char* to, std::size_t most) {
+                    bytes->read(to, static_cast<std::streamsize>(most));
+                    return static_cast<std::size_t>(bytes->gcount());
+                }};
     }
 
     void replace(const std::string& path, std::string_view bytes) override {
