@@ -74,7 +74,7 @@ class User : private EditorWorld {
         auto node = document.tree().nodes().begin();
         for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
             ++node;
-        return &*node;
+        return (*node).get();
     }
 
     void doOne(std::size_t deed) {

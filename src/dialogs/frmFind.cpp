@@ -25,9 +25,9 @@ void frmFind::cmdNext_Click() {
 void frmFind::selectMatch(int skipped) {
     if (txtFind.text.empty()) return;
     Node* match = nullptr;
-    for (Node& node : document_.tree().nodes()) {
-        if (!startsWithIgnoringCase(node.text(), txtFind.text)) continue;
-        match = &node;
+    for (const auto& node : document_.tree().nodes()) {
+        if (!startsWithIgnoringCase(node->text(), txtFind.text)) continue;
+        match = node.get();
         if (skipped-- == 0) break;
     }
     if (match == nullptr) return;

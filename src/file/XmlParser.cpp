@@ -2,11 +2,13 @@
 
 #include <expat.h>
 
+#include <cstring>
 #include <deque>
 #include <exception>
 #include <iterator>
 #include <memory>
 #include <new>
+#include <span>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -138,7 +140,7 @@ class Builder {
             element.attributes.emplace_back(attributes[i], attributes[i + 1]);
         element.children.clear();
         wantsChildren_ = listener_.began(element);
-        children_.clear();
+        childCount_ = 0;
         childTexts_.clear();
     }
 
@@ -156,24 +158,28 @@ class Builder {
     }
 
     void beginChild(const XML_Char* name) {
-        Child& child = children_.emplace_back();
-        child.name = childTexts_.size();
-        appendUpperCase(childTexts_, name);
+        if (childCount_ == children_.size()) children_.emplace_back();
+        Child& child = children_[childCount_++];
+        // Most often all such elements of a file have the same children, in the same order.
+        if (std::strcmp(child.asWritten.c_str(), name) != 0) {
+            child.asWritten = name;
+            child.name = upperCase(name);
+        }
         child.text = childTexts_.size();
         XML_SetCharacterDataHandler(parser_.get(), characterData);
     }
 
     void endChild() {
-        children_.back().end = childTexts_.size();
+        children_[childCount_ - 1].end = childTexts_.size();
         XML_SetCharacterDataHandler(parser_.get(), nullptr);
     }
 
     void takeChildren(XmlElement& element) {
         wantsChildren_ = false;
         const std::string_view texts = childTexts_;
-        for (const Child& child : children_) {
-            element.children.push_back({texts.substr(child.name, child.text - child.name),
-                                        texts.substr(child.text, child.end - child.text)});
+        for (const Child& child : std::span(children_).first(childCount_)) {
+            const auto text = texts.substr(child.text, child.end - child.text);
+            element.children.push_back({child.name, text});
         }
     }
 
@@ -191,11 +197,12 @@ class Builder {
         lastTagBegan_ = begins;
     }
 
-    /// Where its name, its text and that text's end stand.
     struct Child {
-        std::size_t name;
-        std::size_t text;
-        std::size_t end;
+        std::string asWritten;
+        std::string name;
+        // Where its text stands and ends among all.
+        std::size_t text = 0;
+        std::size_t end = 0;
     };
 
     struct ParserDeleter {
@@ -213,7 +220,8 @@ class Builder {
     bool wantsChildren_ = false;
     std::size_t levelsInside_ = 0;  // of elements that are open in it
     std::string childTexts_;
-    std::vector<Child> children_;
+    std::vector<Child> children_;  // the others are used anew
+    std::size_t childCount_ = 0;
     std::size_t lastTag_ = 0;  // length of the texts at the last tag
     bool lastTagBegan_ = false;
 };

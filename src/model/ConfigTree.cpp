@@ -72,7 +72,9 @@ void ConfigTree::addChild(Node& parent, Node& child) {
 /// Owns the node from now on, as the one that was added last.
 Node& ConfigTree::append(Node* parent, std::unique_ptr<Node> node) {
     node->parent_ = parent;
-    return *nodes_.add(std::move(node));
+    Node& added = *node;
+    nodes_.add(std::move(node));
+    return added;
 }
 
 Node& ConfigTree::nodeAt(std::string_view key) const {

@@ -150,7 +150,10 @@ class ConfigTree {
     Node& AddNode(Node* parent, SharedText key, SharedText text, NodeKind kind);
 
     /// The node with that key, or null.
-    Node* FindNode(const auto& key) const { return nodes_.find(key); }
+    Node* FindNode(const SharedText& key) const {
+        const auto* node = nodes_.find(key);
+        return node == nullptr ? nullptr : node->get();
+    }
 
     /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
     Node& nodeAt(std::string_view key) const;
@@ -200,7 +203,7 @@ class ConfigTree {
 
     /// All nodes, in the order in which they were added.
     ///
-    ///     for (const Node& node : tree.nodes()) ...
+    ///     for (const auto& node : tree.nodes()) use(*node);
     const auto& nodes() const { return nodes_; }
 
  private:
@@ -212,11 +215,12 @@ class ConfigTree {
     static void addChild(Node& parent, Node& child);
 
     struct Keys {
-        static const SharedText& keyOf(const Node& node) { return node.key_; }
+        static bool isEmpty(const std::unique_ptr<Node>& node) { return node == nullptr; }
+        static const SharedText& keyOf(const std::unique_ptr<Node>& node) { return node->key_; }
         static bool equal(std::string_view a, std::string_view b) { return a == b; }
     };
 
-    KeyedSet<Node, Keys> nodes_;
+    KeyedSet<std::unique_ptr<Node>, Keys> nodes_;
     Node* root_ = nullptr;
     Node* selected_ = nullptr;
     Listener* listener_ = nullptr;

@@ -1,23 +1,22 @@
 // Things that are found by their key: what the tree and the registries are built on.
 #pragma once
 
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <memory>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "model/SharedText.h"
-#include "model/Text.h"
 
-/// Owns things that each have a key, in the order in which they were added, and adds, finds and
-/// gives them back in constant time. The things stay at their addresses. `Keys` says what a
-/// thing's key is and when two are the same; what is the same must be so for hashIgnoringCase():
+/// Holds things that each have a key, in the order in which they were added, and adds, finds and
+/// gives them back in constant time. A `Thing` can be moved, and is empty when it is made of
+/// nothing. `Keys` says which are empty, what a thing's key is and when two keys are the same; what
+/// is the same must be so for hashIgnoringCase():
 ///
 ///     struct Keys {
+///         static bool isEmpty(const Thing& thing);
 ///         static const SharedText& keyOf(const Thing& thing);
 ///         static bool equal(std::string_view a, std::string_view b);
 ///     };
@@ -25,9 +24,9 @@
 /// The places of the things stand in one flat table, searched from the place that the hash names
 /// on, with the hash beside each: neither growing nor passing over other things touches these.
 /// With hundreds of thousands of them, which no cache holds, that is what adding and finding cost.
-template <typename T, typename Keys>
+template <typename Thing, typename Keys>
 class KeyedSet {
-    using Things = std::deque<std::unique_ptr<T>>;
+    using Things = std::deque<Thing>;
 
  public:
     /// Walks the things as they were added.
@@ -36,7 +35,7 @@ class KeyedSet {
         Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {
             skipHoles();
         }
-        T& operator*() const { return *(*things_)[place_]; }
+        const Thing& operator*() const { return (*things_)[place_]; }
         Iterator& operator++() {
             ++place_;
             skipHoles();
@@ -46,7 +45,7 @@ class KeyedSet {
 
      private:
         void skipHoles() {
-            while (place_ < things_->size() && (*things_)[place_] == nullptr)
+            while (place_ < things_->size() && Keys::isEmpty((*things_)[place_]))
                 ++place_;
         }
 
@@ -58,32 +57,32 @@ class KeyedSet {
     Iterator begin() const { return Iterator(things_, 0); }
     Iterator end() const { return Iterator(things_, things_.size()); }
 
-    /// The thing with the key, or null.
-    T* find(const std::convertible_to<std::string_view> auto& key) const {
+    /// The thing with the key, or null; good until the next one is added.
+    const Thing* find(const SharedText& key) const {
         if (slots_.empty()) return nullptr;
-        const Slot& slot = slots_[slotOf(key, hashOf(key))];
-        return slot.isEmpty() ? nullptr : things_[slot.place].get();
+        const Slot& slot = slots_[slotOf(key)];
+        return slot.isEmpty() ? nullptr : &things_[slot.place];
     }
 
     /// The thing that was added last; null when there is none.
-    T* last() const { return things_.empty() ? nullptr : things_.back().get(); }
+    const Thing* last() const { return things_.empty() ? nullptr : &things_.back(); }
 
-    /// The thing at its new home; null, and the thing is gone, when its key is taken.
-    T* add(std::unique_ptr<T> thing) {
+    /// False, and nothing has changed, when the thing's key is taken.
+    bool add(Thing&& thing) {
         if (things_.size() + 1 > slots_.size() / 3 * 2) makeRoom();
-        const SharedText& key = Keys::keyOf(*thing);
-        Slot& slot = slots_[slotOf(key, key.hash())];
-        if (!slot.isEmpty()) return nullptr;
+        const SharedText& key = Keys::keyOf(thing);
+        Slot& slot = slots_[slotOf(key)];
+        if (!slot.isEmpty()) return false;
+        slot = {key.hash(), static_cast<std::uint32_t>(things_.size())};
         things_.push_back(std::move(thing));
-        slot = {key.hash(), static_cast<std::uint32_t>(things_.size() - 1)};
-        return things_.back().get();
+        return true;
     }
 
-    /// Gives the thing with the key back; null when there is none.
-    std::unique_ptr<T> take(const SharedText& key) {
-        if (find(key) == nullptr) return nullptr;
-        std::unique_ptr<T> taken = std::move(things_[freeSlot(key)]);
-        for (++holes_; !things_.empty() && things_.back() == nullptr; --holes_)
+    /// Gives the thing with the key back; an empty one when there is none.
+    Thing take(const SharedText& key) {
+        if (find(key) == nullptr) return Thing();
+        Thing taken = std::move(things_[freeSlot(key)]);
+        for (++holes_; !things_.empty() && Keys::isEmpty(things_.back()); --holes_)
             things_.pop_back();
         return taken;
     }
@@ -94,8 +93,8 @@ class KeyedSet {
     void rekey(const SharedText& key, const Change& change) {
         const std::uint32_t place = freeSlot(key);
         change();
-        const SharedText& changed = Keys::keyOf(*things_[place]);
-        slots_[slotOf(changed, changed.hash())] = {changed.hash(), place};
+        const SharedText& changed = Keys::keyOf(things_[place]);
+        slots_[slotOf(changed)] = {changed.hash(), place};
     }
 
     /// Gives the memory back too.
@@ -115,30 +114,22 @@ class KeyedSet {
         std::uint32_t place = nowhere;
     };
 
-    template <typename Key>
-    static std::uint32_t hashOf(const Key& key) {
-        if constexpr (std::same_as<Key, SharedText>) {
-            return key.hash();
-        } else {
-            return hashIgnoringCase(key);
-        }
-    }
-
     std::size_t mask() const { return slots_.size() - 1; }  // the size is a power of two
     std::size_t next(std::size_t slot) const { return (slot + 1) & mask(); }
 
     /// Where the key stands, or the empty slot where it would.
-    std::size_t slotOf(std::string_view key, std::uint32_t hash) const {
+    std::size_t slotOf(const SharedText& key) const {
+        const std::uint32_t hash = key.hash();
         std::size_t i = hash & mask();
-        while (!slots_[i].isEmpty() && (slots_[i].hash != hash ||
-                                        !Keys::equal(Keys::keyOf(*things_[slots_[i].place]), key)))
+        while (!slots_[i].isEmpty() &&
+               (slots_[i].hash != hash || !Keys::equal(Keys::keyOf(things_[slots_[i].place]), key)))
             i = next(i);
         return i;
     }
 
     /// Gives the place of the thing with that key, which is not to be found any more.
     std::uint32_t freeSlot(const SharedText& key) {
-        std::size_t hole = slotOf(key, key.hash());
+        std::size_t hole = slotOf(key);
         const std::uint32_t place = slots_[hole].place;
         // What was pushed on past the hole moves up, so that a search that ends at an empty slot
         // has missed nothing.
@@ -155,9 +146,10 @@ class KeyedSet {
     /// The table has got full: of things, or of the holes that others left among them.
     void makeRoom() {
         std::vector<std::uint32_t> places;  // without the holes
-        for (std::uint32_t place = 0; const auto& thing : things_)
-            places.push_back(thing == nullptr ? place : place++);
-        std::erase(things_, nullptr);
+        places.reserve(things_.size());
+        for (std::uint32_t place = 0; const Thing& thing : things_)
+            places.push_back(Keys::isEmpty(thing) ? place : place++);
+        std::erase_if(things_, [](const Thing& thing) { return Keys::isEmpty(thing); });
         holes_ = 0;
         std::size_t slots = 16;
         while (slots / 2 <= things_.size())

@@ -24,10 +24,11 @@
 template <typename T>
 class Registry {
     struct Entry {
-        const SharedText key;
-        const std::shared_ptr<T> record;
+        SharedText key;
+        std::shared_ptr<T> record;
     };
     struct Keys {
+        static bool isEmpty(const Entry& entry) { return entry.key.empty(); }
         static const SharedText& keyOf(const Entry& entry) { return entry.key; }
         static bool equal(std::string_view a, std::string_view b) {
             return equalIgnoringCase(a, b);
@@ -54,20 +55,19 @@ class Registry {
     /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
     void add(std::shared_ptr<T> record, SharedText key) {
         if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
-        if (entries_.add(std::make_unique<Entry>(Entry{std::move(key), std::move(record)})) ==
-            nullptr) {
+        if (!entries_.add({std::move(key), std::move(record)})) {
             throw RunTimeError(ErrorNumber::keyTaken);
         }
     }
 
     /// The record under the key; null when there is none.
-    std::shared_ptr<T> find(const auto& key) const {
+    std::shared_ptr<T> find(const SharedText& key) const {
         const Entry* entry = entries_.find(key);
         return entry == nullptr ? nullptr : entry->record;
     }
 
     /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
-    const std::shared_ptr<T>& at(const auto& key) const { return entryAt(key).record; }
+    const std::shared_ptr<T>& at(const SharedText& key) const { return entryAt(key).record; }
 
     /// The record that was added last. Raises ErrorNumber::invalidCall when there is none.
     const std::shared_ptr<T>& last() const {
@@ -77,7 +77,7 @@ class Registry {
 
     /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
     void remove(const SharedText& key) {
-        if (entries_.take(key) == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        if (Keys::isEmpty(entries_.take(key))) throw RunTimeError(ErrorNumber::invalidCall);
     }
 
     /// Moves the entry under `oldKey` to the end, under `newKey`; `changeRecord` is called on its
@@ -99,7 +99,7 @@ class Registry {
     void clear() { entries_.clear(); }
 
  private:
-    const Entry& entryAt(const auto& key) const {
+    const Entry& entryAt(const SharedText& key) const {
         const Entry* entry = entries_.find(key);
         if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
         return *entry;

@@ -11,12 +11,6 @@ const std::string& XmlElement::attribute(std::string_view attributeName) const {
     return found->second;
 }
 
-std::optional<std::string_view> XmlElement::childText(std::string_view childName) const {
-    const auto found = std::ranges::find(children, childName, &Child::name);
-    if (found == children.end()) return std::nullopt;
-    return found->text;
-}
-
 std::string GetXmlParentPath(const XmlElement& element) {
     std::size_t length = 0;
     for (const auto* each = &element; each != nullptr && each->name != "TAGS"; each = each->parent)

@@ -26,7 +26,11 @@ struct XmlElement {
     const std::string& attribute(std::string_view attributeName) const;
 
     /// The text of the first child of that name; none where there is no such child.
-    std::optional<std::string_view> childText(std::string_view childName) const;
+    std::optional<std::string_view> childText(std::string_view childName) const {
+        for (const Child& child : children)
+            if (child.name == childName) return child.text;
+        return std::nullopt;
+    }
 };
 
 /// The dotted path of the branch elements from a device's contents (its TAGS element, not part

@@ -12,7 +12,9 @@ namespace {
 /// One of the few texts that the items of a file have in common: they share it.
 SharedText common(std::string_view text) {
     static std::array<SharedText, 64> recent;
-    SharedText& known = recent[hashIgnoringCase(text) % recent.size()];
+    const std::size_t place =
+        text.empty() ? 0 : text.size() * 8 + static_cast<unsigned char>(text.back());
+    SharedText& known = recent[place % recent.size()];
     if (known != text) known = text;
     return known;
 }

@@ -322,9 +322,9 @@ void TreePane::followSelection() { setCurrentIndex(model_->indexOf(tree_.selecte
 
 void TreePane::restoreAfterReset() {
     width_.reset();
-    for (const Node& node : tree_.nodes()) {
-        if (node.expanded() && !node.children().empty()) {
-            setExpanded(model_->indexOf(&node), true);
+    for (const auto& node : tree_.nodes()) {
+        if (node->expanded() && !node->children().empty()) {
+            setExpanded(model_->indexOf(node.get()), true);
         }
     }
     followSelection();

@@ -84,7 +84,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
         auto node = document.tree().nodes().begin();
         for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
             ++node;
-        return (*node).key().string();
+        return (*node)->key().string();
     }
 
     std::string step() {

@@ -309,8 +309,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
     Seen window() {
         std::string expanded;
         const ConfigTree& tree = document.tree();
-        for (const Node& node : tree.nodes())
-            if (node.expanded()) expanded += node.key() + " ";
+        for (const auto& node : tree.nodes())
+            if (node->expanded()) expanded += node->key() + " ";
         std::string list, rows;
         for (const auto& row : editor.ListView1.rows()) {
             if (row.selected) rows += row.text + " ";
@@ -325,9 +325,9 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         };
         const auto number = [](int value) { return std::to_string(value); };
         std::string signs;
-        for (const Node& node : tree.nodes())
-            if (const std::string sign = spoilsFile(node, tree); !sign.empty())
-                signs += "\n    " + node.key() + ": " + sign;
+        for (const auto& node : tree.nodes())
+            if (const std::string sign = spoilsFile(*node, tree); !sign.empty())
+                signs += "\n    " + node->key() + ": " + sign;
         std::string parts;
         const auto [toolbar, left, right] = frmEditing::layoutFor(editor.referenceSize);
         for (const auto& part : {toolbar, left, right})
