@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <random>
+#include <set>
 #include <vector>
 
 namespace {
@@ -59,6 +60,15 @@ TEST(Registry, IsAListInOrderOfAddingWhoseKeysDifferInMoreThanLetterCase) {
             const std::string& last = *registry.last();
             EXPECT_EQ(upperCase(last), keys.back());
         });
+    }
+}
+
+TEST(Registry, HasItsKeysSpreadOverItsTableWhereverTheirNumbersStand) {
+    for (std::string name; name.size() < 24; name += 'n') {
+        std::set<std::uint32_t> places;
+        for (int number = 1000; number < 2000; ++number)
+            places.insert(hashIgnoringCase(name + std::to_string(number)) % 65536);
+        EXPECT_GT(places.size(), 950) << name;
     }
 }
 
