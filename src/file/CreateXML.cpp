@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -16,12 +15,9 @@
 
 namespace {
 
-/// The text of a file, line by line, in the file's own encoding. Lines end with CR LF.
+/// The lines of a file in its own encoding, on their way there. They end with CR LF.
 class Lines {
  public:
-    /// Most files of so many items need no more; memory that is not written to costs nothing.
-    explicit Lines(std::size_t items) { bytes_.reserve(1024 + items * 512); }
-
     void add(std::size_t level, std::initializer_list<std::string_view> pieces) {
         bytes_.append(Indent(level));
         for (const auto piece : pieces)
@@ -29,13 +25,23 @@ class Lines {
         bytes_.append("\r\n");
     }
 
-    const std::string& bytes() const { return bytes_; }
+    void add(std::int16_t level, const clsItem& item) {
+        item.GetXmlTag(level, bytes_);
+        bytes_.append("\r\n");
+    }
+
+    /// So many that they are to be written before there are more: the memory that they take is
+    /// used again.
+    bool areMany() const { return bytes_.size() > std::size_t{256} * 1024; }
+
+    void writeTo(const Write& write) {
+        write(bytes_);
+        bytes_.clear();
+    }
 
  private:
     std::string bytes_;
 };
-
-constexpr std::int16_t deviceContentsLevel = 4;
 
 [[noreturn]] void refuse(const Node& node, const std::string& reason) {
     const bool isBelowRoot = node.parent()->parent() == nullptr;
@@ -158,8 +164,7 @@ class ItemRecords {
 
 /// What is made of a configuration on the way to its file.
 struct Output {
-    explicit Output(const Document& document)
-        : lines(document.items().count()), records(document.items()) {}
+    explicit Output(const Document& document) : records(document.items()) {}
 
     Lines lines;
     KeysWhenRead keys;
@@ -169,41 +174,54 @@ struct Output {
 };
 
 /// The contents of one device, first child to last. No recursion, though a reader would not take
-/// what lies too deep for that. False after telling the user.
-bool PrintBranch(Output& output, const Document& document, const Node& device, const Tell& tell) {
-    return reportErrors(tell, "PrintBranch", [&] {
-        Lines& lines = output.lines;
-        const Node* open = &device;  // the node whose contents are being written
-        std::size_t level = deviceContentsLevel;
-        const auto closeUpTo = [&](const Node* node) {
-            for (; open != node; open = open->parent())
-                lines.add(--level, {"</", open->text(), ">"});
-        };
-        for (TreeWalk walk(device); const Node* node = walk.next();) {
-            if (!isSaved(*node)) {
-                walk.skipChildren();
-                continue;
+/// what lies too deep for that.
+class Contents {
+ public:
+    Contents(Output& output, const Document& document, const Node& device)
+        : output_(output), document_(document), device_(device), open_(&device), walk_(device) {}
+
+    /// Goes on until there are many lines; false at the end.
+    bool PrintBranch() {
+        while (!output_.lines.areMany()) {
+            const Node* node = walk_.next();
+            if (node == nullptr) {
+                closeUpTo(device_);
+                return false;
             }
-            if (node->key().size() > mostKeyBytes) refuse(*node, "has a path longer than 64 KB");
-            output.keys.add(*node);
-            closeUpTo(node->parent());
-            if (node->kind() == NodeKind::item) {
-                const auto tagLevel = static_cast<std::int16_t>(level);
-                const clsItem& item = output.records.at(*node);
-                lines.add(
-                    0, {item.sName == node->text() ? item.GetXmlTag(tagLevel)
-                                                   : document.itemAt(*node)->GetXmlTag(tagLevel)});
-                ++output.items;
-            } else {
-                if (walk.depth() > mostBranchLevels) refuse(*node, "lies more than 1,000 deep");
-                lines.add(level++, {"<", node->text(), ">"});
-                open = node;
-                if (node->kind() == NodeKind::branch) ++output.branches;
-            }
+            isSaved(*node) ? print(*node) : walk_.skipChildren();
         }
-        closeUpTo(&device);
-    });
-}
+        return true;
+    }
+
+ private:
+    void print(const Node& node) {
+        if (node.key().size() > mostKeyBytes) refuse(node, "has a path longer than 64 KB");
+        output_.keys.add(node);
+        closeUpTo(*node.parent());
+        if (node.kind() == NodeKind::item) {
+            const clsItem& item = output_.records.at(node);
+            output_.lines.add(level_, item.sName == node.text() ? item : *document_.itemAt(node));
+            ++output_.items;
+        } else {
+            if (walk_.depth() > mostBranchLevels) refuse(node, "lies more than 1,000 deep");
+            output_.lines.add(static_cast<std::size_t>(level_++), {"<", node.text(), ">"});
+            open_ = &node;
+            if (node.kind() == NodeKind::branch) ++output_.branches;
+        }
+    }
+
+    void closeUpTo(const Node& node) {
+        for (; open_ != &node; open_ = open_->parent())
+            output_.lines.add(static_cast<std::size_t>(--level_), {"</", open_->text(), ">"});
+    }
+
+    Output& output_;
+    const Document& document_;
+    const Node& device_;
+    const Node* open_;  // the node whose contents are being written
+    std::int16_t level_ = 4;
+    TreeWalk walk_;
+};
 
 /// The net below all rules: every record stands in the file, or there is none.
 void requireAllWritten(const Document& document, const Output& written) {
@@ -235,11 +253,13 @@ std::vector<const Node*> devicesOf(const Document& document) {
     return nodes;
 }
 
-/// The whole file; nothing when a part of it could not be written. Raises an error that names what
-/// could not be read back.
-std::optional<Lines> configurationText(const Document& document, const Tell& tell) {
-    if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
-    const std::vector<const Node*> devices = devicesOf(document);
+/// Ends the writing of a file; the user has been told why.
+struct AlreadyTold {};
+
+/// Writes the whole file. Raises AlreadyTold when a part of it could not be written, and an error
+/// that names what could not be read back.
+void writeConfiguration(const Document& document, const std::vector<const Node*>& devices,
+                        const Tell& tell, const Write& write) {
     Output output(document);
     for (const Node* device : devices)
         output.keys.addDevice(*device);
@@ -253,7 +273,13 @@ std::optional<Lines> configurationText(const Document& document, const Tell& tel
     for (const Node* device : devices) {
         lines.add(0, {document.deviceAt(*device)->GetXmlTag()});
         lines.add(3, {"<tags>"});
-        if (!PrintBranch(output, document, *device, tell)) return std::nullopt;
+        Contents contents(output, document, *device);
+        for (bool more = true; more;) {
+            if (!reportErrors(tell, "PrintBranch", [&] { more = contents.PrintBranch(); })) {
+                throw AlreadyTold();
+            }
+            if (more) lines.writeTo(write);
+        }
         lines.add(3, {"</tags>"});
         lines.add(2, {"</DEVICE>"});
     }
@@ -261,7 +287,7 @@ std::optional<Lines> configurationText(const Document& document, const Tell& tel
     lines.add(0, {"</QUONEibCfg>"});
     output.keys.requireDistinct();
     requireAllWritten(document, output);
-    return std::move(lines);
+    lines.writeTo(write);
 }
 
 }  // namespace
@@ -270,10 +296,16 @@ bool CreateXML(const std::string& path, const Document& document, Disk& disk, De
     const BusyPointer busy(desktop);
     bool written = false;
     reportErrors(desktop, "CreateXML", [&] {
-        const auto lines = configurationText(document, desktop);
-        if (!lines) return;
-        disk.replace(path, lines->bytes());
-        written = true;
+        if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
+        const std::vector<const Node*> devices = devicesOf(document);
+        try {
+            disk.replace(path, [&](const Write& write) {
+                writeConfiguration(document, devices, desktop, write);
+            });
+            written = true;
+        } catch (const AlreadyTold&) {
+            // Nothing is written.
+        }
     });
     return written;
 }

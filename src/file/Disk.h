@@ -27,6 +27,9 @@ struct InputFile {
     std::function<std::size_t(char* to, std::size_t bytes)> read;
 };
 
+/// Writes bytes to a file, after those that were written before.
+using Write = std::function<void(std::string_view bytes)>;
+
 /// Whole files, read and replaced. Paths are UTF-8. An interface, so that a test can play any
 /// fault of a disk.
 ///
@@ -83,13 +86,20 @@ class Disk {
         return bytes;
     }
 
-    /// Puts a file of these bytes in the place of the one at the path, or makes a new one. Either
-    /// all of it happens, and the bytes are on the disk, or an error is raised and the old file
-    /// is as it was: the bytes go to a file beside it, which takes its place in one step. A
+    /// Puts a file of the bytes that `contents` writes, a piece after the other, in the place of
+    /// the one at the path, or makes a new one. Either all of it happens, and the bytes are on the
+    /// disk, or an error is raised, by `contents` or the disk, and the old file is as it was: the
+    /// bytes go to a file beside it, which takes its place in one step. A
     /// symbolic link is followed. Who may read and write an existing file stays as it was, only
     /// its owner becomes who replaced it where the system lets nobody give files away; a file
     /// that may not be written is refused, and one whose group or access list cannot be kept.
-    virtual void replace(const std::string& path, std::string_view bytes) = 0;
+    virtual void replace(const std::string& path,
+                         const std::function<void(const Write& write)>& contents) = 0;
+
+    /// The same for bytes that are at hand.
+    void replace(const std::string& path, std::string_view bytes) {
+        replace(path, [&](const Write& write) { write(bytes); });
+    }
 
     /// Makes the folder and those above it, where they are missing.
     virtual void createFolders(const std::string& path) = 0;

@@ -262,7 +262,8 @@ class PosixDisk : public Disk {
                 }};
     }
 
-    void replace(const std::string& path, std::string_view bytes) override {
+    void replace(const std::string& path,
+                 const std::function<void(const Write&)>& contents) override {
         const fs::path target = followLinks(path);
         const auto old = statusOfTarget(target);
         const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
@@ -277,7 +278,7 @@ class PosixDisk : public Disk {
             temporary.keep();  // it is not ours
             throw error;
         }
-        writeAll(file.descriptor(), bytes, target);
+        contents([&](std::string_view bytes) { writeAll(file.descriptor(), bytes, target); });
         if (old) carryRights(target, *old, file.descriptor());
         if (::fsync(file.descriptor()) != 0) throw errorFor(errno, target);
         if (::rename(temporary.path().c_str(), target.c_str()) != 0) {

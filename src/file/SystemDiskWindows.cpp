@@ -92,18 +92,21 @@ void requireFile(const File& file, const fs::path& path) {
 
 constexpr DWORD mostBytesAtOnce = 1U << 30U;
 
-/// A new file of these bytes, on the disk when the function ends.
-void write(const fs::path& path, std::string_view bytes) {
+/// A new file, on the disk when the function ends.
+void write(const fs::path& path, const std::function<void(const Write&)>& contents) {
     const File file(path, GENERIC_WRITE, 0, CREATE_NEW);
     if (!file.isOpen()) throw errorFor(::GetLastError(), path);
-    while (!bytes.empty()) {
-        DWORD written = 0;
-        const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), mostBytesAtOnce));
-        if (::WriteFile(file.handle(), bytes.data(), piece, &written, nullptr) == 0) {
-            throw errorFor(::GetLastError(), path);
+    contents([&](std::string_view bytes) {
+        while (!bytes.empty()) {
+            DWORD written = 0;
+            const auto piece =
+                static_cast<DWORD>(std::min<std::size_t>(bytes.size(), mostBytesAtOnce));
+            if (::WriteFile(file.handle(), bytes.data(), piece, &written, nullptr) == 0) {
+                throw errorFor(::GetLastError(), path);
+            }
+            bytes.remove_prefix(written);
         }
-        bytes.remove_prefix(written);
-    }
+    });
     if (::FlushFileBuffers(file.handle()) == 0) throw errorFor(::GetLastError(), path);
 }
 
@@ -216,7 +219,8 @@ class WindowsDisk : public Disk {
                 }};
     }
 
-    void replace(const std::string& path, std::string_view bytes) override {
+    void replace(const std::string& path,
+                 const std::function<void(const Write&)>& contents) override {
         const fs::path target = followLinks(pathOf(path));
         const bool present = isThere(target);
         if (present) requireWritable(target);
@@ -228,8 +232,8 @@ class WindowsDisk : public Disk {
         const fs::path fresh = target.parent_path() / (L"~new-" + suffix);
         const fs::path backup = target.parent_path() / (L"~old-" + suffix);
         try {
-            write(fresh, bytes);
-        } catch (const RunTimeError&) {
+            write(fresh, contents);
+        } catch (...) {
             ::DeleteFileW(fresh.c_str());
             throw;
         }

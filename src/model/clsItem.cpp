@@ -33,6 +33,24 @@ std::int16_t byteCount(std::string_view text) {
         text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(stop - start)));
 }
 
+/// What stands before the values of an item's element.
+struct TagParts {
+    std::string name, comment, address, dataType, flag, accessRight, elements, end;
+};
+
+const TagParts& partsFor(std::size_t level) {
+    static std::vector<TagParts> known;
+    while (known.size() <= level) {
+        const std::string outer = Indent(known.size());
+        const std::string next = "\r\n" + outer + "\t<";
+        known.push_back({outer + "<tag>" + next + "name>", "</name>" + next + "comment>",
+                         "</comment>" + next + "address>", "</address>" + next + "eistype>",
+                         "</eistype>" + next + "flag>", "</flag>" + next + "accessrights>",
+                         next + "elements>", "\r\n" + outer + "</tag>"});
+    }
+    return known[level];
+}
+
 }  // namespace
 
 bool clsItem::hasElements(std::string_view dataType) {
@@ -123,27 +141,23 @@ void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) co
     });
 }
 
-std::string clsItem::GetXmlTag(std::int16_t level) const {
-    const std::string outer = Indent(static_cast<std::size_t>(level));
-    const std::string nextField = "\r\n" + outer + "\t";
-    std::string out;
-    // All but the values is less than 200 characters and seven indentations.
-    out.reserve(200 + 9 * nextField.size() + sName.size() + sComment.size() + sAddress.size() +
-                sDataType.size() + sAccessRight.size());
-    const auto field = [&](std::string_view opening, std::string_view value,
-                           std::string_view closing) {
-        out.append(nextField).append(opening).append(value).append(closing);
-    };
-    out.append(outer).append("<tag>");
-    field("<name>", sName, "</name>");
-    field("<comment>", sComment, "</comment>");
-    field("<address>", sAddress, "</address>");
-    field("<eistype>", sDataType, "</eistype>");
-    field("<flag>", bFlag ? "READ" : "TRANSMIT", "</flag>");
-    field("<accessrights>", sAccessRight, "</accessrights>");
-    if (hasElements(sDataType)) field("<elements>", std::to_string(nElements), "</elements>");
-    out.append("\r\n").append(outer).append("</tag>");
-    return out;
+void clsItem::GetXmlTag(std::int16_t level, std::string& out) const {
+    const TagParts& parts = partsFor(static_cast<std::size_t>(level));
+    out.append(parts.name);
+    appendLatin1(out, sName);
+    out.append(parts.comment);
+    appendLatin1(out, sComment);
+    out.append(parts.address);
+    appendLatin1(out, sAddress);
+    out.append(parts.dataType);
+    appendLatin1(out, sDataType);
+    out.append(parts.flag).append(bFlag ? "READ" : "TRANSMIT").append(parts.accessRight);
+    appendLatin1(out, sAccessRight);
+    out.append("</accessrights>");
+    if (hasElements(sDataType)) {
+        out.append(parts.elements).append(std::to_string(nElements)).append("</elements>");
+    }
+    out.append(parts.end);
 }
 
 std::string clsItem::CleanEtsName(std::string_view name) {

@@ -69,9 +69,9 @@ class clsItem {
     /// Reports its errors itself.
     void AddToListView(ListView& list, bool withIndex, const Tell& tell) const;
 
-    /// The item's element as lines joined by CR LF, without a line end after the last; the tag
-    /// is indented by `level` tabs. Nothing is escaped.
-    std::string GetXmlTag(std::int16_t level) const;
+    /// Appends the item's element as it stands in a file (appendLatin1): lines joined by CR LF,
+    /// without a line end after the last; the tag is indented by `level` tabs. Nothing is escaped.
+    void GetXmlTag(std::int16_t level, std::string& out) const;
 
     /// True for the types that have a number of elements: "NOEIS", "EIS12" and "EIS15".
     static bool hasElements(std::string_view dataType);

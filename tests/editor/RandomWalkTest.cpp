@@ -164,7 +164,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
         std::string text;
         for (const Node* child : node.children())
             if (child->kind() == NodeKind::item) {
-                text += of.itemAt(*child)->GetXmlTag(0);
+                of.itemAt(*child)->GetXmlTag(0, text);
             } else if (isSaved(*child)) {
                 text += upperCase(child->text()) + "[" + contents(of, *child) + "]";
             }

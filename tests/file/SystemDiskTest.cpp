@@ -200,7 +200,12 @@ TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
     fs::permissions(folder / "shared", perms::all);  // so that it can be removed
 }
 
-TEST_F(SystemDiskTest, KeepsTheOldFileWhenTheDiskIsFull) {
+TEST_F(SystemDiskTest, KeepsTheOldFileWhenTheNewOneIsGivenUpOrTheDiskIsFull) {
+    const auto giveUp = [](const Write& write) {
+        write("half");
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW(disk->replace(house, giveUp), std::bad_alloc);
     const auto saveMuch = [&] {
         const rlimit little{4096, 4096};
         if (::setrlimit(RLIMIT_FSIZE, &little) == 0) disk->replace(house, std::string(9999, 'x'));

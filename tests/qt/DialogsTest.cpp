@@ -109,9 +109,11 @@ class DialogsTest : public QObject {
             for (const char* right : {"READ", "WRITE", "READWRITE", "ODD"}) {
                 item.sDataType = type;
                 item.sAccessRight = right;
-                const std::string before = item.GetXmlTag(0);
+                std::string before, after;
+                item.GetXmlTag(0, before);
                 inDialog([&] { world.openNode("Plant.Lamp"); }, "Return");
-                QCOMPARE(item.GetXmlTag(0), before);
+                item.GetXmlTag(0, after);
+                QCOMPARE(after, before);
                 QVERIFY(!std::exchange(world.document.saved, true));
             }
     }

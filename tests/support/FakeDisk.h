@@ -63,8 +63,12 @@ class FakeDisk : public Disk {
                 }};
     }
 
-    void replace(const std::string& path, std::string_view bytes) override {
+    using Disk::replace;
+    void replace(const std::string& path,
+                 const std::function<void(const Write&)>& contents) override {
         if (writeFault) throw RunTimeError(*writeFault);
+        std::string bytes;
+        contents([&](std::string_view more) { bytes += more; });
         files[path] = bytes;
         if (!writesSpoiledFiles) keepForSchemaCheck(path, bytes);
     }
