@@ -87,7 +87,7 @@ class Builder {
 
     static void XMLCALL characterData(void* userData, const XML_Char* data, int length) {
         of(userData).guard([&](Builder& builder) {
-            builder.childTexts_.append(data, static_cast<std::size_t>(length));
+            builder.text().append(data, static_cast<std::size_t>(length));
         });
     }
 
@@ -138,10 +138,9 @@ class Builder {
         const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
         for (int i = 0; i < specified; i += 2)
             element.attributes.emplace_back(attributes[i], attributes[i + 1]);
-        element.children.clear();
+        element.children = {};
         wantsChildren_ = listener_.began(element);
         childCount_ = 0;
-        childTexts_.clear();
     }
 
     void end() {
@@ -152,58 +151,47 @@ class Builder {
             return;
         }
         XmlElement& element = elements_[open_ - 1];
-        if (wantsChildren_) takeChildren(element);
+        if (std::exchange(wantsChildren_, false)) {
+            element.children = std::span(children_).first(childCount_);
+        }
         listener_.ended(element);
         --open_;
     }
 
     void beginChild(const XML_Char* name) {
-        if (childCount_ == children_.size()) children_.emplace_back();
-        Child& child = children_[childCount_++];
+        if (childCount_ == children_.size()) {
+            children_.emplace_back();
+            namesAsWritten_.emplace_back();
+        }
         // Most often all such elements of a file have the same children, in the same order.
-        if (std::strcmp(child.asWritten.c_str(), name) != 0) {
-            child.asWritten = name;
+        std::string& asWritten = namesAsWritten_[childCount_];
+        XmlElement::Child& child = children_[childCount_++];
+        if (std::strcmp(asWritten.c_str(), name) != 0) {
+            asWritten = name;
             child.name = upperCase(name);
         }
-        child.text = childTexts_.size();
+        child.text.clear();
         XML_SetCharacterDataHandler(parser_.get(), characterData);
     }
 
-    void endChild() {
-        children_[childCount_ - 1].end = childTexts_.size();
-        XML_SetCharacterDataHandler(parser_.get(), nullptr);
-    }
+    void endChild() { XML_SetCharacterDataHandler(parser_.get(), nullptr); }
 
-    void takeChildren(XmlElement& element) {
-        wantsChildren_ = false;
-        const std::string_view texts = childTexts_;
-        for (const Child& child : std::span(children_).first(childCount_)) {
-            const auto text = texts.substr(child.text, child.end - child.text);
-            element.children.push_back({child.name, text});
-        }
-    }
+    /// Of the child that began last.
+    std::string& text() { return children_[childCount_ - 1].text; }
 
     /// Drops the character data since the last tag where it is only white space between
     /// elements: indentation is nobody's content.
     void dropIndentation() {
-        if (childTexts_.find_first_not_of(" \t\n\r", lastTag_) == std::string::npos) {
-            childTexts_.resize(lastTag_);
+        if (text().find_first_not_of(" \t\n\r", lastTag_) == std::string::npos) {
+            text().resize(lastTag_);
         }
     }
 
     /// A tag stands at the end of the character data.
     void tagStands(bool begins) {
-        lastTag_ = childTexts_.size();
+        lastTag_ = text().size();
         lastTagBegan_ = begins;
     }
-
-    struct Child {
-        std::string asWritten;
-        std::string name;
-        // Where its text stands and ends among all.
-        std::size_t text = 0;
-        std::size_t end = 0;
-    };
 
     struct ParserDeleter {
         void operator()(XML_Parser parser) const { XML_ParserFree(parser); }
@@ -218,11 +206,11 @@ class Builder {
 
     // Of the last open element, when its children are wanted.
     bool wantsChildren_ = false;
-    std::size_t levelsInside_ = 0;  // of elements that are open in it
-    std::string childTexts_;
-    std::vector<Child> children_;  // the others are used anew
+    std::size_t levelsInside_ = 0;             // of elements that are open in it
+    std::vector<XmlElement::Child> children_;  // those beyond their count are used anew
+    std::vector<std::string> namesAsWritten_;  // theirs
     std::size_t childCount_ = 0;
-    std::size_t lastTag_ = 0;  // length of the texts at the last tag
+    std::size_t lastTag_ = 0;  // length of the text at the last tag
     bool lastTagBegan_ = false;
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,13 +14,13 @@ struct XmlElement {
     std::string name;
     std::vector<std::pair<std::string, std::string>> attributes;  ///< name (exact case) and value
 
-    /// The elements in it, where the reader was asked for them: the character data of each and of
-    /// everything in it, in document order, less white space that stands between elements.
+    /// An element in it: the character data of it and of everything in it, in document order,
+    /// less white space that stands between elements.
     struct Child {
-        std::string_view name;
-        std::string_view text;
+        std::string name;
+        std::string text;
     };
-    std::vector<Child> children;
+    std::span<const Child> children;  ///< where the reader was asked for them
 
     /// The value of the attribute of that name.
     /// Raises ErrorNumber::invalidUseOfNull when there is none.
