@@ -32,8 +32,6 @@ class File {
     }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
-    File(File&&) = delete;
-    File& operator=(File&&) = delete;
     ~File() { std::filesystem::remove(path_); }
 
     const std::string& path() const { return path_; }

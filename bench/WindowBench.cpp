@@ -73,8 +73,6 @@ class Editor {
     }
     Editor(const Editor&) = delete;
     Editor& operator=(const Editor&) = delete;
-    Editor(Editor&&) = delete;
-    Editor& operator=(Editor&&) = delete;
     ~Editor() { std::filesystem::remove(path_); }
 
     Document& document() { return document_; }

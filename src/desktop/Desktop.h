@@ -21,11 +21,6 @@ enum class Answer { yes, no, cancel };
 /// and paths are UTF-8. A box or a chooser returns when the user has closed it.
 class Desktop {
  public:
-    Desktop() = default;
-    Desktop(const Desktop&) = delete;
-    Desktop& operator=(const Desktop&) = delete;
-    Desktop(Desktop&&) = delete;
-    Desktop& operator=(Desktop&&) = delete;
     virtual ~Desktop() = default;
 
     /// A message with an OK button; the box has the application's title.
@@ -66,8 +61,6 @@ class BusyPointer {
     }
     BusyPointer(const BusyPointer&) = delete;
     BusyPointer& operator=(const BusyPointer&) = delete;
-    BusyPointer(BusyPointer&&) = delete;
-    BusyPointer& operator=(BusyPointer&&) = delete;
     ~BusyPointer() { desktop_.setPointer(Pointer::normal); }
 
  private:

@@ -12,11 +12,6 @@ class frmSetts;
 /// handlers, and shows what the form says. A modal one returns when the form has closed itself.
 class Forms {
  public:
-    Forms() = default;
-    Forms(const Forms&) = delete;
-    Forms& operator=(const Forms&) = delete;
-    Forms(Forms&&) = delete;
-    Forms& operator=(Forms&&) = delete;
     virtual ~Forms() = default;
 
     virtual void showModal(frmItems& form) = 0;

@@ -43,11 +43,6 @@ class frmEditing final : public LifecycleWindow {
     /// The window that shows this form.
     class Window {
      public:
-        Window() = default;
-        Window(const Window&) = delete;
-        Window& operator=(const Window&) = delete;
-        Window(Window&&) = delete;
-        Window& operator=(Window&&) = delete;
         virtual ~Window() = default;
 
         /// What the form says of views, panel and commands may have changed.

@@ -149,7 +149,7 @@ class ItemRecords {
     explicit ItemRecords(const Registry<clsItem>& items) : items_(items), next_(items.begin()) {}
 
     const clsItem& at(const Node& node) {
-        if (next_ == items_.end() || (*next_).key.begin() != node.key().begin()) {
+        if (next_ == items_.end() || (*next_).key != node.key()) {
             return *items_.at(node.key());
         }
         const auto& record = (*next_).record;

@@ -38,11 +38,6 @@ using Write = std::function<void(std::string_view bytes)>;
 /// place of a file, a failing drive).
 class Disk {
  public:
-    Disk() = default;
-    Disk(const Disk&) = delete;
-    Disk& operator=(const Disk&) = delete;
-    Disk(Disk&&) = delete;
-    Disk& operator=(Disk&&) = delete;
     virtual ~Disk() = default;
 
     /// True when there is a file, or anything else, at the path. Raises nothing.

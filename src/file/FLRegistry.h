@@ -11,11 +11,6 @@ enum class RegistryRoot { localMachine };
 /// Named texts that other programs read. Texts are UTF-8.
 class FLRegistry {
  public:
-    FLRegistry() = default;
-    FLRegistry(const FLRegistry&) = delete;
-    FLRegistry& operator=(const FLRegistry&) = delete;
-    FLRegistry(FLRegistry&&) = delete;
-    FLRegistry& operator=(FLRegistry&&) = delete;
     virtual ~FLRegistry() = default;
 
     /// Stores a text under a name, in a key ("Software\Company\Product") that is made when it is

@@ -13,11 +13,6 @@
 /// What the lifecycle asks of the window that shows the configuration.
 class LifecycleWindow {
  public:
-    LifecycleWindow() = default;
-    LifecycleWindow(const LifecycleWindow&) = delete;
-    LifecycleWindow& operator=(const LifecycleWindow&) = delete;
-    LifecycleWindow(LifecycleWindow&&) = delete;
-    LifecycleWindow& operator=(LifecycleWindow&&) = delete;
     virtual ~LifecycleWindow() = default;
 
     /// Hides and empties both views and resets the buffer of copied items.

@@ -53,7 +53,6 @@ class File {
     File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
     File(const File&) = delete;
     File& operator=(const File&) = delete;
-    File& operator=(File&&) = delete;
     ~File() {
         if (descriptor_ >= 0) ::close(descriptor_);
     }
@@ -106,8 +105,6 @@ class TemporaryFile {
     explicit TemporaryFile(fs::path path) : path_(std::move(path)) {}
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
-    TemporaryFile(TemporaryFile&&) = delete;
-    TemporaryFile& operator=(TemporaryFile&&) = delete;
     ~TemporaryFile() {
         if (!path_.empty()) ::unlink(path_.c_str());
     }

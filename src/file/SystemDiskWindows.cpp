@@ -67,8 +67,6 @@ class File {
     }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
-    File(File&&) = delete;
-    File& operator=(File&&) = delete;
     ~File() {
         if (isOpen()) ::CloseHandle(handle_);
     }

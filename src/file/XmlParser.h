@@ -9,11 +9,6 @@
 /// Hears of the elements of a file as they are read.
 class XmlListener {
  public:
-    XmlListener() = default;
-    XmlListener(const XmlListener&) = delete;
-    XmlListener& operator=(const XmlListener&) = delete;
-    XmlListener(XmlListener&&) = delete;
-    XmlListener& operator=(XmlListener&&) = delete;
     virtual ~XmlListener() = default;
 
     /// An element begins within the one that began last and has not ended. True when its children

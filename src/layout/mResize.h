@@ -17,11 +17,6 @@ enum class Measure { left, top, width, height, x1, x2, y1, y2 };
 /// be read just now, is nothing; a value that it cannot take is ignored.
 class ResizableControl {
  public:
-    ResizableControl() = default;
-    ResizableControl(const ResizableControl&) = delete;
-    ResizableControl& operator=(const ResizableControl&) = delete;
-    ResizableControl(ResizableControl&&) = delete;
-    ResizableControl& operator=(ResizableControl&&) = delete;
     virtual ~ResizableControl() = default;
 
     /// Name and index together tell the controls of a form apart.
@@ -53,11 +48,6 @@ struct FormSize {
 /// A window with controls on it.
 class ResizableForm {
  public:
-    ResizableForm() = default;
-    ResizableForm(const ResizableForm&) = delete;
-    ResizableForm& operator=(const ResizableForm&) = delete;
-    ResizableForm(ResizableForm&&) = delete;
-    ResizableForm& operator=(ResizableForm&&) = delete;
     virtual ~ResizableForm() = default;
 
     /// What tells the forms of the program apart.

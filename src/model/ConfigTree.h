@@ -65,11 +65,6 @@ class ConfigTree {
     /// Hears of every change, so that a view can follow. The calls in pairs enclose the change.
     class Listener {
      public:
-        Listener() = default;
-        Listener(const Listener&) = delete;
-        Listener& operator=(const Listener&) = delete;
-        Listener(Listener&&) = delete;
-        Listener& operator=(Listener&&) = delete;
         virtual ~Listener() = default;
 
         /// `parent` is null for the root; `row` is the place that the new node takes.
@@ -98,8 +93,6 @@ class ConfigTree {
         explicit BulkChange(ConfigTree& tree);
         BulkChange(const BulkChange&) = delete;
         BulkChange& operator=(const BulkChange&) = delete;
-        BulkChange(BulkChange&&) = delete;
-        BulkChange& operator=(BulkChange&&) = delete;
         ~BulkChange();
 
      private:
@@ -114,8 +107,6 @@ class ConfigTree {
         explicit Reference(ConfigTree& tree) : tree_(tree) { tree_.references_.push_back(this); }
         Reference(const Reference&) = delete;
         Reference& operator=(const Reference&) = delete;
-        Reference(Reference&&) = delete;
-        Reference& operator=(Reference&&) = delete;
         ~Reference() { std::erase(tree_.references_, this); }
 
         Reference& operator=(Node* node) {
@@ -134,8 +125,6 @@ class ConfigTree {
     ConfigTree() = default;
     ConfigTree(const ConfigTree&) = delete;
     ConfigTree& operator=(const ConfigTree&) = delete;
-    ConfigTree(ConfigTree&&) = delete;
-    ConfigTree& operator=(ConfigTree&&) = delete;
     ~ConfigTree() = default;
 
     /// The one listener, or null.

@@ -32,29 +32,23 @@ class KeyedSet {
     /// Walks the things as they were added.
     class Iterator {
      public:
-        Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {
-            skipHoles();
-        }
+        Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {}
         const Thing& operator*() const { return (*things_)[place_]; }
         Iterator& operator++() {
-            ++place_;
-            skipHoles();
+            do
+                ++place_;
+            while (place_ < things_->size() && Keys::isEmpty(**this));
             return *this;
         }
         bool operator==(const Iterator&) const = default;
 
      private:
-        void skipHoles() {
-            while (place_ < things_->size() && Keys::isEmpty((*things_)[place_]))
-                ++place_;
-        }
-
         const Things* things_;
         std::size_t place_;
     };
 
     std::size_t size() const { return things_.size() - holes_; }
-    Iterator begin() const { return Iterator(things_, 0); }
+    Iterator begin() const { return ++Iterator(things_, std::size_t{0} - 1); }
     Iterator end() const { return Iterator(things_, things_.size()); }
 
     /// The thing with the key, or null; good until the next one is added.

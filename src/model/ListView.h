@@ -42,11 +42,6 @@ class ListView {
 
     class Listener {
      public:
-        Listener() = default;
-        Listener(const Listener&) = delete;
-        Listener& operator=(const Listener&) = delete;
-        Listener(Listener&&) = delete;
-        Listener& operator=(Listener&&) = delete;
         virtual ~Listener() = default;
 
         virtual void aboutToReset() = 0;
@@ -64,8 +59,6 @@ class ListView {
         explicit Update(ListView& list);
         Update(const Update&) = delete;
         Update& operator=(const Update&) = delete;
-        Update(Update&&) = delete;
-        Update& operator=(Update&&) = delete;
         ~Update();
 
      private:
@@ -75,8 +68,6 @@ class ListView {
     ListView() = default;
     ListView(const ListView&) = delete;
     ListView& operator=(const ListView&) = delete;
-    ListView(ListView&&) = delete;
-    ListView& operator=(ListView&&) = delete;
     ~ListView() = default;
 
     void setListener(Listener* listener) { listener_ = listener; }

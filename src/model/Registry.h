@@ -42,8 +42,6 @@ class Registry {
     Registry() = default;
     Registry(const Registry&) = delete;
     Registry& operator=(const Registry&) = delete;
-    Registry(Registry&&) = delete;
-    Registry& operator=(Registry&&) = delete;
     ~Registry() = default;
 
     std::size_t count() const { return entries_.size(); }

@@ -14,12 +14,8 @@
 class SharedText {
  public:
     SharedText() = default;
-    // Implicit on purpose, as for any text.
-    // NOLINTBEGIN(google-explicit-constructor)
-    SharedText(std::string_view text) : SharedText(text, {}, {}) {}
-    SharedText(const std::string& text) : SharedText(std::string_view(text)) {}
-    SharedText(const char* text) : SharedText(std::string_view(text)) {}
-    // NOLINTEND(google-explicit-constructor)
+    // Implicit on purpose, as for any text. NOLINTNEXTLINE(google-explicit-constructor)
+    SharedText(const std::convertible_to<std::string_view> auto& text) : SharedText(text, {}, {}) {}
     /// The pieces, one after the other.
     SharedText(std::string_view first, std::string_view second, std::string_view third);
     SharedText(const SharedText& other) noexcept : head_(other.head_) {
@@ -41,7 +37,6 @@ class SharedText {
         return {reinterpret_cast<const char*>(head_ + 1), head_->length};
     }
     std::string string() const { return std::string(std::string_view(*this)); }
-    const char* begin() const { return std::string_view(*this).data(); }
     std::size_t size() const { return head_ == nullptr ? 0 : head_->length; }
     bool empty() const { return head_ == nullptr; }
 
@@ -56,9 +51,7 @@ class SharedText {
     }
     friend bool operator==(const SharedText& a,
                            const std::convertible_to<std::string_view> auto& b) {
-        const std::string_view x = a;
-        const std::string_view y = b;
-        return x.size() == y.size() && (x.data() == y.data() || x == y);
+        return std::string_view(a) == std::string_view(b);
     }
 
  private:

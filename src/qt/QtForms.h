@@ -13,8 +13,6 @@ class QtForms : public Forms {
     QtForms() = default;
     QtForms(const QtForms&) = delete;
     QtForms& operator=(const QtForms&) = delete;
-    QtForms(QtForms&&) = delete;
-    QtForms& operator=(QtForms&&) = delete;
     ~QtForms() override;
 
     void showModal(frmItems& form) override;
