@@ -53,9 +53,10 @@ void ListView::addRow(Row row) {
     placesKnown_ = false;
 }
 
-std::optional<std::size_t> ListView::findRow(std::string_view key) const {
+std::optional<std::size_t> ListView::findRow(const SharedText& key) const {
     if (!placesKnown_) {
         rowOfKey_.clear();
+        rowOfKey_.reserve(rows_.size());
         for (std::size_t row = 0; row < rows_.size(); ++row)
             rowOfKey_.emplace(rows_[row].key, row);
         placesKnown_ = true;
@@ -75,9 +76,9 @@ void ListView::renameRow(std::size_t row, const SharedText& key, const SharedTex
     const auto holder = findRow(key);
     if (holder && *holder != row) throw RunTimeError(ErrorNumber::keyNotUnique);
     rowOfKey_.erase(renamed.key);
+    rowOfKey_.emplace(key, row);
     renamed.key = key;
     renamed.text = text;
-    rowOfKey_.emplace(renamed.key, row);
 }
 
 void ListView::setSubItem(std::size_t row, std::size_t subItem, SharedText text) {
@@ -104,9 +105,7 @@ void ListView::replaceRow(Row row) {
     row.selected = shown.selected;
     if (row == shown) return;
     const Update update(*this);
-    rowOfKey_.erase(shown.key);
     shown = std::move(row);
-    rowOfKey_.emplace(shown.key, *place);
 }
 
 const ListView::Row* ListView::selectedRow() const {

@@ -83,7 +83,7 @@ class ListView {
     /// Appends a row. No other may have its key.
     void addRow(Row row);
     /// The place of the row with that key, if there is one.
-    std::optional<std::size_t> findRow(std::string_view key) const;
+    std::optional<std::size_t> findRow(const SharedText& key) const;
     /// Sets the text in a column after the first of the last row, within the update that added it.
     void setLastRowSubItem(std::size_t subItem, SharedText text);
 
@@ -120,9 +120,8 @@ class ListView {
     View view_ = View::report;
     std::vector<Column> columns_;
     std::deque<Row> rows_;
-    // The keys are views of the rows' own. Made when first asked for.
-    mutable std::unordered_map<std::string_view, std::size_t> rowOfKey_;
-    mutable bool placesKnown_ = false;
+    mutable std::unordered_map<SharedText, std::size_t> rowOfKey_;
+    mutable bool placesKnown_ = false;  // not before they are asked for
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
     int updates_ = 0;
