@@ -1,7 +1,6 @@
 #include "editor/TreeDrag.h"
 
 #include <exception>
-#include <vector>
 
 #include "model/Generale.h"
 #include "model/Reporting.h"
@@ -56,14 +55,15 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
     // Of a device only a bare node goes there: its contents leave the tree, its records stay.
     // Meant. What was added afterwards below that bare node has no other place, and goes with it.
     const bool withContents = !source.isDevice();
+    std::vector<SharedText> keys{key};
     if (withContents) requireFreeKey(document_, source, key);
-    if (withContents && !isFreeBelow(source, key)) return restoreViews();
+    if (withContents && !areFreeBelow(source, keys)) return restoreViews();
 
     const BusyPointer busy(desktop_);
     const ConfigTree::BulkChange bulk(tree);
     Node& added = tree.AddNode(&target, key, source.text(), source.kind());
     carryRecord(source, key, effect);
-    if (withContents) CopySubTree(source, added, effect);
+    if (withContents) CopySubTree(source, added, keys, effect);
     tree.setExpanded(added, true);
     if (effect == DropEffect::move) withContents ? tree.remove(source) : document_.leave(source);
     restoreViews();
@@ -74,14 +74,16 @@ void TreeDrag::refuse(const std::string& text, MessageIcon icon) {
     desktop_.showMessage(text, icon);
 }
 
-/// Found out before anything is changed, so that no part of a branch is left behind.
-bool TreeDrag::isFreeBelow(const Node& source, const SharedText& newKey) {
+/// Found out before anything is changed, so that no part of a branch is left behind. To the new
+/// key of the source it adds those of all below it, in the order of a walk.
+bool TreeDrag::areFreeBelow(const Node& source, std::vector<SharedText>& newKeys) {
     return reportErrors(desktop_, "CopySubTree", [&] {
-        std::vector<SharedText> path{newKey};  // from the source down to the present node
+        std::vector<SharedText> path{newKeys.front()};  // from the source to the present node
         for (TreeWalk walk(source); const Node* below = walk.next();) {
             path.resize(walk.depth());
-            path.push_back(joinKey(path.back(), below->text()));
-            requireFreeKey(document_, *below, path.back());
+            newKeys.push_back(joinKey(path.back(), below->text()));
+            requireFreeKey(document_, *below, newKeys.back());
+            path.push_back(newKeys.back());
         }
     });
 }
@@ -97,15 +99,16 @@ void TreeDrag::carryRecord(const Node& source, const SharedText& newKey, DropEff
     if (source.kind() == NodeKind::branch) carry(document_.branches());
 }
 
-void TreeDrag::CopySubTree(const Node& source, Node& destination, DropEffect effect) {
+void TreeDrag::CopySubTree(const Node& source, Node& destination,
+                           const std::vector<SharedText>& newKeys, DropEffect effect) {
     reportErrors(desktop_, "CopySubTree", [&] {
         std::vector<Node*> path{&destination};  // the copies of the present node's parents
+        auto key = newKeys.begin();
         for (TreeWalk walk(source); const Node* below = walk.next();) {
             path.resize(walk.depth());
             Node& added =
-                document_.tree().AddNode(path.back(), joinKey(path.back()->key(), below->text()),
-                                         below->text(), below->kind());
-            carryRecord(*below, added.key(), effect);
+                document_.tree().AddNode(path.back(), *++key, below->text(), below->kind());
+            carryRecord(*below, *key, effect);
             path.push_back(&added);
         }
     });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "desktop/Desktop.h"
 #include "model/Document.h"
@@ -45,9 +46,10 @@ class TreeDrag {
  private:
     void drop(Node& target, DropEffect effect);
     void refuse(const std::string& text, MessageIcon icon);
-    bool isFreeBelow(const Node& source, const SharedText& newKey);
+    bool areFreeBelow(const Node& source, std::vector<SharedText>& newKeys);
     void carryRecord(const Node& source, const SharedText& newKey, DropEffect effect);
-    void CopySubTree(const Node& source, Node& destination, DropEffect effect);
+    void CopySubTree(const Node& source, Node& destination, const std::vector<SharedText>& newKeys,
+                     DropEffect effect);
     void restoreViews();
 
     Document& document_;
