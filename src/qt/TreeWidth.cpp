@@ -78,7 +78,12 @@ double TreeWidth::advanceOf(std::string_view text) const {
     double advance = 0;
     int characters = 0;
     for (std::size_t i = 0; i < text.size(); ++characters) {
-        const char32_t c = nextCharacter(text, i);
+        char32_t c = static_cast<unsigned char>(text[i]);
+        if (c < 0x80) {  // as nearly always: no call for it
+            ++i;
+        } else {
+            c = nextCharacter(text, i);
+        }
         if (c >= advances_.size() || characters == drawnCharacters) {
             return QFontMetricsF(font_).horizontalAdvance(toQt(text, drawnCharacters));
         }
