@@ -33,7 +33,7 @@ ConfigTree::BulkChange::~BulkChange() {
     if (listener_ != nullptr) listener_->reset();
 }
 
-Node& ConfigTree::AddNode(std::string_view parentKey, SharedText key, SharedText text,
+Node& ConfigTree::AddNode(const SharedText& parentKey, SharedText key, SharedText text,
                           NodeKind kind) {
     Node* parent = parentKey.empty() ? nullptr : &nodeAt(parentKey);
     return AddNode(parent, std::move(key), std::move(text), kind);
@@ -77,7 +77,7 @@ Node& ConfigTree::append(Node* parent, std::unique_ptr<Node> node) {
     return added;
 }
 
-Node& ConfigTree::nodeAt(std::string_view key) const {
+Node& ConfigTree::nodeAt(const SharedText& key) const {
     Node* node = FindNode(key);
     if (node == nullptr) throw RunTimeError(ErrorNumber::elementNotFound);
     return *node;

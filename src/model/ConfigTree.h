@@ -134,7 +134,7 @@ class ConfigTree {
     /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
     /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second
     /// root.
-    Node& AddNode(std::string_view parentKey, SharedText key, SharedText text, NodeKind kind);
+    Node& AddNode(const SharedText& parentKey, SharedText key, SharedText text, NodeKind kind);
     /// The same below a node that is at hand (null for the root).
     Node& AddNode(Node* parent, SharedText key, SharedText text, NodeKind kind);
 
@@ -145,7 +145,7 @@ class ConfigTree {
     }
 
     /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
-    Node& nodeAt(std::string_view key) const;
+    Node& nodeAt(const SharedText& key) const;
 
     /// First child to last.
     static const std::vector<Node*>& GetChildren(const Node& node) { return node.children(); }

@@ -51,7 +51,7 @@ Node& Document::enter(const std::shared_ptr<clsItem>& item, Node& parent) {
     return enterRecord(*this, items_, item, item->sKey, item->sName, &parent, NodeKind::item);
 }
 
-const Node* Document::deviceNode(std::string_view name) const {
+const Node* Document::deviceNode(const SharedText& name) const {
     const Node* node = tree_.FindNode(name);
     if (node == nullptr || !node->isDevice()) node = left_.FindNode(name);
     return node != nullptr && node->isDevice() ? node : nullptr;
@@ -62,7 +62,7 @@ const std::shared_ptr<clsPLC>& Document::deviceAt(const Node& node) const {
     return devices_.at(node.key());
 }
 
-const std::shared_ptr<clsItem>& Document::itemUnder(std::string_view key) const {
+const std::shared_ptr<clsItem>& Document::itemUnder(const SharedText& key) const {
     const Node* node = tree_.FindNode(key);
     if (node == nullptr || node->kind() != NodeKind::item) {
         throw RunTimeError(ErrorNumber::invalidCall);

@@ -70,7 +70,7 @@ class Document {
 
     /// The node of a device of that name, in the tree or among what dragged devices left; null
     /// when there is none.
-    const Node* deviceNode(std::string_view name) const;
+    const Node* deviceNode(const SharedText& name) const;
 
     /// The device of a node. Raises ErrorNumber::invalidCall for a node that is none's, whatever
     /// device has its key.
@@ -78,7 +78,7 @@ class Document {
 
     /// The record of the item node with that key. Raises ErrorNumber::invalidCall for the key of
     /// another node, or of none: a row of the list may be out of date.
-    const std::shared_ptr<clsItem>& itemUnder(std::string_view key) const;
+    const std::shared_ptr<clsItem>& itemUnder(const SharedText& key) const;
 
     /// The item as it stands at its node. A copy made by dragging shares the record of its
     /// source, which bears the key and the name of one of the two; here each has its own. Raises
