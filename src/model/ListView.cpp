@@ -55,15 +55,19 @@ void ListView::addRow(Row row) {
 
 std::optional<std::size_t> ListView::findRow(const SharedText& key) const {
     if (!placesKnown_) {
-        rowOfKey_.clear();
-        rowOfKey_.reserve(rows_.size());
-        for (std::size_t row = 0; row < rows_.size(); ++row)
-            rowOfKey_.emplace(rows_[row].key, row);
+        places_.clear();
+        for (std::size_t row = 0; row < rows_.size(); ++row) {
+            // Keys lie all over the memory: a later one is fetched while this one is entered.
+            if (row + 16 < rows_.size()) {
+                __builtin_prefetch(std::string_view(rows_[row + 16].key).data());
+            }
+            places_.add({rows_[row].key, row});
+        }
         placesKnown_ = true;
     }
-    const auto place = rowOfKey_.find(key);
-    if (place == rowOfKey_.end()) return std::nullopt;
-    return place->second;
+    const Place* place = places_.find(key);
+    if (place == nullptr) return std::nullopt;
+    return place->row;
 }
 
 void ListView::setLastRowSubItem(std::size_t subItem, SharedText text) {
@@ -75,8 +79,8 @@ void ListView::renameRow(std::size_t row, const SharedText& key, const SharedTex
     Row& renamed = rows_.at(row);
     const auto holder = findRow(key);
     if (holder && *holder != row) throw RunTimeError(ErrorNumber::keyNotUnique);
-    rowOfKey_.erase(renamed.key);
-    rowOfKey_.emplace(key, row);
+    places_.take(renamed.key);
+    places_.add({key, row});
     renamed.key = key;
     renamed.text = text;
 }

@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
+#include "model/KeyedSet.h"
 #include "model/SharedText.h"
 
 /// What the list beside the tree shows. A view follows it through its listener.
@@ -115,12 +115,22 @@ class ListView {
     std::optional<std::size_t> sortColumn() const { return sortColumn_; }
 
  private:
+    /// Where the row with a key stands, and how the places are found by it.
+    struct Place {
+        static bool isEmpty(const Place& place) { return place.key.empty(); }
+        static const SharedText& keyOf(const Place& place) { return place.key; }
+        static bool equal(std::string_view a, std::string_view b) { return a == b; }
+
+        SharedText key;
+        std::size_t row = 0;
+    };
+
     void sortRows();
 
     View view_ = View::report;
     std::vector<Column> columns_;
     std::deque<Row> rows_;
-    mutable std::unordered_map<SharedText, std::size_t> rowOfKey_;
+    mutable KeyedSet<Place, Place> places_;
     mutable bool placesKnown_ = false;  // not before they are asked for
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
