@@ -72,13 +72,13 @@ class User : private EditorWorld {
     }
     Node* anyNode() {
         auto node = document.tree().nodes().begin();
-        for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
+        for (auto skipped = below(document.tree().nodes().size()); skipped > 0; --skipped)
             ++node;
         return (*node).get();
     }
 
     void doOne(std::size_t deed) {
-        const bool tree = document.open && document.tree().count() > 0;
+        const bool tree = document.open && document.tree().nodes().size() > 0;
         if (deed == 0 && tree) return click(anyNode()->key().string());
         if (deed == 1 && tree) return editor.TreeView1_DblClick();
         if (deed == 2 && tree) return editor.ListView1_DblClick();

@@ -138,15 +138,12 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
     for (const Node* node : nodes)
         for (TreeWalk walk(*node); Node* below = walk.next();)
             gone.push_back(below);
-    for (Node* each : gone)
-        receive(unlink(*each));
+    for (const Node* each : gone) {
+        for (Reference* reference : references_)
+            if (reference->node_ == each) reference->node_ = nullptr;
+        receive(nodes_.take(each->key_));
+    }
     if (listener_ != nullptr) listener_->removed();
-}
-
-std::unique_ptr<Node> ConfigTree::unlink(Node& node) {
-    for (Reference* reference : references_)
-        if (reference->node_ == &node) reference->node_ = nullptr;
-    return nodes_.take(node.key_);
 }
 
 void ConfigTree::clear() {
@@ -209,8 +206,6 @@ int ConfigTree::rowOf(const Node& node) {
     }
     return static_cast<int>(node.row_);
 }
-
-TreeWalk::TreeWalk(const Node& top) : current_(&top) {}
 
 Node* TreeWalk::next() {
     if (entered_ && !current_->children().empty()) {

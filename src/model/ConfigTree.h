@@ -188,8 +188,6 @@ class ConfigTree {
     /// The node's place among its siblings, from 0.
     static int rowOf(const Node& node);
 
-    std::size_t count() const { return nodes_.size(); }
-
     /// All nodes, in the order in which they were added.
     ///
     ///     for (const auto& node : tree.nodes()) use(*node);
@@ -200,7 +198,6 @@ class ConfigTree {
     template <typename Receive>
     void takeOut(const std::vector<Node*>& nodes, const Receive& receive);
     Node& append(Node* parent, std::unique_ptr<Node> node);
-    std::unique_ptr<Node> unlink(Node& node);
     static void addChild(Node& parent, Node& child);
 
     struct Keys {
@@ -222,7 +219,7 @@ class ConfigTree {
 ///     for (TreeWalk walk(top); Node* node = walk.next();) ...
 class TreeWalk {
  public:
-    explicit TreeWalk(const Node& top);
+    explicit TreeWalk(const Node& top) : current_(&top) {}
 
     /// The next node; null at the end.
     Node* next();

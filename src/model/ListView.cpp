@@ -70,10 +70,6 @@ std::optional<std::size_t> ListView::findRow(const SharedText& key) const {
     return place->row;
 }
 
-void ListView::setLastRowSubItem(std::size_t subItem, SharedText text) {
-    setSubItem(rows_.size() - 1, subItem, std::move(text));
-}
-
 void ListView::renameRow(std::size_t row, const SharedText& key, const SharedText& text) {
     const Update update(*this);
     Row& renamed = rows_.at(row);

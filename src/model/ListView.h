@@ -84,8 +84,6 @@ class ListView {
     void addRow(Row row);
     /// The place of the row with that key, if there is one.
     std::optional<std::size_t> findRow(const SharedText& key) const;
-    /// Sets the text in a column after the first of the last row, within the update that added it.
-    void setLastRowSubItem(std::size_t subItem, SharedText text);
 
     /// Gives a row another key and text. Raises ErrorNumber::keyNotUnique when another row has the
     /// key; then nothing has changed.

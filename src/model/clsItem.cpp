@@ -137,7 +137,7 @@ void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) co
                      .icon = sDataType,
                      .smallIcon = "item"});
         // The row stands, without its index, when the address is no number that fits.
-        if (withIndex) list.setLastRowSubItem(4, AddressToHex(sAddress, 4));
+        if (withIndex) list.setSubItem(list.rows().size() - 1, 4, AddressToHex(sAddress, 4));
     });
 }
 

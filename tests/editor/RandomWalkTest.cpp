@@ -82,7 +82,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
     const char* anyName() { return oneOf(oneIn(40) ? names : plainNames); }
     std::string anyKey() {
         auto node = document.tree().nodes().begin();
-        for (auto skipped = below(document.tree().count()); skipped > 0; --skipped)
+        for (auto skipped = below(document.tree().nodes().size()); skipped > 0; --skipped)
             ++node;
         return (*node)->key().string();
     }
@@ -94,7 +94,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
         disk.files["/a.xml"] = configuration(plc("A") + plc("F", branch("A", tag("x"))));
         desktop.clipboard = oneOf({"", "A\r\n", "A.x\n", "x\ny\n", "X\nA\n", "z\nNew_Item\n"});
         const auto records = document.items().count() + document.branches().count();
-        const bool isStuck = document.tree().count() < 5 && document.devices().count() > 2;
+        const bool isStuck = document.tree().nodes().size() < 5 && document.devices().count() > 2;
         const bool begin = !document.open || records > 40 || isStuck;
         document.saved |= begin;
         const std::string action = begin        ? oneOf({"mnuNewCfg", "mnuOpenCfg", "mnuImpCfg"})

@@ -69,7 +69,7 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
             if (node->kind() == NodeKind::branch) branches.insert(node->key());
             if (node->kind() == NodeKind::item) items.insert(node->key());
         }
-        EXPECT_EQ(nodes, tree->count());
+        EXPECT_EQ(nodes, tree->nodes().size());
     }
     const auto expectRecords = [](const auto& registry, const auto& keys) {
         EXPECT_EQ(registry.count(), keys.size());
