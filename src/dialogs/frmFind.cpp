@@ -26,7 +26,9 @@ void frmFind::selectMatch(int skipped) {
     if (txtFind.text.empty()) return;
     Node* match = nullptr;
     for (const auto& node : document_.tree().nodes()) {
-        if (!startsWithIgnoringCase(node->text(), txtFind.text)) continue;
+        const std::string_view begin =
+            std::string_view(node->text()).substr(0, txtFind.text.size());
+        if (!equalIgnoringCase(begin, txtFind.text)) continue;
         match = node.get();
         if (skipped-- == 0) break;
     }

@@ -112,11 +112,11 @@ void frmEditing::listContents(const Node& container) {
     ListView1.clearRows();
     ListView1.setColumns(itemColumns);
     ListView1.setView(ListView::View::report);
-    for (const Node* child : container.children()) {
+    for (const Node* child : container.GetChildren()) {
         if (child->kind() != NodeKind::item) continue;
         document_.itemAt(*child)->AddToListView(ListView1, true, desktop_);
         // Only a first child counts: items after a branch do not enable pasting names. Meant.
-        if (child == container.children().front()) {
+        if (child == container.GetChildren().front()) {
             EnMenuButt(commandStates::containerSelectedItemsListed);
         }
     }
@@ -302,12 +302,12 @@ void frmEditing::mnuAddItem_Click() {
         document_.itemDialog = {};
         frmItems form(document_, desktop_);
         form.Form_Load();
-        const bool wasEmpty = selectedNode(document_).children().empty();
+        const bool wasEmpty = selectedNode(document_).GetChildren().empty();
         forms_.showModal(form);
         Node& container = selectedNode(document_);
         // A node opens for the first that it holds.
-        if (wasEmpty && !container.children().empty()) {
-            document_.tree().ensureVisible(*container.children().front());
+        if (wasEmpty && !container.GetChildren().empty()) {
+            document_.tree().ensureVisible(*container.GetChildren().front());
         }
         TreeView1_NodeClick(container);
     });

@@ -54,7 +54,7 @@ class Lines {
 /// The file has a place for what stands below a device only. What was dragged to the root must
 /// not be left out without a word.
 void requireDevicesOnly(const Node& root) {
-    for (const Node* child : root.children())
+    for (const Node* child : root.GetChildren())
         if (isSaved(*child) && !child->isDevice()) refuse(*child, "stands below no device");
 }
 
@@ -111,9 +111,9 @@ class KeysWhenRead {
     bool mayMeetBranch(const Node& item) {
         if (parent_ != item.parent()) {
             parent_ = item.parent();
-            standsBesideBranch_ = !std::ranges::all_of(parent_->children(), [](const Node* child) {
-                return child->kind() == NodeKind::item;
-            });
+            standsBesideBranch_ = !std::ranges::all_of(
+                parent_->GetChildren(),
+                [](const Node* child) { return child->kind() == NodeKind::item; });
         }
         return standsBesideBranch_ || hasPoint(item);
     }

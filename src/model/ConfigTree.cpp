@@ -18,7 +18,7 @@ std::string_view tagOf(NodeKind kind) {
     return {};
 }
 
-const std::vector<Node*>& Node::children() const {
+const std::vector<Node*>& Node::GetChildren() const {
     static const std::vector<Node*> none;
     return children_ == nullptr ? none : *children_;
 }
@@ -51,7 +51,7 @@ Node& ConfigTree::AddNode(Node* parent, SharedText key, SharedText text, NodeKin
     node->key_ = std::move(key);
     node->text_ = std::move(text);
     node->kind_ = kind;
-    const auto row = parent == nullptr ? 0 : parent->children().size();
+    const auto row = parent == nullptr ? 0 : parent->GetChildren().size();
     if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
     Node& added = append(parent, std::move(node));
     if (parent == nullptr) {
@@ -87,7 +87,7 @@ Node& ConfigTree::nodeAt(const SharedText& key) const {
 Node* ConfigTree::heirOf(const Node& leaving) {
     Node* parent = leaving.parent_;
     const auto stays = [](const Node* sibling) { return !sibling->leaving_; };
-    const auto& siblings = parent->children();
+    const auto& siblings = parent->GetChildren();
     const auto place = siblings.begin() + rowOf(leaving);
     const auto next = std::find_if(place, siblings.end(), stays);
     if (next != siblings.end()) return *next;
@@ -200,7 +200,7 @@ int ConfigTree::rowOf(const Node& node) {
     if (parent == nullptr) return 0;
     if (!parent->childRowsKnown_) {
         std::uint32_t row = 0;
-        for (const Node* child : parent->children())
+        for (const Node* child : parent->GetChildren())
             child->row_ = row++;
         parent->childRowsKnown_ = true;
     }
@@ -208,15 +208,15 @@ int ConfigTree::rowOf(const Node& node) {
 }
 
 Node* TreeWalk::next() {
-    if (entered_ && !current_->children().empty()) {
+    if (entered_ && !current_->GetChildren().empty()) {
         path_.push_back({current_, 0});
     } else {
-        while (!path_.empty() && ++path_.back().child == path_.back().parent->children().size())
+        while (!path_.empty() && ++path_.back().child == path_.back().parent->GetChildren().size())
             path_.pop_back();
     }
     entered_ = true;
     if (path_.empty()) return nullptr;
-    Node* node = path_.back().parent->children()[path_.back().child];
+    Node* node = path_.back().parent->GetChildren()[path_.back().child];
     current_ = node;
     return node;
 }

@@ -11,7 +11,8 @@
 #include "model/KeyedSet.h"
 #include "model/SharedText.h"
 
-/// What a node stands for. Its tag is the name under which rules and views know the kind.
+/// What a node stands for. Its tag is the name under which rules and views know the kind, and the
+/// key of its picture; that of the root belongs to the views.
 enum class NodeKind : std::uint8_t { config, plc, branch, item };
 
 /// "config", "plc", "branch" or "item".
@@ -24,13 +25,10 @@ class Node {
     const SharedText& key() const { return key_; }
     const SharedText& text() const { return text_; }
     NodeKind kind() const { return kind_; }
-    std::string_view tag() const { return tagOf(kind_); }
-    /// The key of the node's picture; that of the root belongs to the views.
-    std::string_view image() const { return tag(); }
     /// Null for the root.
     Node* parent() const { return parent_; }
     /// First child to last.
-    const std::vector<Node*>& children() const;
+    const std::vector<Node*>& GetChildren() const;
     /// True when the views show the node's children.
     bool expanded() const { return expanded_; }
 
@@ -146,9 +144,6 @@ class ConfigTree {
 
     /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
     Node& nodeAt(const SharedText& key) const;
-
-    /// First child to last.
-    static const std::vector<Node*>& GetChildren(const Node& node) { return node.children(); }
 
     /// Takes the node, which is not the root, and everything below it out of the tree. When the
     /// selected node goes with it, the node's next sibling, else its previous one, else its parent

@@ -114,7 +114,7 @@ const Node* namesakeOf(const Node& node, const ConfigTree& tree) {
     const Node* inCapitals = tree.FindNode(joinKey(node.parent()->key(), upperCase(node.text())));
     if (isAnother(inCapitals)) return inCapitals;
     if (!node.isDroppedDevice()) return nullptr;  // of two branches, no two differ in case only
-    const auto& siblings = node.parent()->children();
+    const auto& siblings = node.parent()->GetChildren();
     const auto found = std::ranges::find_if(siblings, [&](const Node* sibling) {
         return sibling->kind() != NodeKind::item && isAnother(sibling) &&
                equalIgnoringCase(sibling->text(), node.text());

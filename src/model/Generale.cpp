@@ -110,7 +110,7 @@ bool CheckDuplNames(NodeKind kind, std::string_view name, const ConfigTree& tree
         const Node* selected = tree.selected();
         const Node* parent = selected != nullptr && useParent ? selected->parent() : selected;
         if (parent == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
-        free = std::ranges::none_of(parent->children(), [&](const Node* child) {
+        free = std::ranges::none_of(parent->GetChildren(), [&](const Node* child) {
             return child->kind() == kind && child->text() == name && child != selected;
         });
         if (!free) tell("Name already existing. Please use a different name");

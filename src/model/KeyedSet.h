@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -101,7 +100,6 @@ class KeyedSet {
  private:
     struct Slot {
         static constexpr std::uint32_t nowhere = 0xFFFFFFFF;
-
         bool isEmpty() const { return place == nowhere; }
 
         std::uint32_t hash = 0;

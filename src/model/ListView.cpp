@@ -57,10 +57,6 @@ std::optional<std::size_t> ListView::findRow(const SharedText& key) const {
     if (!placesKnown_) {
         places_.clear();
         for (std::size_t row = 0; row < rows_.size(); ++row) {
-            // Keys lie all over the memory: a later one is fetched while this one is entered.
-            if (row + 16 < rows_.size()) {
-                __builtin_prefetch(std::string_view(rows_[row + 16].key).data());
-            }
             places_.add({rows_[row].key, row});
         }
         placesKnown_ = true;

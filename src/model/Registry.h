@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
 #include <string_view>
 #include <utility>
 
@@ -65,7 +64,11 @@ class Registry {
     }
 
     /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
-    const std::shared_ptr<T>& at(const SharedText& key) const { return entryAt(key).record; }
+    const std::shared_ptr<T>& at(const SharedText& key) const {
+        const Entry* entry = entries_.find(key);
+        if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        return entry->record;
+    }
 
     /// The record that was added last. Raises ErrorNumber::invalidCall when there is none.
     const std::shared_ptr<T>& last() const {
@@ -85,10 +88,11 @@ class Registry {
     template <typename Change>
     void rekey(const SharedText& oldKey, const SharedText& newKey, Change&& changeRecord) {
         if (newKey.empty()) throw RunTimeError(ErrorNumber::invalidCall);
-        const Entry& entry = entryAt(oldKey);
+        auto record = at(oldKey);
         const Entry* holder = entries_.find(newKey);
-        if (holder != nullptr && holder != &entry) throw RunTimeError(ErrorNumber::keyTaken);
-        auto record = entry.record;
+        if (holder != nullptr && !Keys::equal(holder->key, oldKey)) {
+            throw RunTimeError(ErrorNumber::keyTaken);
+        }
         remove(oldKey);
         std::forward<Change>(changeRecord)(*record);
         add(std::move(record), newKey);
@@ -97,11 +101,5 @@ class Registry {
     void clear() { entries_.clear(); }
 
  private:
-    const Entry& entryAt(const SharedText& key) const {
-        const Entry* entry = entries_.find(key);
-        if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
-        return *entry;
-    }
-
     Entries entries_;
 };

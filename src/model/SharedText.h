@@ -46,9 +46,6 @@ class SharedText {
     friend std::string operator+(std::string_view a, const SharedText& b) {
         return std::string(a).append(b);
     }
-    friend std::string operator+(const SharedText& a, std::string_view b) {
-        return a.string().append(b);
-    }
     friend bool operator==(const SharedText& a,
                            const std::convertible_to<std::string_view> auto& b) {
         return std::string_view(a) == std::string_view(b);

@@ -160,10 +160,6 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
     return i == j;
 }
 
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix) {
-    return text.size() >= prefix.size() && equalIgnoringCase(text.substr(0, prefix.size()), prefix);
-}
-
 std::uint32_t hashIgnoringCase(std::string_view text) {
     // The steps of FNV-1a, 64 bits (http://www.isthe.com/chongo/tech/comp/fnv/), taken over
     // eight ASCII characters at a time where there are so many, else over one character. Texts

@@ -32,10 +32,6 @@ std::uint32_t hashIgnoringCase(std::string_view text);
 /// by their bytes, so that the order is the same on every machine.
 bool alphabeticallyBefore(std::string_view a, std::string_view b);
 
-/// True when the text begins with so many characters as the prefix has, and they are the same but
-/// for letter case.
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix);
-
 /// The text without leading and trailing blanks.
 std::string trimBlanks(std::string_view text);
 

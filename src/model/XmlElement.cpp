@@ -16,7 +16,7 @@ std::string GetXmlParentPath(const XmlElement& element) {
     for (const auto* each = &element; each != nullptr && each->name != "TAGS"; each = each->parent)
         length += each->name.size() + 1;
     std::string path(length, '.');
-    for (const auto* each = &element; length > 0; each = each->parent) {
+    for (const auto* each = &element; each != nullptr && length > 0; each = each->parent) {
         length -= each->name.size() + 1;
         each->name.copy(path.data() + length, each->name.size());
     }

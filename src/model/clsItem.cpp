@@ -41,12 +41,15 @@ struct TagParts {
 const TagParts& partsFor(std::size_t level) {
     static std::vector<TagParts> known;
     while (known.size() <= level) {
-        const std::string outer = Indent(known.size());
-        const std::string next = "\r\n" + outer + "\t<";
-        known.push_back({outer + "<tag>" + next + "name>", "</name>" + next + "comment>",
-                         "</comment>" + next + "address>", "</address>" + next + "eistype>",
-                         "</eistype>" + next + "flag>", "</flag>" + next + "accessrights>",
-                         next + "elements>", "\r\n" + outer + "</tag>"});
+        const std::string line = "\r\n" + Indent(known.size());
+        const auto after = [&](std::string_view tag, std::string_view next) {
+            return std::string(tag).append(line).append("\t").append(next);
+        };
+        known.push_back({after(Indent(known.size()) + "<tag>", "<name>"),
+                         after("</name>", "<comment>"), after("</comment>", "<address>"),
+                         after("</address>", "<eistype>"), after("</eistype>", "<flag>"),
+                         after("</flag>", "<accessrights>"), after("", "<elements>"),
+                         line + "</tag>"});
     }
     return known[level];
 }

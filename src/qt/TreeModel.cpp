@@ -25,13 +25,10 @@ Node* TreeModel::nodeAt(const QModelIndex& index) {
 
 QModelIndex TreeModel::index(int row, int column, const QModelIndex& parent) const {
     if (row < 0 || column != 0 || row >= rowCount(parent)) return {};
-    if (!parent.isValid()) return createIndex(row, column, tree_.root());
-    const auto& siblings = nodeAt(parent)->children();
-    const auto place = static_cast<std::size_t>(row);
-    // A view lays out one row after the other. Nodes lie all over the memory: it is to have
-    // fetched the next ones when they are asked for their children.
-    if (place + 8 < siblings.size()) __builtin_prefetch(siblings[place + 8]);
-    return createIndex(row, column, siblings[place]);
+    const Node* node = parent.isValid()
+                           ? nodeAt(parent)->GetChildren()[static_cast<std::size_t>(row)]
+                           : tree_.root();
+    return createIndex(row, column, node);
 }
 
 QModelIndex TreeModel::parent(const QModelIndex& index) const {
@@ -40,7 +37,7 @@ QModelIndex TreeModel::parent(const QModelIndex& index) const {
 
 int TreeModel::rowCount(const QModelIndex& parent) const {
     if (!parent.isValid()) return tree_.root() == nullptr ? 0 : 1;
-    return static_cast<int>(nodeAt(parent)->children().size());
+    return static_cast<int>(nodeAt(parent)->GetChildren().size());
 }
 
 int TreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
@@ -52,7 +49,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole: return toQt(node.text(), drawnCharacters);
         case CellDelegate::wholeTextRole: return toQt(node.text(), CellDelegate::shownInTooltip);
         case Qt::DecorationRole: {
-            const QIcon& picture = icons::tree(node.image());
+            const QIcon& picture = icons::tree(tagOf(node.kind()));
             return spoilsFile(node, tree_).empty() ? picture : icons::marked(picture);
         }
         case Qt::ForegroundRole:

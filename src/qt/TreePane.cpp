@@ -323,7 +323,7 @@ void TreePane::followSelection() { setCurrentIndex(model_->indexOf(tree_.selecte
 void TreePane::restoreAfterReset() {
     width_.reset();
     for (const auto& node : tree_.nodes()) {
-        if (node->expanded() && !node->children().empty()) {
+        if (node->expanded() && !node->GetChildren().empty()) {
             setExpanded(model_->indexOf(node.get()), true);
         }
     }

@@ -162,7 +162,7 @@ class RandomWalk : public ::testing::Test, protected EditorWorld {
     /// All of a configuration, with names of branches as they are read.
     static std::string contents(const Document& of, const Node& node) {
         std::string text;
-        for (const Node* child : node.children())
+        for (const Node* child : node.GetChildren())
             if (child->kind() == NodeKind::item) {
                 of.itemAt(*child)->GetXmlTag(0, text);
             } else if (isSaved(*child)) {

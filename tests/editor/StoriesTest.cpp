@@ -310,7 +310,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         std::string expanded;
         const ConfigTree& tree = document.tree();
         for (const auto& node : tree.nodes())
-            if (node->expanded()) expanded += node->key() + " ";
+            if (node->expanded()) expanded += node->key().string() + " ";
         std::string list, rows;
         for (const auto& row : editor.ListView1.rows()) {
             if (row.selected) rows += row.text + " ";

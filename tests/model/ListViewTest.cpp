@@ -46,7 +46,7 @@ TEST(List, KeepsItsRowsAsAPlainVectorSortedAfterEachChangeDoes) {
             const std::string newKey = device + std::to_string(i + 100);
             list.rekeyRows(row.key, newKey);
             for (ListView::Row& each : expected)
-                if (each.key == row.key || each.key.string().starts_with(row.key + "."))
+                if (each.key == row.key || each.key.string().starts_with(row.key.string() + "."))
                     each.key = newKey + each.key.string().substr(row.key.size());
         }
         const auto* current = list.selectedRow();

@@ -85,7 +85,7 @@ class WindowWorld {
         auto row = alsoInTree ? tree.model()->index(0, 0) : QModelIndex();
         for (; row.isValid(); row = tree.indexBelow(row)) {
             const Node& node = *TreeModel::nodeAt(row);
-            if (node.expanded() != tree.isExpanded(row) && !node.children().empty())
+            if (node.expanded() != tree.isExpanded(row) && !node.GetChildren().empty())
                 return "other nodes are open";
             widest =
                 std::max(widest, tree.visualRect(row).left() + tree.sizeHintForIndex(row).width());

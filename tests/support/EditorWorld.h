@@ -36,7 +36,7 @@ inline std::string configuration(const std::string& devices, const std::string& 
 
 inline std::string contentsOf(const Node& node) {
     std::string line;
-    for (const Node* child : node.children()) {
+    for (const Node* child : node.GetChildren()) {
         if (!line.empty()) line += " ";
         line += child->text();
         if (child->kind() != NodeKind::item) line += "[" + contentsOf(*child) + "]";
@@ -59,11 +59,12 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
         std::size_t nodes = 1;
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next(); ++nodes) {
             const Node* parent = node->parent();
-            EXPECT_EQ(node->key(), (node->isDevice() ? "" : parent->key() + ".") + node->text());
+            EXPECT_EQ(node->key(),
+                      (node->isDevice() ? "" : parent->key().string() + ".") + node->text());
             EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key().string();
             EXPECT_EQ(tree->FindNode(node->key()), node);
             const auto row = static_cast<std::size_t>(ConfigTree::rowOf(*node));
-            EXPECT_TRUE(row < parent->children().size() && parent->children()[row] == node);
+            EXPECT_TRUE(row < parent->GetChildren().size() && parent->GetChildren()[row] == node);
             EXPECT_TRUE(all.insert(node->key()).second) << node->key().string();
             if (node->isDevice()) devices.insert(node->key());
             if (node->kind() == NodeKind::branch) branches.insert(node->key());
