@@ -33,12 +33,12 @@ class Limits : public ::testing::Test, protected EditorWorld {
         const std::string question = "File /house.xml already existing. Overwrite?\n";
         return told().substr(question.size());
     }
-    void addBranch(const std::string& name) {
+    /// Whenever a branch is asked for.
+    void willName(const std::string& name) {
         forms.whenShown<frmBranch>([name](frmBranch& form) {
             form.txtBranchName.text = name;
             form.cmdOk_Click();
         });
-        editor.mnuAddBranch_Click();
     }
     static std::string nested(std::size_t levels, const std::string& name,
                               const std::string& contents) {
@@ -76,6 +76,12 @@ TEST_F(Limits, FilesThatAreNoTextAreSurvived) {
     EXPECT_EQ(opened(utf16), "\u00E4[]");
 }
 
+TEST_F(Limits, NoErrorEscapesThatIsNotOneOfTheEditorsOwn) {
+    EXPECT_FALSE(reportErrors(desktop, "a", [] { throw std::length_error("too long"); }));
+    EXPECT_FALSE(reportErrors(desktop, "b", [] { throw 1; }));
+    EXPECT_EQ(told(), " Error n. 51  too long in a\n Error n. 51  Internal error in b\n");
+}
+
 TEST_F(Limits, OfManyFaultsTheFirstAreTold) {
     std::string told;
     for (int i = 0; i < 5; ++i)
@@ -105,7 +111,8 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     const std::string longest(65532, 'n');
     EXPECT_EQ(opened(nested(1, "F", tag(longest))), "A[] B[F[" + longest + "]]");
     click("B.F");
-    addBranch(longest + "n");
+    willName(longest + "n");
+    editor.mnuAddBranch_Click();
     EXPECT_EQ(saved().substr(114),
               "\" has a path longer than 64 KB and cannot be saved in PrintBranch\n");
 
@@ -114,7 +121,8 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     EXPECT_EQ(saved(), "/house.xml saved\n");
     EXPECT_EQ(opened(std::string(disk.files["/house.xml"])), deepest);
     click(document.branches().last()->sKey.string());
-    addBranch("G");
+    willName("G");
+    editor.mnuAddBranch_Click();
     EXPECT_EQ(saved().substr(114),
               "\" lies more than 1,000 deep and cannot be saved in PrintBranch\n");
 }
@@ -145,10 +153,7 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
     editor.mnuAddItem_Click();
     EXPECT_EQ(editor.ListView1.rows().size(), 65536U);
     EXPECT_EQ(document.itemCounter, 65537) << "more than 16 bits hold";
-    forms.whenShown<frmBranch>([](frmBranch& form) {
-        form.txtBranchName.text = "B";
-        form.cmdOk_Click();
-    });
+    willName("B");
     editor.TreeView1_DblClick();
     EXPECT_EQ(document.items().last()->sKey, "Plant.B.New_Item_65536");
 #ifdef NDEBUG
@@ -174,7 +179,8 @@ TEST_F(Limits, MemoryDoesNotGrowInAThousandRounds) {
     for (int round = 1; round <= 1000; ++round) {
         open("/house.xml", configuration(plc("Plant", branch("F", tag("x")))));
         click("Plant");
-        addBranch("G");
+        willName("G");
+        editor.mnuAddBranch_Click();
         EXPECT_EQ(saved(), "/house.xml saved\n");
         editor.mnuCloseCfg_Click();
         registry.calls.clear();

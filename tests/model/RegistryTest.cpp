@@ -56,10 +56,7 @@ TEST(Registry, IsAListInOrderOfAddingWhoseKeysDifferInMoreThanLetterCase) {
             keys.push_back(upperCase(*record));
         ASSERT_EQ(keys, expected);
         ASSERT_EQ(registry.count(), expected.size());
-        expectThat(!keys.empty(), [&] {
-            const std::string& last = *registry.last();
-            EXPECT_EQ(upperCase(last), keys.back());
-        });
+        expectThat(!keys.empty(), [&] { EXPECT_EQ(upperCase(*registry.last()), keys.back()); });
     }
 }
 

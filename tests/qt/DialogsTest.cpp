@@ -75,10 +75,9 @@ class DialogsTest : public QObject {
             "types txtItemName Lamp; types txtAddress0 1; types txtAddress1 1x; "
             "types txtAddress2 10; Return");
         run("mnuAddItem",
-            "types txtItemName Door; types txtAddress0 1; types txtAddress1 2; types txtAddress2 "
-            "1; "
-            "clicks cmdAdd; finds txtItemName New_Item_2; enters at cmdAdd; "
-            "finds txtItemName New_Item_3; clicks cmdAdd; Esc");
+            "types txtItemName Door; types txtAddress0 1; types txtAddress1 2; "
+            "types txtAddress2 1; clicks cmdAdd; finds txtItemName New_Item_2; "
+            "enters at cmdAdd; finds txtItemName New_Item_3; clicks cmdAdd; Esc");
         run("mnuAddItem",
             "types txtItemName Vec; types txtAddress0 1; types txtAddress1 3; types txtAddress2 1; "
             "clicks cmdGroup; types txtNumbItems 9; clicks cmdGroup; finds txtNumbItems 1; "
