@@ -56,7 +56,8 @@ TEST(Registry, IsAListInOrderOfAddingWhoseKeysDifferInMoreThanLetterCase) {
             keys.push_back(upperCase(*record));
         ASSERT_EQ(keys, expected);
         ASSERT_EQ(registry.count(), expected.size());
-        expectThat(!keys.empty(), [&] { EXPECT_EQ(upperCase(*registry.last()), keys.back()); });
+        expectThat(!keys.empty(), [&] { keys.push_back(upperCase(*registry.last())); });
+        ASSERT_TRUE(keys.empty() || keys.back() == expected.back());
     }
 }
 
