@@ -253,13 +253,17 @@ std::vector<const Node*> devicesOf(const Document& document) {
     return nodes;
 }
 
-/// Ends the writing of a file; the user has been told why.
-struct AlreadyTold {};
+/// Ends the writing of a file. The user is told why once nothing of it is left.
+struct GivenUp {
+    void showMessage(const std::string& text) { message = text; }
+    std::string message;
+};
 
-/// Writes the whole file. Raises AlreadyTold when a part of it could not be written, and an error
-/// that names what could not be read back.
+/// Writes the whole file. Raises GivenUp when a part of it could not be written, and an error that
+/// names what could not be read back.
 void writeConfiguration(const Document& document, const std::vector<const Node*>& devices,
-                        const Tell& tell, const Write& write) {
+                        const Write& write) {
+    GivenUp failure;
     Output output(document);
     for (const Node* device : devices)
         output.keys.addDevice(*device);
@@ -275,8 +279,8 @@ void writeConfiguration(const Document& document, const std::vector<const Node*>
         lines.add(3, {"<tags>"});
         Contents contents(output, document, *device);
         for (bool more = true; more;) {
-            if (!reportErrors(tell, "PrintBranch", [&] { more = contents.PrintBranch(); })) {
-                throw AlreadyTold();
+            if (!reportErrors(failure, "PrintBranch", [&] { more = contents.PrintBranch(); })) {
+                throw failure;
             }
             if (more) lines.writeTo(write);
         }
@@ -299,12 +303,11 @@ bool CreateXML(const std::string& path, const Document& document, Disk& disk, De
         if (const Node* root = document.tree().root(); root != nullptr) requireDevicesOnly(*root);
         const std::vector<const Node*> devices = devicesOf(document);
         try {
-            disk.replace(path, [&](const Write& write) {
-                writeConfiguration(document, devices, desktop, write);
-            });
+            disk.replace(path,
+                         [&](const Write& write) { writeConfiguration(document, devices, write); });
             written = true;
-        } catch (const AlreadyTold&) {
-            // Nothing is written.
+        } catch (const GivenUp& failure) {
+            desktop.showMessage(failure.message);
         }
     });
     return written;
