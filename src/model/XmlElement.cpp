@@ -12,11 +12,14 @@ const std::string& XmlElement::attribute(std::string_view attributeName) const {
 }
 
 std::string GetXmlParentPath(const XmlElement& element) {
+    const XmlElement* contents = nullptr;
+    for (const auto* each = &element; each != nullptr; each = each->parent)
+        if (each->name == "TAGS") contents = each;
     std::size_t length = 0;
-    for (const auto* each = &element; each != nullptr && each->name != "TAGS"; each = each->parent)
+    for (const auto* each = &element; each != contents; each = each->parent)
         length += each->name.size() + 1;
     std::string path(length, '.');
-    for (const auto* each = &element; each != nullptr && length > 0; each = each->parent) {
+    for (const auto* each = &element; each != contents; each = each->parent) {
         length -= each->name.size() + 1;
         each->name.copy(path.data() + length, each->name.size());
     }

@@ -34,6 +34,6 @@ struct XmlElement {
     }
 };
 
-/// The dotted path of the branch elements from a device's contents (its TAGS element, not part
-/// of the path) down to `element`: "A.B." for B within A, "" for TAGS itself.
+/// The dotted path of the branch elements from a device's contents (its TAGS element, not part of
+/// the path; a branch may have that name too) down to `element`: "A.B." for B within A.
 std::string GetXmlParentPath(const XmlElement& element);
