@@ -63,11 +63,10 @@ class KeyedSet {
     /// False, and nothing has changed, when the thing's key is taken.
     bool add(Thing&& thing) {
         if (things_.size() + 1 > slots_.size() / 3 * 2) makeRoom();
-        const SharedText& key = Keys::keyOf(thing);
-        Slot& slot = slots_[slotOf(key)];
+        Slot& slot = slots_[slotOf(Keys::keyOf(thing))];
         if (!slot.isEmpty()) return false;
-        slot = {key.hash(), static_cast<std::uint32_t>(things_.size())};
         things_.push_back(std::move(thing));
+        slot = {Keys::keyOf(things_.back()).hash(), static_cast<std::uint32_t>(things_.size() - 1)};
         return true;
     }
 
