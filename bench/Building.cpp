@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "model/Generale.h"
+#include "model/Keys.h"
 
 namespace {
 

@@ -4,3 +4,6 @@
 /// The filter of names: the code of a typed character that may pass ("-", "_", digits, ASCII
 /// letters, Backspace), else 0.
 int filterNameKey(int code);
+
+/// The key filter of numeric fields: the code of a typed character that may pass, else 0.
+int FilterNumericKey(int code);

@@ -2,8 +2,9 @@
 
 #include <string>
 
+#include "base/Reporting.h"
+#include "model/Checks.h"
 #include "model/Generale.h"
-#include "model/Reporting.h"
 
 void frmBranch::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {

@@ -1,8 +1,8 @@
 #include "dialogs/frmFind.h"
 
-#include "model/Numbers.h"
-#include "model/Reporting.h"
-#include "model/Text.h"
+#include "base/Numbers.h"
+#include "base/Reporting.h"
+#include "base/Text.h"
 
 void frmFind::Form_Load() {
     txtFind.text.clear();

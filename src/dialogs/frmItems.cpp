@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "model/Numbers.h"
-#include "model/Reporting.h"
+#include "base/Numbers.h"
+#include "base/Reporting.h"
+#include "model/Checks.h"
+#include "model/Generale.h"
 
 namespace {
 

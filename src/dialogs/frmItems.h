@@ -9,7 +9,6 @@
 #include "dialogs/Controls.h"
 #include "dialogs/KeyFilters.h"
 #include "model/Document.h"
-#include "model/Generale.h"
 
 /// Name, comment, group address, data type, access right, flag and number of elements of an
 /// item: to add one below the selected device or branch, to add a run of them with consecutive

@@ -2,10 +2,11 @@
 
 #include <string>
 
+#include "base/Numbers.h"
+#include "base/Reporting.h"
 #include "dialogs/Connections.h"
+#include "model/Checks.h"
 #include "model/Generale.h"
-#include "model/Numbers.h"
-#include "model/Reporting.h"
 
 void frmPLC::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {

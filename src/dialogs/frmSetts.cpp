@@ -2,8 +2,8 @@
 
 #include <string>
 
+#include "base/Numbers.h"
 #include "dialogs/Connections.h"
-#include "model/Numbers.h"
 
 void frmSetts::Form_Load() {
     cmbPort.list = portNames();

@@ -3,9 +3,9 @@
 
 #include <optional>
 
+#include "base/RunTimeError.h"
 #include "dialogs/Controls.h"
 #include "model/GlobalSets.h"
-#include "model/RunTimeError.h"
 
 /// Shows and changes the bus connection that new devices are given. It takes anything: an empty
 /// port, a type that no coupler has, a time-out of 0 or less.

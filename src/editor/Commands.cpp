@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <initializer_list>
 
+#include "base/RunTimeError.h"
 #include "editor/frmEditing.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

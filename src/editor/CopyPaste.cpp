@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/Numbers.h"
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "editor/frmEditing.h"
 #include "model/Generale.h"
-#include "model/Numbers.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

@@ -3,10 +3,10 @@
 #include <string>
 #include <vector>
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "editor/frmEditing.h"
 #include "model/Generale.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
 
 void Deletion::mnuDelete_Click() {
     reportErrors(desktop_, "mnuDelete_Click", [&] {

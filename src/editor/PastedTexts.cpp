@@ -1,10 +1,11 @@
 #include "editor/PastedTexts.h"
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 #include "dialogs/frmReplace.h"
+#include "model/Checks.h"
 #include "model/Generale.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
 
 std::vector<std::string> pastedLines(std::string_view text) {
     const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";

@@ -2,9 +2,9 @@
 
 #include <exception>
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "model/Generale.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
 
 bool TreeDrag::TreeView1_MouseDown(int button, int shift, Node* node) {
     if (button != rightButton) return false;

@@ -4,15 +4,15 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 #include "dialogs/frmBranch.h"
 #include "dialogs/frmItems.h"
 #include "dialogs/frmPLC.h"
 #include "dialogs/frmSetts.h"
 #include "model/Generale.h"
 #include "model/Product.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
 
 namespace {
 

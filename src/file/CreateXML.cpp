@@ -7,11 +7,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 #include "model/FileFitness.h"
-#include "model/Generale.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "model/Keys.h"
 
 namespace {
 

@@ -4,13 +4,12 @@
 #include <optional>
 #include <vector>
 
+#include "base/Numbers.h"
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "desktop/EventTurns.h"
 #include "file/XmlParser.h"
 #include "model/FileFitness.h"
-#include "model/Generale.h"
-#include "model/Numbers.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

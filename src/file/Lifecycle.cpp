@@ -1,10 +1,10 @@
 #include "file/Lifecycle.h"
 
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "file/CreateXML.h"
 #include "file/ImportXML.h"
 #include "model/Product.h"
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

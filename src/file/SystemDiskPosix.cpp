@@ -18,8 +18,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/RunTimeError.h"
 #include "file/Disk.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

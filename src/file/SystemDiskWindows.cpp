@@ -10,8 +10,8 @@
 #include <system_error>
 #include <vector>
 
+#include "base/RunTimeError.h"
 #include "file/Disk.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

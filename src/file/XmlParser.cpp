@@ -15,8 +15,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -3,9 +3,9 @@
 #include <memory>
 #include <vector>
 
-#include "model/Reporting.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/Reporting.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 namespace {
 

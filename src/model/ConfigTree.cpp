@@ -5,8 +5,8 @@
 #include <optional>
 #include <utility>
 
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 std::string_view tagOf(NodeKind kind) {
     switch (kind) {

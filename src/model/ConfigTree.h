@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "model/KeyedSet.h"
-#include "model/SharedText.h"
+#include "base/KeyedSet.h"
+#include "base/SharedText.h"
 
 /// What a node stands for. Its tag is the name under which rules and views know the kind, and the
 /// key of its picture; that of the root belongs to the views.

@@ -4,8 +4,7 @@
 #include <malloc.h>
 #endif
 
-#include "model/Generale.h"
-#include "model/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 void Document::setCountersFromRecords() {
     deviceCounter = static_cast<int>(devices_.count()) + 1;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "model/Generale.h"
-#include "model/Text.h"
+#include "base/Text.h"
+#include "model/Keys.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 const SharedText& ListView::Row::cell(std::size_t column) const {
     static const SharedText none;

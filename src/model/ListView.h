@@ -9,8 +9,8 @@
 #include <string_view>
 #include <vector>
 
-#include "model/KeyedSet.h"
-#include "model/SharedText.h"
+#include "base/KeyedSet.h"
+#include "base/SharedText.h"
 
 /// What the list beside the tree shows. A view follows it through its listener.
 class ListView {

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <utility>
 
-#include "model/KeyedSet.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/KeyedSet.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 /// An ordered, keyed collection of shared records: insertion order, keys matched without regard
 /// to letter case; adding, finding and removing take constant time.

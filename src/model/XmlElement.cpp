@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "model/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 const std::string& XmlElement::attribute(std::string_view attributeName) const {
     const auto found =
@@ -25,3 +25,5 @@ std::string GetXmlParentPath(const XmlElement& element) {
     }
     return path;
 }
+
+std::string Indent(std::size_t level) { return std::string(level, '\t'); }

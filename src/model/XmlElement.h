@@ -1,6 +1,7 @@
 // An element of an XML file as a reader delivers it.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <span>
 #include <string>
@@ -37,3 +38,6 @@ struct XmlElement {
 /// The dotted path of the branch elements from a device's contents (its TAGS element, not part of
 /// the path; a branch may have that name too) down to `element`: "A.B." for B within A.
 std::string GetXmlParentPath(const XmlElement& element);
+
+/// That many tab characters: the beginning of a line of a configuration file.
+std::string Indent(std::size_t level);

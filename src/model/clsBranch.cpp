@@ -1,6 +1,6 @@
 #include "model/clsBranch.h"
 
-#include "model/Generale.h"
+#include "model/Keys.h"
 
 void clsBranch::build(const XmlElement& element, const SharedText& deviceName) {
     sName = element.name;

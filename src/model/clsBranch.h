@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "model/SharedText.h"
+#include "base/SharedText.h"
 #include "model/XmlElement.h"
 
 /// A branch: a named folder below a device or another branch.

@@ -2,10 +2,11 @@
 
 #include <utility>
 
-#include "model/Generale.h"
-#include "model/Numbers.h"
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/Numbers.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
+#include "model/Addresses.h"
+#include "model/Keys.h"
 
 namespace {
 

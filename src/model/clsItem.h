@@ -7,10 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Reporting.h"
+#include "base/SharedText.h"
 #include "model/ConfigTree.h"
 #include "model/ListView.h"
-#include "model/Reporting.h"
-#include "model/SharedText.h"
 #include "model/XmlElement.h"
 
 /// The fields of the item dialog, as the user left them.

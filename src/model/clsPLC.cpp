@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "model/Numbers.h"
-#include "model/Text.h"
+#include "base/Numbers.h"
+#include "base/Text.h"
 
 void clsPLC::setPort(std::string port) { port_ = std::move(port); }
 

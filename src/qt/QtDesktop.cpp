@@ -8,8 +8,8 @@
 #include <QMessageBox>
 #include <QStandardPaths>
 
+#include "base/RunTimeError.h"
 #include "model/Product.h"
-#include "model/RunTimeError.h"
 #include "qt/FormDialog.h"
 #include "qt/Text.h"
 

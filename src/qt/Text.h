@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "model/Text.h"
+#include "base/Text.h"
 
 inline QString toQt(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));

@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "model/Generale.h"
-
 namespace {
 
 TEST(KeyFilters, LetPassWhatBelongsInTheField) {

@@ -12,8 +12,8 @@
 #include <iterator>
 #include <sstream>
 
+#include "base/Text.h"
 #include "model/FileFitness.h"
-#include "model/Text.h"
 #include "support/EditorWorld.h"
 
 namespace {

@@ -15,9 +15,9 @@
 #include <filesystem>
 #include <functional>
 
+#include "base/RunTimeError.h"
 #include "file/Disk.h"
 #include "file/FLRegistry.h"
-#include "model/RunTimeError.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <random>
 
-#include "model/RunTimeError.h"
-#include "model/Text.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/RunTimeError.h"
 #include "desktop/Desktop.h"
-#include "model/RunTimeError.h"
 
 class FakeDesktop : public Desktop {
  public:

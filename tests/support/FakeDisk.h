@@ -15,9 +15,9 @@
 #include <string>
 #include <vector>
 
+#include "base/RunTimeError.h"
 #include "file/Disk.h"
 #include "file/FLRegistry.h"
-#include "model/RunTimeError.h"
 
 /// Leaves a copy of a written configuration in the folder that the environment names, if it does:
 /// there scripts/check-files holds it against the schema. A file of its own for each writing, also

@@ -1,4 +1,4 @@
-#include "model/Numbers.h"
+#include "base/Numbers.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 #include <limits>
 #include <system_error>
 
-#include "model/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace {
 

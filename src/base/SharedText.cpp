@@ -1,10 +1,10 @@
-#include "model/SharedText.h"
+#include "base/SharedText.h"
 
 #include <algorithm>
 #include <limits>
 #include <new>
 
-#include "model/Text.h"
+#include "base/Text.h"
 
 SharedText::SharedText(std::string_view first, std::string_view second, std::string_view third) {
     const std::size_t length = first.size() + second.size() + third.size();

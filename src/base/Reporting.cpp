@@ -1,9 +1,9 @@
-#include "model/Reporting.h"
+#include "base/Reporting.h"
 
 #include <exception>
 #include <new>
 
-#include "model/RunTimeError.h"
+#include "base/RunTimeError.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/SharedText.h"
+#include "base/SharedText.h"
 
 /// Holds things that each have a key, in the order in which they were added, and adds, finds and
 /// gives them back in constant time. A `Thing` can be moved, and is empty when it is made of
