@@ -9,7 +9,7 @@ namespace {
 std::string addDevice(Document& document, const std::string& name) {
     const auto device = std::make_shared<clsPLC>();
     device->SetByEts(name, document.settings());
-    document.enter(device);
+    document.add(device);
     return name;
 }
 
@@ -17,7 +17,7 @@ std::string addBranch(Document& document, const std::string& parentKey, const st
     const auto branch = std::make_shared<clsBranch>();
     branch->sName = name;
     branch->sKey = parentKey + "." + name;
-    document.enter(branch, document.tree().nodeAt(parentKey));
+    document.add(branch, document.tree().nodeAt(parentKey));
     return branch->sKey.string();
 }
 
@@ -32,7 +32,7 @@ void addItem(Document& document, const std::string& parentKey, int number,
     item->sDataType = number % 16 == 0 ? "EIS15" : "EIS1";
     item->nElements = 14;
     item->sAccessRight = "READWRITE";
-    document.enter(item, document.tree().nodeAt(parentKey));
+    document.add(item, document.tree().nodeAt(parentKey));
 }
 
 }  // namespace

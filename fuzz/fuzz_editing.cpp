@@ -22,7 +22,7 @@ class User : private EditorWorld {
             form.txtItemName.text = name();
             form.txtAddress.fill({.text = number()});
             form.txtElements.text = number();
-            below(4) != 0 || document.itemDialog.modify ? form.cmdOk_Click() : form.cmdAdd_Click();
+            below(4) != 0 || form.modify() ? form.cmdOk_Click() : form.cmdAdd_Click();
         });
         whenShown<frmReplace>(&frmReplace::Command2_Click);
         whenShown<frmSetts>([this](frmSetts& form) {

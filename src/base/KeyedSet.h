@@ -1,6 +1,7 @@
 // Things that are found by their key: what the tree and the registries are built on.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -20,6 +21,9 @@
 ///         static bool equal(std::string_view a, std::string_view b);
 ///     };
 ///
+/// A thing keeps its place, a number, as long as it is in the set, and its place stays free when it
+/// is taken out: it can be put back, and the order is what it was. Only compact() changes places.
+///
 /// The places of the things stand in one flat table, searched from the place that the hash names
 /// on, with the hash beside each: neither growing nor passing over other things touches these.
 /// With hundreds of thousands of them, which no cache holds, that is what adding and finding cost.
@@ -28,6 +32,14 @@ class KeyedSet {
     using Things = std::deque<Thing>;
 
  public:
+    using Place = std::uint32_t;
+
+    /// A thing that was taken out, and where it stood; empty when there was none.
+    struct Taken {
+        Thing thing;
+        Place place = 0;
+    };
+
     /// Walks the things as they were added.
     class Iterator {
      public:
@@ -57,33 +69,73 @@ class KeyedSet {
         return slot.isEmpty() ? nullptr : &things_[slot.place];
     }
 
-    /// The thing that was added last; null when there is none.
-    const Thing* last() const { return things_.empty() ? nullptr : &things_.back(); }
-
     /// False, and nothing has changed, when the thing's key is taken.
     bool add(Thing&& thing) {
-        if (things_.size() + 1 > slots_.size() / 3 * 2) makeRoom();
+        if (size() + 1 > slots_.size() / 3 * 2) makeRoom();
         Slot& slot = slots_[slotOf(Keys::keyOf(thing))];
         if (!slot.isEmpty()) return false;
         things_.push_back(std::move(thing));
-        slot = {Keys::keyOf(things_.back()).hash(), static_cast<std::uint32_t>(things_.size() - 1)};
+        slot = {Keys::keyOf(things_.back()).hash(), endPlace() - 1};
         return true;
     }
 
-    /// Gives the thing with the key back; an empty one when there is none.
-    Thing take(const SharedText& key) {
-        if (find(key) == nullptr) return Thing();
-        Thing taken = std::move(things_[freeSlot(key)]);
+    /// The place that the next thing will have.
+    Place endPlace() const { return static_cast<Place>(things_.size()); }
+
+    /// Takes the thing with the key out; what it gives is empty when there is none.
+    Taken take(const SharedText& key) {
+        if (find(key) == nullptr) return {};
+        const Place place = freeSlot(key);
+        Taken taken{std::move(things_[place]), place};
+        things_[place] = Thing();
         for (++holes_; !things_.empty() && Keys::isEmpty(things_.back()); --holes_)
             things_.pop_back();
         return taken;
+    }
+
+    /// Puts a thing back at its place, which must be free, and its key too.
+    void putBack(Taken&& taken) {
+        if (size() + 1 > slots_.size() / 3 * 2) makeRoom();
+        for (; things_.size() <= taken.place; ++holes_)
+            things_.emplace_back();
+        Thing& thing = things_[taken.place];
+        thing = std::move(taken.thing);
+        --holes_;
+        slots_[slotOf(Keys::keyOf(thing))] = {Keys::keyOf(thing).hash(), taken.place};
+    }
+
+    /// The number of free places among the things.
+    std::size_t holes() const { return holes_; }
+
+    /// Takes the free places out, but for those at which something is to be put back: these are
+    /// `reserved`, and are changed to what they are then. Takes time by the number of all places.
+    void compact(std::vector<Place*> reserved) {
+        std::ranges::sort(reserved, {}, [](const Place* place) { return *place; });
+        auto next = reserved.begin();
+        std::vector<Place> places(things_.size());
+        Things kept;
+        for (Place place = 0; place < things_.size(); ++place) {
+            const bool isReserved = next != reserved.end() && **next == place;
+            if (Keys::isEmpty(things_[place]) && !isReserved) continue;
+            places[place] = static_cast<Place>(kept.size());
+            for (; next != reserved.end() && **next == place; ++next)
+                **next = places[place];
+            kept.push_back(std::move(things_[place]));
+        }
+        // Beyond the last thing, places are free anyway; they keep their distance.
+        for (; next != reserved.end(); ++next)
+            **next -= static_cast<Place>(things_.size() - kept.size());
+        holes_ -= things_.size() - kept.size();
+        things_ = std::move(kept);
+        for (Slot& slot : slots_)
+            if (!slot.isEmpty()) slot.place = places[slot.place];
     }
 
     /// Lets `change` give the thing with that key another one, which nothing has. Its place in
     /// the order stays.
     template <typename Change>
     void rekey(const SharedText& key, const Change& change) {
-        const std::uint32_t place = freeSlot(key);
+        const Place place = freeSlot(key);
         change();
         const SharedText& changed = Keys::keyOf(things_[place]);
         slots_[slotOf(changed)] = {changed.hash(), place};
@@ -98,11 +150,11 @@ class KeyedSet {
 
  private:
     struct Slot {
-        static constexpr std::uint32_t nowhere = 0xFFFFFFFF;
+        static constexpr Place nowhere = 0xFFFFFFFF;
         bool isEmpty() const { return place == nowhere; }
 
         std::uint32_t hash = 0;
-        std::uint32_t place = nowhere;
+        Place place = nowhere;
     };
 
     std::size_t mask() const { return slots_.size() - 1; }  // the size is a power of two
@@ -119,9 +171,9 @@ class KeyedSet {
     }
 
     /// Gives the place of the thing with that key, which is not to be found any more.
-    std::uint32_t freeSlot(const SharedText& key) {
+    Place freeSlot(const SharedText& key) {
         std::size_t hole = slotOf(key);
-        const std::uint32_t place = slots_[hole].place;
+        const Place place = slots_[hole].place;
         // What was pushed on past the hole moves up, so that a search that ends at an empty slot
         // has missed nothing.
         for (std::size_t i = next(hole); !slots_[i].isEmpty(); i = next(i)) {
@@ -134,23 +186,17 @@ class KeyedSet {
         return place;
     }
 
-    /// The table has got full: of things, or of the holes that others left among them.
+    /// The table has got full.
     void makeRoom() {
-        std::vector<std::uint32_t> places;  // without the holes
-        places.reserve(things_.size());
-        for (std::uint32_t place = 0; const Thing& thing : things_)
-            places.push_back(Keys::isEmpty(thing) ? place : place++);
-        std::erase_if(things_, [](const Thing& thing) { return Keys::isEmpty(thing); });
-        holes_ = 0;
         std::size_t slots = 16;
-        while (slots / 2 <= things_.size())
+        while (slots / 2 <= size())
             slots *= 2;
         for (const Slot& old : std::exchange(slots_, std::vector<Slot>(slots))) {
             if (old.isEmpty()) continue;
             std::size_t i = old.hash & mask();
             while (!slots_[i].isEmpty())
                 i = next(i);
-            slots_[i] = {old.hash, places[old.place]};
+            slots_[i] = old;
         }
     }
 

@@ -1,19 +1,16 @@
 // The branch dialog.
 #pragma once
 
-#include <memory>
-
 #include "desktop/Desktop.h"
 #include "dialogs/Controls.h"
 #include "model/Document.h"
 
-/// Asks for a branch's name, to add a branch below the selected node or, with the document's
-/// branch modify flag set, to rename the selected one.
+/// Asks for a branch's name, to add a branch or to rename one.
 class frmBranch {
  public:
-    /// `branch` is the record that is renamed; none when one is added.
-    frmBranch(Document& document, Desktop& desktop, std::shared_ptr<clsBranch> branch = nullptr)
-        : document_(document), desktop_(desktop), branch_(std::move(branch)) {}
+    /// To rename the branch `node` or, without `modify`, to add one below `node`.
+    frmBranch(Document& document, Desktop& desktop, Node& node, bool modify)
+        : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
     static constexpr const char* caption = "Branch";
     Label Label1{"Branch name:"};
@@ -27,12 +24,16 @@ class frmBranch {
     void cmdCancel_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
+    bool modify() const { return modify_; }
+    /// The branch that was added; null when there is none.
+    Node* added() const { return added_.get(); }
+    bool confirmed() const { return added() != nullptr; }
 
  private:
-    void storeChanged(const std::shared_ptr<clsBranch>& branch);
-
     Document& document_;
     Desktop& desktop_;
-    std::shared_ptr<clsBranch> branch_;
+    ConfigTree::Reference node_;
+    bool modify_;
+    ConfigTree::Reference added_{document_.tree()};
     bool closed_ = false;
 };

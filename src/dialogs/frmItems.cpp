@@ -6,7 +6,6 @@
 #include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "model/Checks.h"
-#include "model/Generale.h"
 
 namespace {
 
@@ -22,7 +21,7 @@ void frmItems::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
         cmbDataType.list = dataTypes;
         cmbAccessRight.list = accessRights;
-        if (document_.itemDialog.modify) {
+        if (modify_) {
             loadItem();
         } else {
             loadDefaults();
@@ -33,24 +32,25 @@ void frmItems::Form_Load() {
 void frmItems::loadItem() {
     cmdOk.caption = "Confirm Modify";
     cmdAdd.enabled = cmdGroup.enabled = false;
-    txtItemName.text = item_->sName;
-    txtComment.text = item_->sComment;
-    cmbDataType.text = item_->sDataType;
-    std::string_view address = item_->sAddress;
+    const auto item = document_.itemAt(node_.node());
+    txtItemName.text = item->sName;
+    txtComment.text = item->sComment;
+    cmbDataType.text = item->sDataType;
+    std::string_view address = item->sAddress;
     for (TextBox& part : txtAddress) {
         const auto slash = std::min(address.find('/'), address.size());
         part.text = address.substr(0, slash);
         if (slash == address.size()) break;
         address.remove_prefix(slash + 1);
     }
-    setElements(std::to_string(item_->nElements));
-    optLettura = item_->bFlag ? 0 : 1;
-    cmbAccessRight.text = item_->sAccessRight;
+    setElements(std::to_string(item->nElements));
+    optLettura = item->bFlag ? 0 : 1;
+    cmbAccessRight.text = item->sAccessRight;
 }
 
 void frmItems::loadDefaults() {
     cmdOk.caption = "Add and Exit";
-    txtItemName.text = "New Item " + std::to_string(document_.itemCounter);
+    txtItemName.text = "New Item " + std::to_string(document_.itemCounter());
     cmbDataType.text = "EIS1";
     setElements("");
     cmbAccessRight.text = "READWRITE";
@@ -110,39 +110,20 @@ bool frmItems::AddItemToColl() {
     bool stored = false;
     reportErrors(desktop_, "AddItemToColl", [&] {
         if (!CheckFields()) return;
-        const bool modify = document_.itemDialog.modify;
-        if (!CheckDuplNames(NodeKind::item, txtItemName.text, document_.tree(), modify, desktop_)) {
-            return;
-        }
-        if (modify) {
-            storeChanged();
+        Node& node = node_.node();
+        if (!CheckDuplNames(NodeKind::item, txtItemName.text, node, modify_, desktop_)) return;
+        if (modify_) {
+            const Document::Step step(document_, "Change");
+            document_.change(node, fields());
         } else {
-            storeNew();
+            const auto item = std::make_shared<clsItem>();
+            item->SetByForm(fields(), &node, false);
+            const Document::Step step(document_, "Add");
+            document_.addByHand(item, node);
         }
-        document_.saved = false;
         stored = true;
     });
     return stored;
-}
-
-/// The item keeps its record: the editor clipboard and dragged copies refer to it.
-void frmItems::storeChanged() {
-    Node& node = selectedNode(document_);
-    const SharedText key = BuildNodeKey(txtItemName.text, &node, true);
-    requireFreeKeys(document_, node, key);
-    const auto item = document_.items().at(node.key());
-    item->SetByForm(fields(), &node, true);
-    document_.items().rekey(node.key(), key, [](const clsItem&) {});
-    document_.tree().setText(node, item->sName);
-    document_.tree().setKey(node, key);
-}
-
-void frmItems::storeNew() {
-    const auto item = std::make_shared<clsItem>();
-    Node& parent = selectedNode(document_);
-    item->SetByForm(fields(), &parent, false);
-    document_.enter(item, parent);
-    ++document_.itemCounter;
 }
 
 void frmItems::cmdOk_Click() {
@@ -157,7 +138,7 @@ bool frmItems::addAndIncrement() {
     bool added = false;
     reportErrors(desktop_, "cmdAdd_Click", [&] {
         if (!AddItemToColl()) return;
-        txtItemName.text = "New_Item_" + std::to_string(document_.itemCounter);
+        txtItemName.text = "New_Item_" + std::to_string(document_.itemCounter());
         txtComment.text.clear();
         // No carry and no wrap: 255 becomes 256, which the next check refuses.
         txtAddress[2].text = plainDecimal(leadingNumber(txtAddress[2].text) + 1);
@@ -181,6 +162,7 @@ void frmItems::cmdOkNumber_Click() {
         frmMain.enabled = true;  // nothing is typed meanwhile, and no error leaves it disabled
         const std::int16_t count = readInt16(txtNumbItems.text);
         const BusyPointer busy(desktop_);
+        const Document::Step step(document_, "Add");
         for (std::int16_t i = 0; i < count && addAndIncrement(); ++i) {
         }
     });

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <memory>
 #include <string>
 
 #include "desktop/Desktop.h"
@@ -11,13 +10,12 @@
 #include "model/Document.h"
 
 /// Name, comment, group address, data type, access right, flag and number of elements of an
-/// item: to add one below the selected device or branch, to add a run of them with consecutive
-/// addresses, or, with the document's item modify flag set, to change the selected one.
+/// item: to add one, to add a run of them with consecutive addresses, or to change one.
 class frmItems {
  public:
-    /// `item` is the record that is changed; none when items are added.
-    frmItems(Document& document, Desktop& desktop, std::shared_ptr<const clsItem> item = nullptr)
-        : document_(document), desktop_(desktop), item_(std::move(item)) {}
+    /// To change the item `node` or, without `modify`, to add items below `node`.
+    frmItems(Document& document, Desktop& desktop, Node& node, bool modify)
+        : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
     static constexpr const char* caption = "Group Address Properties";
 
@@ -76,6 +74,7 @@ class frmItems {
     int txtElements_KeyPress(int code) const { return FilterNumericKey(code); }
 
     bool closed() const { return closed_; }
+    bool modify() const { return modify_; }
 
  private:
     void loadItem();
@@ -83,12 +82,11 @@ class frmItems {
     void setElements(const std::string& text);
     bool complain(const std::string& text);
     ItemFields fields() const;
-    void storeChanged();
-    void storeNew();
     bool addAndIncrement();
 
     Document& document_;
     Desktop& desktop_;
-    std::shared_ptr<const clsItem> item_;
+    ConfigTree::Reference node_;
+    bool modify_;
     bool closed_ = false;
 };

@@ -6,20 +6,20 @@
 #include "base/Reporting.h"
 #include "dialogs/Connections.h"
 #include "model/Checks.h"
-#include "model/Generale.h"
 
 void frmPLC::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
         cmbPort.list = portNames();
         cmbEdiType.list = ediTypes();
-        if (document_.deviceDialog.modify) {
-            txtName.text = device_->getName();
-            cmbPort.text = device_->getPort();
-            cmbEdiType.text = device_->getEdiType();
-            txtTimeout.text = std::to_string(device_->getTimeout());
+        if (modify_) {
+            const clsPLC& device = document_.deviceAt(node_.node());
+            txtName.text = device.getName();
+            cmbPort.text = device.getPort();
+            cmbEdiType.text = device.getEdiType();
+            txtTimeout.text = std::to_string(device.getTimeout());
         } else {
             const GlobalSets& settings = document_.settings();
-            txtName.text = "New Device " + std::to_string(document_.deviceCounter);
+            txtName.text = "New Device " + std::to_string(document_.deviceCounter());
             cmbPort.text = settings.port;
             cmbEdiType.text = settings.ediType;
             txtTimeout.text = std::to_string(settings.timeout);
@@ -51,30 +51,18 @@ void frmPLC::cmdApply_Click() {
             closed_ = true;
             return;
         }
-        const bool modify = document_.deviceDialog.modify;
-        if (!CheckDuplNames(NodeKind::plc, txtName.text, document_.tree(), modify, desktop_)) {
-            return;
-        }
-        const auto device = std::make_shared<clsPLC>();
-        device->SetByForm({txtName.text, cmbPort.text, cmbEdiType.text, txtTimeout.text});
-        if (modify) {
-            storeChanged(device);
+        Node& node = node_.node();
+        if (!CheckDuplNames(NodeKind::plc, txtName.text, node, modify_, desktop_)) return;
+        const DeviceFields fields{txtName.text, cmbPort.text, cmbEdiType.text, txtTimeout.text};
+        if (modify_) {
+            const Document::Step step(document_, "Change");
+            document_.change(node, fields);
         } else {
-            requireFreeKey(document_, NodeKind::plc, device->sKey());
-            document_.devices().add(device, device->sKey());
-            document_.deviceDialog.confirmed = true;
+            const auto device = std::make_shared<clsPLC>();
+            device->SetByForm(fields);
+            const Document::Step step(document_, "Add");
+            added_ = &document_.addByHand(device);
         }
-        document_.saved = false;
         closed_ = true;
     });
-}
-
-void frmPLC::storeChanged(const std::shared_ptr<clsPLC>& device) {
-    Node& node = selectedNode(document_);
-    requireFreeKeys(document_, node, device->sKey());
-    document_.devices().remove(device_->sKey());
-    document_.devices().add(device, device->sKey());
-    document_.tree().setText(node, device->getName());
-    document_.tree().setKey(node, device->sKey());
-    UpdateChildKeys(document_, node);
 }

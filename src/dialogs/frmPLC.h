@@ -1,20 +1,19 @@
 // The device dialog.
 #pragma once
 
-#include <memory>
-
 #include "desktop/Desktop.h"
 #include "dialogs/Controls.h"
 #include "dialogs/KeyFilters.h"
 #include "model/Document.h"
 
-/// Name, port, EDI type and receive time-out (milliseconds) of one device, to add it or, with
-/// the document's device modify flag set, to change the selected one.
+/// Name, port, EDI type and receive time-out (milliseconds) of one device, to add it or to change
+/// it.
 class frmPLC {
  public:
-    /// `device` is the record that is changed; none when one is added.
-    frmPLC(Document& document, Desktop& desktop, std::shared_ptr<clsPLC> device = nullptr)
-        : document_(document), desktop_(desktop), device_(std::move(device)) {}
+    /// To change the device `node` or, without `modify`, to add one; then `node` is the node that
+    /// is selected.
+    frmPLC(Document& document, Desktop& desktop, Node& node, bool modify)
+        : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
     // Spelled so on purpose: users know it under this name.
     static constexpr const char* caption = "Phisical Group Properties";
@@ -39,12 +38,16 @@ class frmPLC {
     void cmdExit_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
+    bool modify() const { return modify_; }
+    /// The device that was added; null when there is none.
+    Node* added() const { return added_.get(); }
+    bool confirmed() const { return added() != nullptr; }
 
  private:
-    void storeChanged(const std::shared_ptr<clsPLC>& device);
-
     Document& document_;
     Desktop& desktop_;
-    std::shared_ptr<clsPLC> device_;
+    ConfigTree::Reference node_;
+    bool modify_;
+    ConfigTree::Reference added_{document_.tree()};
     bool closed_ = false;
 };

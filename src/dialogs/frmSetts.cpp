@@ -8,18 +8,22 @@
 void frmSetts::Form_Load() {
     cmbPort.list = portNames();
     cmbEdiType.list = ediTypes();
-    cmbPort.text = settings_.port;
-    cmbEdiType.text = settings_.ediType;
-    txtTimeout.text = std::to_string(settings_.timeout);
+    const GlobalSets& settings = document_.settings();
+    cmbPort.text = settings.port;
+    cmbEdiType.text = settings.ediType;
+    txtTimeout.text = std::to_string(settings.timeout);
 }
 
 void frmSetts::cmdApply_Click() {
-    settings_.port = cmbPort.text;
-    settings_.ediType = cmbEdiType.text;
+    GlobalSets settings = document_.settings();
+    settings.port = cmbPort.text;
+    settings.ediType = cmbEdiType.text;
     try {
-        settings_.timeout = readInt32(txtTimeout.text);
+        settings.timeout = readInt32(txtTimeout.text);
     } catch (const RunTimeError& error) {
         unhandledError_ = error;
     }
+    const Document::Step step(document_, "Change", "global settings");
+    document_.setSettings(settings);
     closed_ = true;
 }

@@ -5,13 +5,13 @@
 
 #include "base/RunTimeError.h"
 #include "dialogs/Controls.h"
-#include "model/GlobalSets.h"
+#include "model/Document.h"
 
 /// Shows and changes the bus connection that new devices are given. It takes anything: an empty
 /// port, a type that no coupler has, a time-out of 0 or less.
 class frmSetts {
  public:
-    explicit frmSetts(GlobalSets& settings) : settings_(settings) {}
+    explicit frmSetts(Document& document) : document_(document) {}
 
     static constexpr const char* caption = "EDI Global Settings";
     Label lblPortName{"Port Name"};
@@ -34,7 +34,7 @@ class frmSetts {
     const std::optional<RunTimeError>& unhandledError() const { return unhandledError_; }
 
  private:
-    GlobalSets& settings_;
+    Document& document_;
     bool closed_ = false;
     std::optional<RunTimeError> unhandledError_;
 };

@@ -123,6 +123,11 @@ constexpr std::array table{
 
     Command{.kind = Kind::menu, .name = "mnuAbout", .caption = "&About",
             .handler = &Form::mnuAbout_Click},
+
+    Command{.kind = Kind::inContextMenus, .name = "mnuUndo", .caption = "&Undo",
+            .shortcut = "Ctrl+Z", .handler = &Form::mnuUndo_Click},
+    Command{.kind = Kind::inContextMenus, .name = "mnuRedo", .caption = "R&edo",
+            .shortcut = "Ctrl+Y; Ctrl+Shift+Z", .handler = &Form::mnuRedo_Click},
 };
 // clang-format on
 

@@ -41,13 +41,14 @@ enum class ContextMenus : std::uint8_t { none, list, both };
 
 /// One row of the table. Rows stand in the order of the menus: a top menu, then what it holds.
 struct Command {
-    enum class Kind : std::uint8_t { menu, entry, separator };
+    /// `inContextMenus`: an entry that is in the context menus only, before all others.
+    enum class Kind : std::uint8_t { menu, entry, separator, inContextMenus };
 
     Kind kind = Kind::entry;
     std::string_view name;     ///< e.g. "mnuNewCfg"
     std::string_view caption;  ///< "&" marks the accelerator letter
     CommandGroup group = CommandGroup::always;
-    std::string_view shortcut = {};    ///< e.g. "Ctrl+G"; empty when there is none
+    std::string_view shortcut = {};    ///< e.g. "Ctrl+G; Ctrl+H"; empty when there is none
     std::string_view toolbarKey = {};  ///< empty when there is no button
     int toolbarPlace = -1;             ///< place of the button, from 0
     std::string_view tooltip = {};

@@ -7,7 +7,6 @@
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "editor/frmEditing.h"
-#include "model/Generale.h"
 
 namespace {
 
@@ -44,23 +43,28 @@ void CopyPaste::copyRows() {
         if (text.starts_with(newItem) || text.starts_with(copiedItem)) {
             return refuseDefaultName(desktop_);
         }
-        const auto& item = document_.itemUnder(row.key);
+        Node& node = document_.itemNodeAt(row.key);
         // Not before: with nothing to take, the clipboard stays as it was.
         if (first) clipboard_.emplace();
         first = false;
-        clipboard_->push_back(item);
+        take(node);
     }
 }
 
 void CopyPaste::copyNode() {
-    const Node& node = selectedNode(document_);
+    Node& node = document_.selectedNode();
     if (node.kind() == NodeKind::branch) {
         desktop_.showMessage("Please use Drag&Drop to copy and paste branches");
     } else if (node.kind() == NodeKind::item) {
         // A name that begins with "Copied_Item" passes here, unlike in the list. Meant.
         if (std::string_view(node.text()).starts_with(newItem)) return refuseDefaultName(desktop_);
-        clipboard_ = Items{document_.items().at(node.key())};
+        clipboard_.emplace();
+        take(node);
     }
+}
+
+void CopyPaste::take(Node& node) {
+    clipboard_->emplace_back(document_.items().share(node.key()), document_.tree(), node);
 }
 
 void CopyPaste::mnuPaste_Click() {
@@ -76,7 +80,7 @@ void CopyPaste::mnuPaste_Click() {
 
 void CopyPaste::paste() {
     if (!clipboard_) return desktop_.showMessage("No items to paste.");
-    Node& target = selectedNode(document_);
+    Node& target = document_.selectedNode();
     if (target.kind() != NodeKind::branch && target.kind() != NodeKind::plc) return;
     pasteInto(target);
     countUp(pasteCounter_);
@@ -84,23 +88,27 @@ void CopyPaste::paste() {
 
 void CopyPaste::pasteInto(Node& target) {
     const BusyPointer busy(desktop_);
+    const Document::Step step(document_, "Paste");
     const ConfigTree::BulkChange bulk(document_.tree());
     bool anyPasted = false;
     const auto showPasted = [&] {  // once, however many there are
         if (anyPasted) form_.TreeView1_NodeClick(target);
     };
     try {
-        for (const auto& source : *clipboard_) {
-            if (source->sName.empty()) continue;
+        for (const auto& [record, node] : *clipboard_) {
+            // The name is the node's own: a copy made by dragging shares its record.
+            clsItem source = *record;
+            source.sName = node.text();
+            if (source.sName.empty()) continue;
             const auto item = std::make_shared<clsItem>();
-            item->SetByCopy(*source, target.key(), pasteCounter_);
+            item->SetByCopy(source, target.key(), pasteCounter_);
             while (document_.items().find(item->sKey) != nullptr) {
                 countUp(pasteCounter_);
                 const std::string suffix = "_" + std::to_string(pasteCounter_);
                 item->sName = SharedText(item->sName, suffix, {});
                 item->sKey = SharedText(item->sKey, suffix, {});
             }
-            document_.enter(item, target);
+            document_.add(item, target);
             anyPasted = true;
         }
     } catch (...) {

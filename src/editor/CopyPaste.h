@@ -2,9 +2,10 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <optional>
-#include <vector>
+#include <utility>
 
 #include "desktop/Desktop.h"
 #include "model/Document.h"
@@ -34,10 +35,18 @@ class CopyPaste {
  private:
     void copyRows();
     void copyNode();
+    void take(Node& node);
     void paste();
     void pasteInto(Node& target);
 
-    using Items = std::vector<std::shared_ptr<clsItem>>;
+    struct Copied {
+        Copied(std::shared_ptr<const clsItem> item, const ConfigTree& tree, Node& of)
+            : record(std::move(item)), node(tree, &of) {}
+
+        std::shared_ptr<const clsItem> record;
+        ConfigTree::Reference node;
+    };
+    using Items = std::deque<Copied>;
 
     Document& document_;
     Desktop& desktop_;

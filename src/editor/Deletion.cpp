@@ -6,7 +6,6 @@
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "editor/frmEditing.h"
-#include "model/Generale.h"
 
 void Deletion::mnuDelete_Click() {
     reportErrors(desktop_, "mnuDelete_Click", [&] {
@@ -32,8 +31,9 @@ void Deletion::deleteRows() {
     if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?", Answer::no)) {
         return;
     }
+    const Document::Step step(document_, "Delete");
     // Not the selected node itself; that is meant. Only the root has none above it.
-    Node& selected = selectedNode(document_);
+    Node& selected = document_.selectedNode();
     Node& toShow = selected.parent() == nullptr ? selected : *selected.parent();
     removeSelectedRows();
     form_.TreeView1_NodeClick(toShow);
@@ -43,14 +43,13 @@ void Deletion::deleteRows() {
 void Deletion::removeSelectedRows() {
     const BusyPointer busy(desktop_);
     std::vector<Node*> gone;
-    const auto remove = [&] { document_.tree().removeAll(gone); };
+    const auto remove = [&] { document_.remove(gone); };
     try {
         for (const auto& row : form_.ListView1.rows()) {
             if (!row.selected) continue;
             // The list may be out of date, and another node have the key now.
             Node& node = document_.tree().nodeAt(row.key);
             if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
-            document_.items().remove(node.key());
             gone.push_back(&node);
         }
     } catch (...) {
@@ -61,22 +60,26 @@ void Deletion::removeSelectedRows() {
 }
 
 void Deletion::deleteNode() {
-    Node& node = selectedNode(document_);
+    Node& node = document_.selectedNode();
     const std::string question = "Are you sure you want to delete " + node.text();
     switch (node.kind()) {
         case NodeKind::plc:
         case NodeKind::branch:
             if (desktop_.askYesNo(question + " and all its items?", Answer::no)) remove(node);
             return;
-        case NodeKind::item:
-            if (desktop_.askYesNo(question + " ?", Answer::no)) remove(node);
-            // On No as well; that is meant.
-            return form_.TreeView1_NodeClick(parentOf(selectedNode(document_)));
+        case NodeKind::item: return deleteItem(node, question + " ?");
         case NodeKind::config: return;
     }
 }
 
+void Deletion::deleteItem(Node& node, const std::string& question) {
+    const Document::Step step(document_, "Delete");
+    if (desktop_.askYesNo(question, Answer::no)) remove(node);
+    // On No as well; that is meant.
+    form_.TreeView1_NodeClick(parentOf(document_.selectedNode()));
+}
+
 void Deletion::remove(Node& node) {
     const BusyPointer busy(desktop_);
-    RemoveSubtree(document_, node);
+    document_.RemoveSubtree(node);
 }

@@ -1,6 +1,8 @@
 // Deleting nodes.
 #pragma once
 
+#include <string>
+
 #include "desktop/Desktop.h"
 #include "model/Document.h"
 
@@ -19,6 +21,7 @@ class Deletion {
     void deleteRows();
     void removeSelectedRows();
     void deleteNode();
+    void deleteItem(Node& node, const std::string& question);
     void remove(Node& node);
 
     Document& document_;

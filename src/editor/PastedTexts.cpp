@@ -5,7 +5,7 @@
 #include "base/Text.h"
 #include "dialogs/frmReplace.h"
 #include "model/Checks.h"
-#include "model/Generale.h"
+#include "model/Keys.h"
 
 std::vector<std::string> pastedLines(std::string_view text) {
     const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
@@ -34,14 +34,16 @@ void PastedTexts::Paste_Name_Click() {
 
 void PastedTexts::Paste_Comment_Click() {
     reportErrors(desktop_, "Paste_Comment_Click", [&] {
-        const auto itemOf = [&](std::size_t row) -> clsItem& {
-            return *document_.itemUnder(list_.rows()[row].key);
+        const auto nodeOf = [&](std::size_t row) -> Node& {
+            return document_.itemNodeAt(list_.rows()[row].key);
         };
         paste([](const Lines& /*lines*/) { return true; }, "comment",
-              [&](std::size_t row) -> const SharedText& { return itemOf(row).sComment; },
+              [&](std::size_t row) -> const SharedText& {
+                  return document_.items().at(nodeOf(row).key()).sComment;
+              },
               [&](const Rows& rows, const Lines& lines) {
                   for (std::size_t i = 0; i < rows.size(); ++i) {
-                      itemOf(rows[i]).sComment = lines[i];
+                      document_.setComment(nodeOf(rows[i]), lines[i]);
                       list_.setSubItem(rows[i], 0, lines[i]);
                   }
               });
@@ -62,6 +64,7 @@ void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::str
     if (rows.size() != lines.size()) return desktop_.showMessage("Invalid selection");
     if (!isAccepted(rows, lines, what, present)) return;
 
+    const Document::Step step(document_, "Paste", what);
     document_.saved = false;  // now, as an error keeps what was changed before it
     const BusyPointer busy(desktop_);
     const ListView::Update update(list_);
@@ -72,7 +75,7 @@ void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::str
 /// False, after telling the user and emptying the clipboard, when a name belongs to an item of
 /// the selected node that gets no new one.
 bool PastedTexts::areNamesFree(const Lines& lines) {
-    const Node& parent = selectedNode(document_);
+    const Node& parent = document_.selectedNode();
     for (const std::string& line : lines) {
         const Node* holder = document_.tree().FindNode(joinKey(parent.key(), line));
         // Not one further below, to whom a line with a "." would lead.
@@ -103,16 +106,15 @@ bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_v
 /// nothing of the item has changed.
 void PastedTexts::rename(std::size_t row, const std::string& name) {
     Node& node = document_.tree().nodeAt(list_.rows()[row].key);
-    const SharedText oldKey = node.key();
     // The row of a device; or the list is out of date, and another node has the key now.
     if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
     const SharedText newKey = BuildNodeKey(name, &node, true);
-    requireFreeKeys(document_, node, newKey);
+    // A row that is out of date may have the key.
+    const auto holder = list_.findRow(newKey);
+    if (holder && *holder != row) {
+        document_.requireFreeKeys(node, newKey);
+        throw RunTimeError(ErrorNumber::keyNotUnique);
+    }
+    document_.renameItem(node, name);
     list_.renameRow(row, newKey, name);
-    document_.items().rekey(oldKey, newKey, [&](clsItem& item) {
-        item.sKey = newKey;
-        item.sName = name;
-    });
-    document_.tree().setKey(node, newKey);
-    document_.tree().setText(node, name);
 }

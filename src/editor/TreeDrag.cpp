@@ -4,7 +4,7 @@
 
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
-#include "model/Generale.h"
+#include "model/Keys.h"
 
 bool TreeDrag::TreeView1_MouseDown(int button, int shift, Node* node) {
     if (button != rightButton) return false;
@@ -37,7 +37,6 @@ void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
 }
 
 void TreeDrag::drop(Node& target, DropEffect effect) {
-    ConfigTree& tree = document_.tree();
     if (mSourceNode.get() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
     Node& source = *mSourceNode.get();
     if (target.kind() == NodeKind::item) {
@@ -52,64 +51,17 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
     if (document_.hasNode(key)) {
         return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
     }
-    // Of a device only a bare node goes there: its contents leave the tree, its records stay.
-    // Meant. What was added afterwards below that bare node has no other place, and goes with it.
-    const bool withContents = !source.isDevice();
-    std::vector<SharedText> keys{key};
-    if (withContents) requireFreeKey(document_, source, key);
-    if (withContents && !areFreeBelow(source, keys)) return restoreViews();
-
+    Document::Placement placement = document_.placementOf(source, target);
+    // No part of a branch is left behind.
+    if (!reportErrors(desktop_, "CopySubTree", [&] { document_.placeContents(placement); })) {
+        return restoreViews();
+    }
     const BusyPointer busy(desktop_);
-    const ConfigTree::BulkChange bulk(tree);
-    Node& added = tree.AddNode(&target, key, source.text(), source.kind());
-    carryRecord(source, key, effect);
-    if (withContents) CopySubTree(source, added, keys, effect);
-    tree.setExpanded(added, true);
-    if (effect == DropEffect::move) withContents ? tree.remove(source) : document_.leave(source);
+    effect == DropEffect::move ? document_.move(placement) : document_.copy(placement);
     restoreViews();
 }
 
 void TreeDrag::refuse(const std::string& text, MessageIcon icon) {
     restoreViews();
     desktop_.showMessage(text, icon);
-}
-
-/// Found out before anything is changed, so that no part of a branch is left behind. To the new
-/// key of the source it adds those of all below it, in the order of a walk.
-bool TreeDrag::areFreeBelow(const Node& source, std::vector<SharedText>& newKeys) {
-    return reportErrors(desktop_, "CopySubTree", [&] {
-        std::vector<SharedText> path{newKeys.front()};  // from the source to the present node
-        for (TreeWalk walk(source); const Node* below = walk.next();) {
-            path.resize(walk.depth());
-            newKeys.push_back(joinKey(path.back(), below->text()));
-            requireFreeKey(document_, *below, newKeys.back());
-            path.push_back(newKeys.back());
-        }
-    });
-}
-
-void TreeDrag::carryRecord(const Node& source, const SharedText& newKey, DropEffect effect) {
-    const auto carry = [&](auto& registry) {
-        const auto record = registry.at(source.key());
-        registry.add(record, newKey);
-        record->sKey = newKey;
-        if (effect == DropEffect::move) registry.remove(source.key());
-    };
-    if (source.kind() == NodeKind::item) carry(document_.items());
-    if (source.kind() == NodeKind::branch) carry(document_.branches());
-}
-
-void TreeDrag::CopySubTree(const Node& source, Node& destination,
-                           const std::vector<SharedText>& newKeys, DropEffect effect) {
-    reportErrors(desktop_, "CopySubTree", [&] {
-        std::vector<Node*> path{&destination};  // the copies of the present node's parents
-        auto key = newKeys.begin();
-        for (TreeWalk walk(source); const Node* below = walk.next();) {
-            path.resize(walk.depth());
-            Node& added =
-                document_.tree().AddNode(path.back(), *++key, below->text(), below->kind());
-            carryRecord(*below, *key, effect);
-            path.push_back(&added);
-        }
-    });
 }

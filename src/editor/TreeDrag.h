@@ -2,7 +2,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "desktop/Desktop.h"
 #include "model/Document.h"
@@ -46,10 +45,6 @@ class TreeDrag {
  private:
     void drop(Node& target, DropEffect effect);
     void refuse(const std::string& text, MessageIcon icon);
-    bool areFreeBelow(const Node& source, std::vector<SharedText>& newKeys);
-    void carryRecord(const Node& source, const SharedText& newKey, DropEffect effect);
-    void CopySubTree(const Node& source, Node& destination, const std::vector<SharedText>& newKeys,
-                     DropEffect effect);
     void restoreViews();
 
     Document& document_;

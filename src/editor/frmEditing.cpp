@@ -11,7 +11,6 @@
 #include "dialogs/frmItems.h"
 #include "dialogs/frmPLC.h"
 #include "dialogs/frmSetts.h"
-#include "model/Generale.h"
 #include "model/Product.h"
 
 namespace {
@@ -58,7 +57,7 @@ frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk&
 void frmEditing::Form_Initialize() {
     reportErrors(desktop_, "Form_Initialize", [&] {
         caption = std::string(companyName) + " - " + std::string(productName);
-        document_.settings().SetDefaults();
+        document_.setSettings({});
     });
 }
 
@@ -93,18 +92,22 @@ EditingLayout frmEditing::layoutFor(FormSize client) {
 void frmEditing::TreeView1_NodeClick(Node& node) {
     const BusyPointer busy(desktop_);
     reportErrors(desktop_, "TreeView1_NodeClick", [&] {
-        document_.tree().sortChildren(node);
-        const ListView::Update update(ListView1);
-        switch (node.kind()) {
-            case NodeKind::config:
-                EnMenuButt(commandStates::rootSelected);
-                listDevices();
-                break;
-            case NodeKind::plc:
-            case NodeKind::branch: listContents(node); break;
-            case NodeKind::item: listItem(node); break;
-        }
+        document_.sortChildren(node);
+        showNode(node);
     });
+}
+
+void frmEditing::showNode(const Node& node) {
+    const ListView::Update update(ListView1);
+    switch (node.kind()) {
+        case NodeKind::config:
+            EnMenuButt(commandStates::rootSelected);
+            listDevices();
+            break;
+        case NodeKind::plc:
+        case NodeKind::branch: listContents(node); break;
+        case NodeKind::item: listItem(node); break;
+    }
 }
 
 void frmEditing::listContents(const Node& container) {
@@ -147,7 +150,7 @@ void frmEditing::listDevices() {
 
 void frmEditing::TreeView1_DblClick() {
     reportErrors(desktop_, "TreeView1_DblClick", [&] {
-        const Node& node = selectedNode(document_);
+        Node& node = document_.selectedNode();
         switch (node.kind()) {
             case NodeKind::branch: return changeBranch(node);
             case NodeKind::plc: return changeDevice(node);
@@ -176,10 +179,14 @@ void frmEditing::dropFile(const std::string& path) {
     }
 }
 
-/// Shows in the list, in place, what a dialog has made of the selected node, which had that key.
-void frmEditing::showChange(std::string_view oldKey) {
-    const Node& node = selectedNode(document_);
-    ListView1.rekeyRows(oldKey, node.key());
+/// Shows in the list, in place, what a dialog has made of the node, which had that key.
+void frmEditing::showChange(const Node& node, const SharedText& oldKey) {
+    ListView1.rekeyRows(oldKey, node.key(), [&](const SharedText& newKey) {
+        const Node* shown = document_.tree().FindNode(newKey);
+        while (shown != nullptr && shown != &node)
+            shown = shown->parent();
+        return shown != nullptr;
+    });
     if (node.kind() != NodeKind::item || !ListView1.findRow(node.key())) return;
     ListView shown;
     const bool withIndex = ListView1.columns().size() == itemColumns.size();
@@ -187,32 +194,31 @@ void frmEditing::showChange(std::string_view oldKey) {
     ListView1.replaceRow(shown.rows().front());
 }
 
-void frmEditing::changeBranch(const Node& node) {
-    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
+void frmEditing::changeBranch(Node& node) {
     const SharedText oldKey = node.key();
-    document_.branchDialog.modify = true;
-    frmBranch form(document_, desktop_, document_.branches().at(node.key()));
+    const ConfigTree::Reference branch(document_.tree(), &node);
+    frmBranch form(document_, desktop_, node, true);
     form.Form_Load();
     forms_.showModal(form);
-    showChange(oldKey);
+    showChange(branch.node(), oldKey);
 }
 
-void frmEditing::changeDevice(const Node& node) {
-    document_.deviceDialog.modify = true;
-    frmPLC form(document_, desktop_, document_.deviceAt(node));
+void frmEditing::changeDevice(Node& node) {
+    document_.deviceAt(node);
+    const ConfigTree::Reference device(document_.tree(), &node);
+    frmPLC form(document_, desktop_, node, true);
     form.Form_Load();
     forms_.showModal(form);
-    TreeView1_NodeClick(selectedNode(document_));
+    TreeView1_NodeClick(device.node());
 }
 
-void frmEditing::changeItem(const Node& node) {
-    // Not a reference: the dialog changes it. NOLINTNEXTLINE(performance-unnecessary-copy*)
+void frmEditing::changeItem(Node& node) {
     const SharedText oldKey = node.key();
-    document_.itemDialog.modify = true;
-    frmItems form(document_, desktop_, document_.itemAt(node));
+    const ConfigTree::Reference item(document_.tree(), &node);
+    frmItems form(document_, desktop_, node, true);
     form.Form_Load();
     forms_.showModal(form);
-    showChange(oldKey);
+    showChange(item.node(), oldKey);
 }
 
 void frmEditing::ListView1_Click() {
@@ -243,7 +249,7 @@ void frmEditing::ListView1_ColumnClick(std::size_t column) {
 
 void frmEditing::mnuSetts_Click() {
     reportErrors(desktop_, "mnuSetts_Click", [&] {
-        frmSetts form(document_.settings());
+        frmSetts form(document_);
         form.Form_Load();
         forms_.showModal(form);
         if (!form.unhandledError()) return;
@@ -256,60 +262,43 @@ void frmEditing::mnuSetts_Click() {
 
 void frmEditing::mnuAddPlc_Click() {
     reportErrors(desktop_, "EH_mnuAddplc_Click", [&] {
-        document_.deviceDialog = {};
-        frmPLC form(document_, desktop_);
+        frmPLC form(document_, desktop_, document_.selectedNode(), false);
         form.Form_Load();
         forms_.showModal(form);
-        if (document_.deviceDialog.confirmed) showNewDevice();
+        if (!form.confirmed()) return;
+        show(*form.added());
+        TreeView1_NodeClick(*form.added());
     });
-}
-
-void frmEditing::showNewDevice() {
-    const clsPLC& device = *document_.devices().last();
-    ConfigTree& tree = document_.tree();
-    Node& node = tree.AddNode(Document::rootKey, device.sKey(), device.getName(), NodeKind::plc);
-    tree.ensureVisible(node);
-    tree.select(&node);
-    ++document_.deviceCounter;
-    TreeView1_NodeClick(node);
 }
 
 void frmEditing::mnuAddBranch_Click() {
     reportErrors(desktop_, "EH_mnuAddbranch_Click", [&] {
-        selectContainer();
-        document_.branchDialog = {};
-        frmBranch form(document_, desktop_);
+        frmBranch form(document_, desktop_, selectContainer(), false);
         form.Form_Load();
         forms_.showModal(form);
-        if (document_.branchDialog.confirmed) showNewBranch();
+        if (form.confirmed()) show(*form.added());
     });
 }
 
-void frmEditing::showNewBranch() {
-    const clsBranch& branch = *document_.branches().last();
-    ConfigTree& tree = document_.tree();
-    // Below the node that was selected for it: with a "." in the name, the key names another one.
-    Node& node =
-        tree.AddNode(&selectedNode(document_), branch.sKey, branch.sName, NodeKind::branch);
-    tree.ensureVisible(node);
-    tree.select(&node);
-    ++document_.branchCounter;
+/// Selects the node and brings it into sight.
+void frmEditing::show(Node& node) {
+    document_.tree().ensureVisible(node);
+    document_.tree().select(&node);
 }
 
 void frmEditing::mnuAddItem_Click() {
     reportErrors(desktop_, "mnuAddItem_Click", [&] {
-        selectContainer();
-        document_.itemDialog = {};
-        frmItems form(document_, desktop_);
+        const ConfigTree::Reference container(document_.tree(), &selectContainer());
+        frmItems form(document_, desktop_, container.node(), false);
         form.Form_Load();
-        const bool wasEmpty = selectedNode(document_).GetChildren().empty();
+        const bool wasEmpty = container.node().GetChildren().empty();
         forms_.showModal(form);
-        Node& container = selectedNode(document_);
+        Node& node = container.node();
         // A node opens for the first that it holds.
-        if (wasEmpty && !container.GetChildren().empty()) {
-            document_.tree().ensureVisible(*container.GetChildren().front());
+        if (wasEmpty && !node.GetChildren().empty()) {
+            document_.tree().ensureVisible(*node.GetChildren().front());
         }
-        TreeView1_NodeClick(container);
+        TreeView1_NodeClick(node);
     });
 }
 
@@ -317,9 +306,9 @@ void frmEditing::mnuAddItem_Click() {
 /// no place in the file: there the device whose row the user chose is meant, as its row is what
 /// enabled the command. Below an item nothing can stand: after a deletion or a search has selected
 /// one, the node that holds it is meant. Raises ErrorNumber::objectNotSet when there is none.
-void frmEditing::selectContainer() {
-    ConfigTree& tree = document_.tree();
-    Node* container = &selectedNode(document_);
+Node& frmEditing::selectContainer() {
+    const ConfigTree& tree = document_.tree();
+    Node* container = &document_.selectedNode();
     if (container->kind() == NodeKind::item) container = container->parent();
     if (container->kind() == NodeKind::config) {
         const auto* row = ListView1.selectedRow();
@@ -330,14 +319,36 @@ void frmEditing::selectContainer() {
         throw RunTimeError(ErrorNumber::objectNotSet);
     }
     tree.select(container);
+    return *container;
 }
 
 /// Whatever Copy says: what could not be copied may still be deleted. Meant.
 void frmEditing::mnuCut_Click() {
     reportErrors(desktop_, "mnuCut_Click", [&] {
+        const Document::Step step(document_, "Cut");
         mnuCopy_Click();
         mnuDelete_Click();
     });
+}
+
+void frmEditing::mnuUndo_Click() {
+    reportErrors(desktop_, "mnuUndo_Click", [&] { showAfter(document_.undo()); });
+}
+
+void frmEditing::mnuRedo_Click() {
+    reportErrors(desktop_, "mnuRedo_Click", [&] { showAfter(document_.redo()); });
+}
+
+std::string frmEditing::nameOfStep(const Command& command) const {
+    return command.name == "mnuUndo" ? document_.undoName() : document_.redoName();
+}
+
+/// As a click on the node would, but the order of its children is what was restored.
+void frmEditing::showAfter(Node* node) {
+    if (node == nullptr) return;
+    const BusyPointer busy(desktop_);
+    show(*node);
+    showNode(*node);
 }
 
 void frmEditing::mnuFind_Click() {
@@ -375,7 +386,7 @@ bool frmEditing::isEnabled(const Command& command) const {
 void frmEditing::InitObjects() {
     reportErrors(desktop_, "InitObjects", [&] {
         showViews({.visible = false, .enabled = false});
-        document_.tree().clear();
+        document_.clear();
         clearList();
         copyPaste_.reset();
     });

@@ -131,6 +131,11 @@ class frmEditing final : public LifecycleWindow {
     void mnuCopy_Click() { copyPaste_.mnuCopy_Click(); }
     void mnuCut_Click();
     void mnuPaste_Click() { copyPaste_.mnuPaste_Click(); }
+    void mnuUndo_Click();
+    void mnuRedo_Click();
+    /// What one of these two commands would take back or make again, e.g. "Delete of 12 items";
+    /// empty when there is nothing.
+    std::string nameOfStep(const Command& command) const;
     void mnuDelete_Click() { deletion_.mnuDelete_Click(); }
     void mnuPasteName_Click() { pastedTexts_.Paste_Name_Click(); }
     void mnuPasteComment_Click() { pastedTexts_.Paste_Comment_Click(); }
@@ -162,13 +167,14 @@ class frmEditing final : public LifecycleWindow {
     void endApplication() override;
 
  private:
-    void selectContainer();
-    void showNewDevice();
-    void showNewBranch();
-    void showChange(std::string_view oldKey);
-    void changeDevice(const Node& node);
-    void changeBranch(const Node& node);
-    void changeItem(const Node& node);
+    Node& selectContainer();
+    void show(Node& node);
+    void showNode(const Node& node);
+    void showAfter(Node* node);
+    void showChange(const Node& node, const SharedText& oldKey);
+    void changeDevice(Node& node);
+    void changeBranch(Node& node);
+    void changeItem(Node& node);
     void showViews(ViewState state);
     void listContents(const Node& container);
     void listItem(const Node& node);

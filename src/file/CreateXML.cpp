@@ -150,9 +150,9 @@ class ItemRecords {
 
     const clsItem& at(const Node& node) {
         if (next_ == items_.end() || (*next_).key != node.key()) {
-            return *items_.at(node.key());
+            return items_.at(node.key());
         }
-        const auto& record = (*next_).record;
+        const clsItem* record = (*next_).record;
         ++next_;
         return *record;
     }
@@ -275,7 +275,7 @@ void writeConfiguration(const Document& document, const std::vector<const Node*>
                   "\" timeout=\"", std::to_string(settings.timeout), "\"/>"});
     lines.add(1, {"<OPC_DA>"});
     for (const Node* device : devices) {
-        lines.add(0, {document.deviceAt(*device)->GetXmlTag()});
+        lines.add(0, {document.deviceAt(*device).GetXmlTag()});
         lines.add(3, {"<tags>"});
         Contents contents(output, document, *device);
         for (bool more = true; more;) {

@@ -139,7 +139,7 @@ class Importer : public XmlListener {
             settings.port = element.attribute("port");
             settings.ediType = element.attribute("editype");
             settings.timeout = readInt32(element.attribute("timeout"));
-            document_.settings() = settings;
+            document_.setSettings(settings);
         });
     }
 
@@ -150,7 +150,7 @@ class Importer : public XmlListener {
             const auto device = std::make_shared<clsPLC>();
             device->SetByXml(element);
             deviceName_ = device->getName();
-            node = &document_.enter(device);
+            node = &document_.add(device);
             makeVisible(*node);
         });
         return node;
@@ -163,14 +163,14 @@ class Importer : public XmlListener {
             if (element.name == "TAG") {
                 const auto item = std::make_shared<clsItem>();
                 item->SetByXml(element, deviceName_, parent.key());
-                node = &document_.enter(item, parent);
+                node = &document_.add(item, parent);
                 makeVisible(*node);
                 itemRead_();
                 turns_.pieceDone();
             } else {
                 const auto branch = std::make_shared<clsBranch>();
                 branch->build(element, deviceName_);
-                node = &document_.enter(branch, parent);
+                node = &document_.add(branch, parent);
                 makeVisible(*node);
             }
         });
@@ -185,7 +185,7 @@ class Importer : public XmlListener {
     }
 
     /// The parent's own parents are expanded since it was read itself.
-    void makeVisible(const Node& node) { document_.tree().setExpanded(*node.parent(), true); }
+    void makeVisible(const Node& node) { ConfigTree::setExpanded(*node.parent(), true); }
 
     Document& document_;
     FirstMessages messages_;
@@ -212,7 +212,7 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
             isRead = importer.finish(desktop);
         } catch (...) {
             // Nothing is made of a part of a file.
-            document.settings() = settings;
+            document.setSettings(settings);
             document.startAt(path);
             throw;
         }

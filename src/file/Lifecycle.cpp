@@ -19,11 +19,9 @@ void Lifecycle::mnuNewCfg_Click() {
         if (!saveFirst()) return;
         document_.open = false;
         window_.InitObjects();
-        document_.startAt(desktop_.defaultFolder() + proposedFileName());
+        document_.startNew(desktop_.defaultFolder() + proposedFileName());
         document_.open = true;
         document_.saved = false;
-        document_.deviceCounter = document_.branchCounter = document_.itemCounter = 0;
-        document_.settings().SetDefaults();
         window_.configurationOpened();
     });
 }
@@ -137,7 +135,7 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
                 outcome = SaveOutcome::declined;
                 return;
             }
-            document_.tree().setText(document_.tree().nodeAt(Document::rootKey), path);
+            document_.setPath(path);
             outcome = write(path);
         } catch (const RunTimeError& error) {
             if (error.number() != ErrorNumber::cancelled) throw;
@@ -167,7 +165,7 @@ bool Lifecycle::mayReplace(const std::string& path) {
 Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
     if (!CreateXML(path, document_, disk_, desktop_)) return SaveOutcome::failed;
     noteFile(path);
-    document_.saved = true;
+    document_.noteSaved();
     const std::string subKey =
         "Software\\" + std::string(companyName) + "\\" + std::string(productName);
     try {

@@ -34,13 +34,13 @@ void addDevice(Document& document, const SharedText& name) {
     if (document.devices().find(name) != nullptr) return;
     const auto device = std::make_shared<clsPLC>();
     device->SetByEts(name.string(), document.settings());
-    document.enter(device);
+    document.add(device);
 }
 
 void addRecord(Document& document, std::string_view line) {
     const auto item = std::make_shared<clsItem>();
     addDevice(document, item->SetByEts(fieldsOf(line)));
-    Node& node = document.enter(item, document.tree().nodeAt(item->getParentKey()));
+    Node& node = document.add(item, document.tree().nodeAt(item->getParentKey()));
     document.tree().ensureVisible(node);
 }
 

@@ -5,15 +5,14 @@
 
 #include "base/RunTimeError.h"
 
-bool CheckDuplNames(NodeKind kind, std::string_view name, const ConfigTree& tree, bool useParent,
+bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool useParent,
                     const Tell& tell) {
     bool free = false;
     reportErrors(tell, "CheckDuplNames", [&] {
-        const Node* selected = tree.selected();
-        const Node* parent = selected != nullptr && useParent ? selected->parent() : selected;
+        const Node* parent = useParent ? node.parent() : &node;
         if (parent == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
         free = std::ranges::none_of(parent->GetChildren(), [&](const Node* child) {
-            return child->kind() == kind && child->text() == name && child != selected;
+            return child->kind() == kind && child->text() == name && child != &node;
         });
         if (!free) tell("Name already existing. Please use a different name");
     });

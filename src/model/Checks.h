@@ -6,10 +6,10 @@
 #include "base/Reporting.h"
 #include "model/ConfigTree.h"
 
-/// True when a node of that kind may get that name below the tree's selected node or, with
+/// True when a node of that kind may get that name below `node` or, with
 /// `useParent`, beside it. Only siblings of the same kind count, with exact case. False after
 /// telling the user.
-bool CheckDuplNames(NodeKind kind, std::string_view name, const ConfigTree& tree, bool useParent,
+bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool useParent,
                     const Tell& tell);
 
 /// True when the text holds none of the characters that names must not have, as they become

@@ -23,7 +23,7 @@ const std::vector<Node*>& Node::GetChildren() const {
     return children_ == nullptr ? none : *children_;
 }
 
-ConfigTree::BulkChange::BulkChange(ConfigTree& tree)
+ConfigTree::BulkChange::BulkChange(const ConfigTree& tree)
     : tree_(tree), listener_(std::exchange(tree.listener_, nullptr)) {
     if (listener_ != nullptr) listener_->aboutToReset();
 }
@@ -53,7 +53,10 @@ Node& ConfigTree::AddNode(Node* parent, SharedText key, SharedText text, NodeKin
     node->kind_ = kind;
     const auto row = parent == nullptr ? 0 : parent->GetChildren().size();
     if (listener_ != nullptr) listener_->aboutToAdd(parent, static_cast<int>(row));
-    Node& added = append(parent, std::move(node));
+    node->parent_ = parent;
+    node->isPresent_ = shown_ == this;
+    Node& added = *node;
+    nodes_.add(std::move(node));
     if (parent == nullptr) {
         root_ = &added;
     } else {
@@ -67,14 +70,6 @@ void ConfigTree::addChild(Node& parent, Node& child) {
     if (parent.children_ == nullptr) parent.children_ = std::make_unique<std::vector<Node*>>();
     child.row_ = static_cast<std::uint32_t>(parent.children_->size());
     parent.children_->push_back(&child);
-}
-
-/// Owns the node from now on, as the one that was added last.
-Node& ConfigTree::append(Node* parent, std::unique_ptr<Node> node) {
-    node->parent_ = parent;
-    Node& added = *node;
-    nodes_.add(std::move(node));
-    return added;
 }
 
 Node& ConfigTree::nodeAt(const SharedText& key) const {
@@ -95,23 +90,53 @@ Node* ConfigTree::heirOf(const Node& leaving) {
     return previous != siblings.rend() ? *previous : parent;
 }
 
-void ConfigTree::removeAll(const std::vector<Node*>& nodes) {
-    takeOut(nodes, [](const std::unique_ptr<Node>& /*gone*/) {});
+/// Takes the nodes out of their parents' children, and tells where they were.
+void ConfigTree::removeChildren(const std::vector<Node*>& nodes, std::vector<Cut::Top>& removed) {
+    std::vector<Node*> parents;
+    parents.reserve(nodes.size());
+    for (const Node* node : nodes)
+        parents.push_back(node->parent_);
+    std::ranges::sort(parents, std::less<>());
+    parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
+    removed.reserve(nodes.size());
+    for (Node* parent : parents) {
+        auto& children = *parent->children_;
+        auto kept = children.begin();
+        for (std::size_t row = 0; row < children.size(); ++row) {
+            Node* child = children[row];
+            if (child->leaving_) {
+                child->leaving_ = false;
+                removed.push_back({child, parent, row});
+            } else {
+                *kept++ = child;
+            }
+        }
+        children.erase(kept, children.end());
+        parent->childRowsKnown_ = false;
+    }
 }
 
-void ConfigTree::moveTo(ConfigTree& other, Node& node) {
-    takeOut({&node}, [&](std::unique_ptr<Node> gone) {
-        Node* const parent = gone.get() == &node ? other.root_ : gone->parent_;
-        other.append(parent, std::move(gone));
-    });
-    node.leaving_ = false;
-    addChild(*other.root_, node);
+void ConfigTree::insertChildren(const std::vector<Cut::Top>& tops) {
+    for (auto top = tops.begin(); top != tops.end();) {
+        Node& parent = *top->parent;
+        if (parent.children_ == nullptr) parent.children_ = std::make_unique<std::vector<Node*>>();
+        const std::vector<Node*> others = std::exchange(*parent.children_, {});
+        auto& children = *parent.children_;
+        auto other = others.begin();
+        for (; top != tops.end() && top->parent == &parent; ++top) {
+            while (other != others.end() && children.size() < top->row)
+                children.push_back(*other++);
+            children.push_back(top->node);
+        }
+        children.insert(children.end(), other, others.end());
+        parent.childRowsKnown_ = false;
+    }
 }
 
-/// `receive` is given each node that goes, after its parent.
-template <typename Receive>
-void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive) {
-    if (nodes.empty()) return;
+ConfigTree::Cut ConfigTree::takeOut(const std::vector<Node*>& nodes) {
+    Cut cut;
+    cut.tree_ = this;
+    if (nodes.empty()) return cut;
     for (Node* node : nodes)
         node->leaving_ = true;
     for (const Node* above = selected_; above != nullptr; above = above->parent_) {
@@ -124,33 +149,102 @@ void ConfigTree::takeOut(const std::vector<Node*>& nodes, const Receive& receive
     std::optional<BulkChange> bulk;
     if (nodes.size() > 1) bulk.emplace(*this);
     if (listener_ != nullptr) listener_->aboutToRemove(*nodes.front());
-    std::vector<Node*> parents;
-    parents.reserve(nodes.size());
-    for (const Node* node : nodes)
-        parents.push_back(node->parent_);
-    std::ranges::sort(parents, std::less<>());
-    parents.erase(std::unique(parents.begin(), parents.end()), parents.end());
-    for (Node* parent : parents) {
-        std::erase_if(*parent->children_, [](const Node* child) { return child->leaving_; });
-        parent->childRowsKnown_ = false;
-    }
-    std::vector<Node*> gone = nodes;
-    for (const Node* node : nodes)
+    removeChildren(nodes, cut.tops_);
+    const auto take = [&](Node& node) {
+        node.isPresent_ = false;
+        cut.nodes_.push_back(nodes_.take(node.key_));
+    };
+    cut.nodes_.reserve(nodes.size());
+    for (Node* node : nodes) {
+        take(*node);
         for (TreeWalk walk(*node); Node* below = walk.next();)
-            gone.push_back(below);
-    for (const Node* each : gone) {
-        for (Reference* reference : references_)
-            if (reference->node_ == each) reference->node_ = nullptr;
-        receive(nodes_.take(each->key_));
+            take(*below);
     }
     if (listener_ != nullptr) listener_->removed();
+    return cut;
+}
+
+void ConfigTree::putBack(Cut&& cut) {
+    if (cut.tops_.empty()) return;
+    std::optional<BulkChange> bulk;
+    if (cut.tops_.size() > 1) bulk.emplace(*this);
+    const Cut::Top& first = cut.tops_.front();
+    if (listener_ != nullptr) listener_->aboutToAdd(first.parent, static_cast<int>(first.row));
+    for (const Cut::Top& top : cut.tops_)
+        top.node->parent_ = top.parent;
+    for (Nodes::Taken& taken : cut.nodes_) {
+        taken.thing->isPresent_ = shown_ == this;
+        nodes_.putBack(std::move(taken));
+    }
+    insertChildren(cut.tops_);
+    if (listener_ != nullptr) listener_->added();
+    cut = Cut();
+}
+
+void ConfigTree::moveTo(ConfigTree& other, Node& node, Cut& there) {
+    Cut here = takeOut({&node});
+    if (there.tops_.empty()) {
+        there.tops_.push_back({&node, other.root_, other.root_->GetChildren().size()});
+        for (std::size_t i = 0; i < here.nodes_.size(); ++i)
+            there.nodes_.push_back(
+                {nullptr, static_cast<Nodes::Place>(other.nodes_.endPlace() + i)});
+    }
+    for (std::size_t i = 0; i < here.nodes_.size(); ++i)
+        there.nodes_[i].thing = std::move(here.nodes_[i].thing);
+    other.putBack(std::move(there));
+    there = std::move(here);
+}
+
+void ConfigTree::compact(const std::vector<Cut*>& reserved) {
+    std::vector<Nodes::Place*> places;
+    for (Cut* cut : reserved)
+        for (Nodes::Taken& taken : cut->nodes_)
+            places.push_back(&taken.place);
+    nodes_.compact(std::move(places));
+}
+
+ConfigTree::Cut::~Cut() {
+    for (const Nodes::Taken& taken : nodes_)
+        if (taken.thing != nullptr && taken.thing->isReferredTo_) tree_->forget(*taken.thing);
+}
+
+/// The node is about to be destroyed.
+void ConfigTree::forget(const Node& node) const {
+    auto& references = shown_->references_;
+    const auto [first, last] = references.equal_range(&node);
+    for (auto each = first; each != last; ++each) {
+        each->second->lastText_ = node.text_;
+        each->second->node_ = nullptr;
+    }
+    references.erase(first, last);
+}
+
+ConfigTree::Reference& ConfigTree::Reference::operator=(Node* node) {
+    if (node_ != nullptr) {
+        const auto [first, last] = tree_.references_.equal_range(node_);
+        const auto own =
+            std::find_if(first, last, [&](const auto& each) { return each.second == this; });
+        tree_.references_.erase(own);
+    }
+    node_ = node;
+    if (node != nullptr) {
+        node->isReferredTo_ = true;
+        tree_.references_.emplace(node, this);
+    }
+    return *this;
+}
+
+Node& ConfigTree::Reference::node() const {
+    Node* node = get();
+    if (node == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    return *node;
 }
 
 void ConfigTree::clear() {
     if (listener_ != nullptr) listener_->aboutToReset();
     root_ = selected_ = nullptr;
-    for (Reference* reference : references_)
-        reference->node_ = nullptr;
+    for (const auto& node : nodes_)
+        if (node->isReferredTo_) forget(*node);
     nodes_.clear();
     if (listener_ != nullptr) listener_->reset();
 }
@@ -167,29 +261,38 @@ void ConfigTree::setText(Node& node, SharedText text) {
     if (listener_ != nullptr) listener_->changed(node);
 }
 
-void ConfigTree::sortChildren(Node& node) {
-    const auto before = [](const Node* a, const Node* b) {
+bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
+    const auto isBefore = [](const Node* a, const Node* b) {
         return alphabeticallyBefore(a->text_, b->text_);
     };
-    if (node.children_ == nullptr) return;
+    if (node.children_ == nullptr) return false;
     // Most often a few were added to many in order: the many are not sorted once more.
     auto& children = *node.children_;
-    const auto added = std::ranges::is_sorted_until(children, before);
-    if (added == children.end()) return;
+    const auto added = std::ranges::is_sorted_until(children, isBefore);
+    if (added == children.end()) return false;
+    before = children;
     if (listener_ != nullptr) listener_->aboutToReorder(node);
-    std::ranges::stable_sort(added, children.end(), before);
-    std::ranges::inplace_merge(children, added, before);
+    std::ranges::stable_sort(added, children.end(), isBefore);
+    std::ranges::inplace_merge(children, added, isBefore);
+    node.childRowsKnown_ = false;
+    if (listener_ != nullptr) listener_->reordered(node);
+    return true;
+}
+
+void ConfigTree::swapChildren(Node& node, std::vector<Node*>& children) {
+    if (listener_ != nullptr) listener_->aboutToReorder(node);
+    std::swap(*node.children_, children);
     node.childRowsKnown_ = false;
     if (listener_ != nullptr) listener_->reordered(node);
 }
 
-void ConfigTree::select(Node* node) {
+void ConfigTree::select(Node* node) const {
     if (node == selected_) return;
     selected_ = node;
     if (listener_ != nullptr) listener_->selectionChanged();
 }
 
-void ConfigTree::ensureVisible(Node& node) {
+void ConfigTree::ensureVisible(Node& node) const {
     for (Node* above = node.parent_; above != nullptr; above = above->parent_)
         above->expanded_ = true;
     if (listener_ != nullptr) listener_->madeVisible(node);

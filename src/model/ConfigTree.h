@@ -3,9 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "base/KeyedSet.h"
@@ -19,7 +20,7 @@ enum class NodeKind : std::uint8_t { config, plc, branch, item };
 std::string_view tagOf(NodeKind kind);
 
 /// One node: a key that is unique in the whole tree, the text that the user sees, a kind, and a
-/// place among its siblings. Changed through its tree only.
+/// place among its siblings. Only its tree changes it.
 class Node {
  public:
     const SharedText& key() const { return key_; }
@@ -48,17 +49,27 @@ class Node {
     mutable bool childRowsKnown_ = true;
     NodeKind kind_ = NodeKind::config;
     bool expanded_ = false;
-    bool leaving_ = false;  // while it is being removed
+    bool leaving_ = false;       // while it is being taken out
+    bool isPresent_ = false;     // it is in the tree that is shown
+    bool isReferredTo_ = false;  // by a Reference
 };
 
 /// The configuration tree: one root, any depth. Nodes are found by key (matched exactly) in
-/// constant time. It also holds which node is selected, because the rules of names and keys
-/// start there.
+/// constant time. It also holds what the views show of it: which node is selected, as the rules of
+/// names and keys start there, and which nodes are expanded. That is no part of the configuration,
+/// so it may be set through a constant tree too.
 ///
 ///     tree.AddNode("", "config", "C:\\house.xml", NodeKind::config);
 ///     tree.AddNode("config", "Plant", "Plant", NodeKind::plc);
 ///     tree.AddNode("Plant", "Plant.Floor1", "Floor1", NodeKind::branch);
 class ConfigTree {
+    struct Keys {
+        static bool isEmpty(const std::unique_ptr<Node>& node) { return node == nullptr; }
+        static const SharedText& keyOf(const std::unique_ptr<Node>& node) { return node->key(); }
+        static bool equal(std::string_view a, std::string_view b) { return a == b; }
+    };
+    using Nodes = KeyedSet<std::unique_ptr<Node>, Keys>;
+
  public:
     /// Hears of every change, so that a view can follow. The calls in pairs enclose the change.
     class Listener {
@@ -88,45 +99,83 @@ class ConfigTree {
     /// still paints the nodes that it knew.
     class BulkChange {
      public:
-        explicit BulkChange(ConfigTree& tree);
+        explicit BulkChange(const ConfigTree& tree);
         BulkChange(const BulkChange&) = delete;
         BulkChange& operator=(const BulkChange&) = delete;
         ~BulkChange();
 
      private:
-        ConfigTree& tree_;
+        const ConfigTree& tree_;
         Listener* listener_;
     };
 
-    /// Remembers one node through whatever becomes of its key, text and place; null once the node
-    /// is gone. Must not outlive the tree.
+    /// Remembers one node through whatever becomes of its key, text and place: a safe pointer to
+    /// keep while a dialog or a message box is open. Must not outlive the tree.
     class Reference {
      public:
-        explicit Reference(ConfigTree& tree) : tree_(tree) { tree_.references_.push_back(this); }
+        explicit Reference(const ConfigTree& tree, Node* node = nullptr) : tree_(tree) {
+            *this = node;
+        }
         Reference(const Reference&) = delete;
         Reference& operator=(const Reference&) = delete;
-        ~Reference() { std::erase(tree_.references_, this); }
+        ~Reference() { *this = nullptr; }
 
-        Reference& operator=(Node* node) {
-            node_ = node;
-            return *this;
-        }
-        Node* get() const { return node_; }
+        Reference& operator=(Node* node);
+        /// Null while the node is not in the tree that is shown: a removed node may come back.
+        Node* get() const { return node_ != nullptr && node_->isPresent_ ? node_ : nullptr; }
+        /// The same. Raises ErrorNumber::objectNotSet in place of null.
+        Node& node() const;
+        /// The node's text, also when it is gone: then the last that it had.
+        const SharedText& text() const { return node_ == nullptr ? lastText_ : node_->text_; }
 
      private:
         friend class ConfigTree;
 
-        ConfigTree& tree_;
-        Node* node_ = nullptr;
+        const ConfigTree& tree_;
+        Node* node_ = nullptr;  // null once it cannot come back
+        SharedText lastText_;
+    };
+
+    /// Nodes that were taken out of a tree, with all below them, and where they were: they can be
+    /// put back.
+    class Cut {
+     public:
+        Cut() = default;
+        Cut(Cut&&) noexcept = default;
+        Cut& operator=(Cut&& other) noexcept {
+            std::swap(tree_, other.tree_);
+            nodes_.swap(other.nodes_);
+            tops_.swap(other.tops_);
+            return *this;
+        }
+        Cut(const Cut&) = delete;
+        Cut& operator=(const Cut&) = delete;
+        ~Cut();
+
+        std::size_t nodeCount() const { return nodes_.size(); }
+
+     private:
+        friend class ConfigTree;
+        struct Top {
+            Node* node;
+            Node* parent;
+            std::size_t row;
+        };
+
+        const ConfigTree* tree_ = nullptr;
+        std::vector<Nodes::Taken> nodes_;  // each after its parent
+        std::vector<Top> tops_;            // those with one parent follow each other, by row
     };
 
     ConfigTree() = default;
+    /// A tree beside the one that is shown, to move nodes to.
+    explicit ConfigTree(const ConfigTree* shown) : shown_(shown) {}
     ConfigTree(const ConfigTree&) = delete;
     ConfigTree& operator=(const ConfigTree&) = delete;
     ~ConfigTree() = default;
 
     /// The one listener, or null.
-    void setListener(Listener* listener) { listener_ = listener; }
+    void setListener(Listener* listener) const { listener_ = listener; }
 
     /// Appends a node as last child of the node with the key `parentKey` (empty for the root).
     /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
@@ -148,15 +197,20 @@ class ConfigTree {
     /// Takes the node, which is not the root, and everything below it out of the tree. When the
     /// selected node goes with it, the node's next sibling, else its previous one, else its parent
     /// becomes selected.
-    void remove(Node& node) { removeAll({&node}); }
+    void remove(Node& node) { takeOut({&node}); }
 
     /// The same for many at once, in a time that grows with their number and that of their
     /// siblings. None of them may lie below another. The selection goes to a sibling that stays.
-    void removeAll(const std::vector<Node*>& nodes);
+    Cut takeOut(const std::vector<Node*>& nodes);
 
-    /// The same for one node, but it goes, with everything below it, to another tree, as last
-    /// child of that tree's root. Its keys must be free there.
-    void moveTo(ConfigTree& other, Node& node);
+    /// Puts nodes back where they were taken out: their keys must be free, and their siblings the
+    /// same as then, in whatever order.
+    void putBack(Cut&& cut);
+
+    /// Takes the node out of this tree, with everything below it, and makes it the last child of
+    /// the other tree's root, or puts it back: `there` says where it was in the other tree, and
+    /// afterwards where it was in this one. Its keys must be free there.
+    void moveTo(ConfigTree& other, Node& node, Cut& there);
 
     void clear();
 
@@ -167,18 +221,24 @@ class ConfigTree {
 
     /// Puts the node's children into alphabetical order of their texts; equal texts keep their
     /// order. Children added later are appended as ever.
-    void sortChildren(Node& node);
+    /// True when that changed anything; then `before` is the order of before.
+    bool sortChildren(Node& node, std::vector<Node*>& before);
+    /// Gives the node's children another order, and `children` the present one.
+    void swapChildren(Node& node, std::vector<Node*>& children);
 
     /// Null before there is one.
     Node* root() const { return root_; }
 
     /// Null when no node is selected.
     Node* selected() const { return selected_; }
-    void select(Node* node);
+    void select(Node* node) const;
+
+    /// True for a node that is in this tree, and this is the tree that is shown.
+    static bool isPresent(const Node& node) { return node.isPresent_; }
 
     /// Expands all parents of the node and has the view scroll to it.
-    void ensureVisible(Node& node);
-    void setExpanded(Node& node, bool expanded) { node.expanded_ = expanded; }
+    void ensureVisible(Node& node) const;
+    static void setExpanded(Node& node, bool expanded) { node.expanded_ = expanded; }
 
     /// The node's place among its siblings, from 0.
     static int rowOf(const Node& node);
@@ -188,24 +248,23 @@ class ConfigTree {
     ///     for (const auto& node : tree.nodes()) use(*node);
     const auto& nodes() const { return nodes_; }
 
+    /// See KeyedSet.
+    std::size_t holes() const { return nodes_.holes(); }
+    void compact(const std::vector<Cut*>& reserved);
+
  private:
     static Node* heirOf(const Node& leaving);
-    template <typename Receive>
-    void takeOut(const std::vector<Node*>& nodes, const Receive& receive);
-    Node& append(Node* parent, std::unique_ptr<Node> node);
     static void addChild(Node& parent, Node& child);
+    static void removeChildren(const std::vector<Node*>& nodes, std::vector<Cut::Top>& removed);
+    static void insertChildren(const std::vector<Cut::Top>& tops);
+    void forget(const Node& node) const;
 
-    struct Keys {
-        static bool isEmpty(const std::unique_ptr<Node>& node) { return node == nullptr; }
-        static const SharedText& keyOf(const std::unique_ptr<Node>& node) { return node->key_; }
-        static bool equal(std::string_view a, std::string_view b) { return a == b; }
-    };
-
-    KeyedSet<std::unique_ptr<Node>, Keys> nodes_;
+    Nodes nodes_;
     Node* root_ = nullptr;
-    Node* selected_ = nullptr;
-    Listener* listener_ = nullptr;
-    std::vector<Reference*> references_;
+    const ConfigTree* shown_ = this;
+    mutable Node* selected_ = nullptr;
+    mutable Listener* listener_ = nullptr;
+    mutable std::unordered_multimap<const Node*, Reference*> references_;
 };
 
 /// Walks everything below a node, each node before its children, children first to last. No

@@ -4,73 +4,52 @@
 #include <malloc.h>
 #endif
 
-#include "base/RunTimeError.h"
+#include <algorithm>
+#include <utility>
 
-void Document::setCountersFromRecords() {
-    deviceCounter = static_cast<int>(devices_.count()) + 1;
-    branchCounter = static_cast<int>(branches_.count()) + 1;
-    itemCounter = static_cast<int>(items_.count()) + 1;
+#include "base/RunTimeError.h"
+#include "model/Keys.h"
+
+Node* Document::go(Node* (History::*way)(DocumentState&, Contents&)) {
+    DocumentState now = state();
+    Node* node = (history_.*way)(now, contents_);
+    saved = now.saved;
+    counters_ = now.counters;
+    return node;
 }
 
 std::string Document::currentPath() const {
-    if (tree_.root() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
-    return tree_.root()->text().string();
+    if (tree().root() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    return tree().root()->text().string();
 }
 
-namespace {
-
-template <typename Record>
-Node& enterRecord(Document& document, Registry<Record>& registry,
-                  const std::shared_ptr<Record>& record, const SharedText& key,
-                  const SharedText& name, Node* parent, NodeKind kind) {
-    registry.add(record, key);
-    try {
-        if (document.left().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
-        return document.tree().AddNode(parent, key, name, kind);
-    } catch (const RunTimeError&) {
-        // A record that no node shows could never be reached again.
-        registry.remove(key);
-        throw;
-    }
-}
-
-}  // namespace
-
-Node& Document::enter(const std::shared_ptr<clsPLC>& device) {
-    return enterRecord(*this, devices_, device, device->sKey(), device->getName(), tree_.root(),
-                       NodeKind::plc);
-}
-
-Node& Document::enter(const std::shared_ptr<clsBranch>& branch, Node& parent) {
-    return enterRecord(*this, branches_, branch, branch->sKey, branch->sName, &parent,
-                       NodeKind::branch);
-}
-
-Node& Document::enter(const std::shared_ptr<clsItem>& item, Node& parent) {
-    return enterRecord(*this, items_, item, item->sKey, item->sName, &parent, NodeKind::item);
+Node& Document::selectedNode() const {
+    Node* node = tree().selected();
+    if (node == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
+    return *node;
 }
 
 const Node* Document::deviceNode(const SharedText& name) const {
-    const Node* node = tree_.FindNode(name);
-    if (node == nullptr || !node->isDevice()) node = left_.FindNode(name);
+    const Node* node = tree().FindNode(name);
+    if (node == nullptr || !node->isDevice()) node = detached().FindNode(name);
     return node != nullptr && node->isDevice() ? node : nullptr;
 }
 
-const std::shared_ptr<clsPLC>& Document::deviceAt(const Node& node) const {
+const clsPLC& Document::deviceAt(const Node& node) const {
     if (!node.isDevice()) throw RunTimeError(ErrorNumber::invalidCall);
-    return devices_.at(node.key());
+    return devices().at(node.key());
 }
 
-const std::shared_ptr<clsItem>& Document::itemUnder(const SharedText& key) const {
-    const Node* node = tree_.FindNode(key);
+Node& Document::itemNodeAt(const SharedText& key) const {
+    Node* node = tree().FindNode(key);
     if (node == nullptr || node->kind() != NodeKind::item) {
         throw RunTimeError(ErrorNumber::invalidCall);
     }
-    return items_.at(key);
+    return *node;
 }
 
 std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
-    const auto& record = items_.at(node.key());
+    auto record = items().share(node.key());
     if (record->sKey == node.key() && record->sName == node.text()) return record;
     auto here = std::make_shared<clsItem>(*record);
     here->sKey = node.key();
@@ -78,13 +57,249 @@ std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
     return here;
 }
 
+/// Raises what adding a record of that kind, and then its node, would end with when the key is
+/// in use: ErrorNumber::keyTaken by a record, ErrorNumber::keyNotUnique by a node.
+void Document::requireFreeKey(NodeKind kind, const SharedText& key) const {
+    const bool isTaken = (kind == NodeKind::plc && devices().find(key) != nullptr) ||
+                         (kind == NodeKind::branch && branches().find(key) != nullptr) ||
+                         (kind == NodeKind::item && items().find(key) != nullptr);
+    if (isTaken) throw RunTimeError(ErrorNumber::keyTaken);
+    if (hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
+}
+
+/// The same for a second node like `node`, which has a record unless it is a dropped device.
+void Document::requireFreeKey(const Node& node, const SharedText& key) const {
+    requireFreeKey(node.isDroppedDevice() ? NodeKind::config : node.kind(), key);
+}
+
+void Document::requireFreeKeys(const Node& node, const SharedText& newKey) const {
+    const auto require = [&](const Node& each, const SharedText& key) {
+        if (key == each.key()) return;
+        // A record's own entry is in nobody's way when only its key's case changes.
+        if (!equalIgnoringCase(key, each.key())) return requireFreeKey(each, key);
+        if (hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
+    };
+    require(node, newKey);
+    std::vector<SharedText> path{newKey};  // the new keys from the node down to the present one
+    for (TreeWalk walk(node); const Node* below = walk.next();) {
+        path.resize(walk.depth());
+        path.push_back(joinKey(path.back(), below->text()));
+        require(*below, path.back());
+    }
+}
+
+template <typename Record>
+Node& Document::enter(const std::shared_ptr<Record>& record, const SharedText& key,
+                      const SharedText& name, Node* parent, NodeKind kind) {
+    Registry<Record>& registry = contents_.registry<Record>();
+    registry.add(record, key);
+    try {
+        if (detached().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
+        Node& node = contents_.tree.AddNode(parent, key, name, kind);
+        if (!history_.isOpen()) {
+            history_.clear();
+            return node;
+        }
+        history_.recordAdded(node);
+        history_.concerns(node);
+        return node;
+    } catch (const RunTimeError&) {
+        // A record that no node shows could never be reached again.
+        registry.take(key);
+        throw;
+    }
+}
+
+Node& Document::add(const std::shared_ptr<clsPLC>& device) {
+    return enter(device, device->sKey(), device->getName(), tree().root(), NodeKind::plc);
+}
+
+Node& Document::add(const std::shared_ptr<clsBranch>& branch, Node& parent) {
+    return enter(branch, branch->sKey, branch->sName, &parent, NodeKind::branch);
+}
+
+Node& Document::add(const std::shared_ptr<clsItem>& item, Node& parent) {
+    return enter(item, item->sKey, item->sName, &parent, NodeKind::item);
+}
+
+void Document::countUp(NodeKind kind) {
+    if (kind == NodeKind::plc) ++counters_.devices;
+    if (kind == NodeKind::branch) ++counters_.branches;
+    if (kind == NodeKind::item) ++counters_.items;
+}
+
+/// The item keeps its record: the editor clipboard and dragged copies refer to it.
+void Document::change(Node& item, const ItemFields& fields) {
+    const SharedText key = BuildNodeKey(fields.txtItemName, &item, true);
+    requireFreeKeys(item, key);
+    clsItem& record = *contents_.items.recordAt(item.key());
+    clsItem now = record;
+    now.SetByForm(fields, &item, true);
+    const Step step(*this, "Change");
+    history_.record<ItemChange>(record, now);
+    history_.current<RenameChange>().make(contents_, item, key, now.sName);
+    history_.concerns(item);
+    saved = false;
+}
+
+void Document::change(Node& device, const DeviceFields& fields) {
+    auto record = std::make_shared<clsPLC>();
+    record->SetByForm(fields);
+    deviceAt(device);
+    requireFreeKeys(device, record->sKey());
+    const Step step(*this, "Change");
+    history_.current<RenameChange>().make(contents_, device, std::move(record));
+    UpdateChildKeys(device);
+    history_.concerns(device);
+    saved = false;
+}
+
+void Document::renameBranch(Node& branch, const SharedText& name) {
+    auto record = std::make_shared<clsBranch>();
+    record->sName = name;
+    record->sKey = BuildNodeKey(name, &branch, true);
+    requireFreeKeys(branch, record->sKey);
+    const Step step(*this, "Rename");
+    history_.current<RenameChange>().make(contents_, branch, std::move(record));
+    UpdateChildKeys(branch);
+    history_.concerns(branch);
+    saved = false;
+}
+
+void Document::renameItem(Node& item, const SharedText& name) {
+    const SharedText key = BuildNodeKey(name, &item, true);
+    requireFreeKeys(item, key);
+    const Step step(*this, "Rename");
+    history_.current<RenameChange>().make(contents_, item, key, name);
+    history_.concerns(item);
+    saved = false;
+}
+
+void Document::setComment(Node& item, const SharedText& comment) {
+    SharedText& text = contents_.items.recordAt(item.key())->sComment;
+    const Step step(*this, "Change");
+    history_.current<RecordTextChange>().make(text, comment);
+    history_.concerns(item);
+    saved = false;
+}
+
+/// After the node has got another key: the keys of all below it follow, in the tree and in the
+/// registries, where the entries move to the end.
+void Document::UpdateChildKeys(const Node& node) {
+    RenameChange& change = history_.current<RenameChange>();
+    for (TreeWalk walk(node); Node* child = walk.next();)
+        change.make(contents_, *child, joinKey(child->parent()->key(), child->text()));
+}
+
+Document::Placement Document::placementOf(Node& source, Node& target) const {
+    Placement placement(source, target);
+    placement.keys_.push_back(joinKey(target.key(), source.text()));
+    if (!source.isDevice()) requireFreeKey(source, placement.keys_.front());
+    return placement;
+}
+
+void Document::placeContents(Placement& placement) const {
+    // Deliberate: of a device only a bare node goes there. Its contents leave the tree, and its
+    // records stay. What was added afterwards below that bare node has no other place, and goes
+    // with it.
+    if (placement.source_.isDevice()) return;
+    std::vector<SharedText> path{placement.keys_.front()};  // from the source to the present node
+    for (TreeWalk walk(placement.source_); const Node* below = walk.next();) {
+        path.resize(walk.depth());
+        placement.keys_.push_back(joinKey(path.back(), below->text()));
+        requireFreeKey(*below, placement.keys_.back());
+        path.push_back(placement.keys_.back());
+    }
+}
+
+Node& Document::place(const Placement& placement, bool move) {
+    Node& source = placement.source_;
+    const bool withContents = !source.isDevice();
+    const Step step(*this, move ? "Move" : "Copy");
+    const ConfigTree::BulkChange bulk(tree());
+    auto key = placement.keys_.begin();
+    const auto copyNode = [&](const Node& node, Node& parent) -> Node& {
+        Node& added = contents_.tree.AddNode(&parent, *key, node.text(), node.kind());
+        copyRecord(node, *key++);
+        return added;
+    };
+    Node& added = copyNode(source, placement.target_);
+    std::vector<Node*> path{&added};  // the copies of the present node's parents
+    if (withContents) {
+        for (TreeWalk walk(source); const Node* below = walk.next();) {
+            path.resize(walk.depth());
+            path.push_back(&copyNode(*below, *path.back()));
+        }
+    }
+    history_.record<PresenceChange>(added);
+    ConfigTree::setExpanded(added, true);
+    history_.concerns(added, move ? &source : nullptr);
+    if (!move) return added;
+    if (withContents) {
+        history_.record<PresenceChange>(contents_, std::vector<Node*>{&source});
+    } else {
+        history_.record<DetachChange>(contents_, source);
+    }
+    return added;
+}
+
+/// Deliberate: a copy gets no record of its own. The same one is entered again under the new key,
+/// and names the new place.
+void Document::copyRecord(const Node& source, const SharedText& newKey) {
+    const auto enterAgain = [&](auto& registry) {
+        const auto& record = registry.recordAt(source.key());
+        registry.add(record, newKey);
+        history_.current<RecordTextChange>().make(record->sKey, newKey);
+    };
+    if (source.kind() == NodeKind::item) enterAgain(contents_.items);
+    if (source.kind() == NodeKind::branch) enterAgain(contents_.branches);
+}
+
+void Document::remove(const std::vector<Node*>& nodes) {
+    if (nodes.empty()) return;
+    const Step step(*this, "Delete");
+    history_.record<PresenceChange>(contents_, nodes);
+    for (Node* node : nodes)
+        history_.concerns(*node);
+}
+
+void Document::setSettings(const GlobalSets& settings) {
+    if (!history_.isOpen()) {
+        history_.clear();
+        contents_.settings = settings;
+        return;
+    }
+    history_.record<SettingsChange>(std::exchange(contents_.settings, settings));
+}
+
+void Document::sortChildren(Node& node) {
+    std::vector<Node*> before;
+    if (contents_.tree.sortChildren(node, before)) history_.recordOrder(node, std::move(before));
+}
+
+void Document::setPath(const std::string& path) {
+    contents_.tree.setText(contents_.tree.nodeAt(rootKey), path);
+}
+
+void Document::noteSaved() {
+    saved = true;
+    history_.noteSaved();
+}
+
+void Document::setCountersFromRecords() {
+    counters_.devices = static_cast<int>(devices().count()) + 1;
+    counters_.branches = static_cast<int>(branches().count()) + 1;
+    counters_.items = static_cast<int>(items().count()) + 1;
+}
+
 void Document::clear() {
-    [[maybe_unused]] const bool heldItems = items_.count() > 0;
-    tree_.clear();
-    left_.clear();
-    devices_.clear();
-    items_.clear();
-    branches_.clear();
+    [[maybe_unused]] const bool heldItems = items().count() > 0 || history_.bytes() > 0;
+    history_.clear();
+    contents_.tree.clear();
+    contents_.detached.clear();
+    contents_.devices.clear();
+    contents_.items.clear();
+    contents_.branches.clear();
 #ifdef __GLIBC__
     // Its heap keeps what is freed below the last block in use: all of a large configuration.
     if (heldItems) ::malloc_trim(0);
@@ -93,8 +308,14 @@ void Document::clear() {
 
 void Document::startAt(const std::string& path) {
     clear();
-    left_.AddNode("", rootKey, "", NodeKind::config);
-    Node& root = tree_.AddNode("", rootKey, path, NodeKind::config);
-    tree_.ensureVisible(root);
-    tree_.select(&root);
+    contents_.detached.AddNode("", rootKey, "", NodeKind::config);
+    Node& root = contents_.tree.AddNode("", rootKey, path, NodeKind::config);
+    tree().ensureVisible(root);
+    tree().select(&root);
+}
+
+void Document::startNew(const std::string& path) {
+    startAt(path);
+    contents_.settings.SetDefaults();
+    counters_ = {};
 }

@@ -82,7 +82,8 @@ void ListView::setSubItem(std::size_t row, std::size_t subItem, SharedText text)
     rows_.at(row).subItems.at(subItem) = std::move(text);
 }
 
-void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey) {
+void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey,
+                         const std::function<bool(const SharedText& newKey)>& isBelow) {
     if (oldKey == newKey) return;
     const Update update(*this);
     placesKnown_ = false;
@@ -90,7 +91,9 @@ void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey) {
         const std::string_view key = row.key;
         if (!key.starts_with(oldKey)) continue;
         const std::string_view below = key.substr(oldKey.size());
-        if (below.empty() || below.front() == '.') row.key = SharedText(newKey, below, {});
+        if (!below.empty() && below.front() != '.') continue;
+        SharedText followed(newKey, below, {});
+        if (isBelow(followed)) row.key = std::move(followed);
     }
 }
 

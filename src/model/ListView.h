@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -90,9 +91,11 @@ class ListView {
     void renameRow(std::size_t row, const SharedText& key, const SharedText& text);
     /// Sets the text in a column after the first, counted from 0.
     void setSubItem(std::size_t row, std::size_t subItem, SharedText text);
-    /// The row of the node that was keyed `oldKey`, and those of nodes below it, are keyed by
-    /// `newKey` in its place.
-    void rekeyRows(std::string_view oldKey, std::string_view newKey);
+    /// A node got `newKey` in place of `oldKey`: its row, and those of nodes below it, follow.
+    /// `isBelow` says whether a key is now that of the node, or of one below it: with a "." in a
+    /// name, a key may only look so.
+    void rekeyRows(std::string_view oldKey, std::string_view newKey,
+                   const std::function<bool(const SharedText& newKey)>& isBelow);
     /// Shows a row in the place of the one with its key, selected or not as that was. Does nothing
     /// when there is none.
     void replaceRow(Row row);

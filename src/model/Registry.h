@@ -5,6 +5,7 @@
 #include <memory>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/KeyedSet.h"
 #include "base/RunTimeError.h"
@@ -15,11 +16,12 @@
 ///
 ///     Registry<clsItem> items;
 ///     items.add(item, "Plant.Floor1.Light3");
-///     items.at("plant.floor1.light3")->sComment = "Hall";
-///     for (const auto& [key, item] : items) ...
+///     items.at("plant.floor1.light3").sComment;
+///     for (const auto& [key, item] : items) use(key, item->sComment);
 ///
 /// Records are shared pointers because the editor clipboard keeps a removed item alive and
-/// because one record may stand under two keys (a copy made by dragging).
+/// because one record may have two keys (a copy made by dragging). Who may only read the registry
+/// may only read its records.
 template <typename T>
 class Registry {
     struct Entry {
@@ -36,7 +38,27 @@ class Registry {
     using Entries = KeyedSet<Entry, Keys>;
 
  public:
-    using Iterator = typename Entries::Iterator;
+    /// An entry that was taken out, with its place: `thing.key`, `thing.record`.
+    using Taken = typename Entries::Taken;
+
+    /// Key and record of each entry, in insertion order.
+    class Iterator {
+     public:
+        struct Value {
+            const SharedText& key;
+            const T* record;
+        };
+        explicit Iterator(typename Entries::Iterator entry) : entry_(entry) {}
+        Value operator*() const { return {(*entry_).key, (*entry_).record.get()}; }
+        Iterator& operator++() {
+            ++entry_;
+            return *this;
+        }
+        bool operator==(const Iterator&) const = default;
+
+     private:
+        typename Entries::Iterator entry_;
+    };
 
     Registry() = default;
     Registry(const Registry&) = delete;
@@ -44,9 +66,23 @@ class Registry {
     ~Registry() = default;
 
     std::size_t count() const { return entries_.size(); }
-    /// Key and record of each entry, in insertion order.
-    Iterator begin() const { return entries_.begin(); }
-    Iterator end() const { return entries_.end(); }
+    Iterator begin() const { return Iterator(entries_.begin()); }
+    Iterator end() const { return Iterator(entries_.end()); }
+
+    /// The record under the key; null when there is none.
+    const T* find(const SharedText& key) const {
+        const Entry* entry = entries_.find(key);
+        return entry == nullptr ? nullptr : entry->record.get();
+    }
+
+    /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
+    const T& at(const SharedText& key) const { return *entryAt(key).record; }
+
+    /// The same, to be kept.
+    std::shared_ptr<const T> share(const SharedText& key) const { return entryAt(key).record; }
+
+    /// The same, to be changed.
+    const std::shared_ptr<T>& recordAt(const SharedText& key) { return entryAt(key).record; }
 
     /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key is there
     /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
@@ -57,49 +93,30 @@ class Registry {
         }
     }
 
-    /// The record under the key; null when there is none.
-    std::shared_ptr<T> find(const SharedText& key) const {
-        const Entry* entry = entries_.find(key);
-        return entry == nullptr ? nullptr : entry->record;
-    }
-
-    /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
-    const std::shared_ptr<T>& at(const SharedText& key) const {
-        const Entry* entry = entries_.find(key);
-        if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
-        return entry->record;
-    }
-
-    /// The record that was added last. Raises ErrorNumber::invalidCall when there is none.
-    const std::shared_ptr<T>& last() const {
-        if (entries_.last() == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
-        return entries_.last()->record;
-    }
-
     /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
-    void remove(const SharedText& key) {
-        if (Keys::isEmpty(entries_.take(key))) throw RunTimeError(ErrorNumber::invalidCall);
+    Taken take(const SharedText& key) {
+        Taken taken = entries_.take(key);
+        if (Keys::isEmpty(taken.thing)) throw RunTimeError(ErrorNumber::invalidCall);
+        return taken;
     }
 
-    /// Moves the entry under `oldKey` to the end, under `newKey`; `changeRecord` is called on its
-    /// record. Raises ErrorNumber::invalidCall when there is no such entry or the new key is
-    /// empty, and ErrorNumber::keyTaken when another entry has the new key; then nothing has
-    /// changed.
-    template <typename Change>
-    void rekey(const SharedText& oldKey, const SharedText& newKey, Change&& changeRecord) {
-        if (newKey.empty()) throw RunTimeError(ErrorNumber::invalidCall);
-        auto record = at(oldKey);
-        const Entry* holder = entries_.find(newKey);
-        if (holder != nullptr && !Keys::equal(holder->key, oldKey)) {
-            throw RunTimeError(ErrorNumber::keyTaken);
-        }
-        remove(oldKey);
-        std::forward<Change>(changeRecord)(*record);
-        add(std::move(record), newKey);
+    /// Puts an entry back at its place, under a key that is free.
+    void putBack(Taken&& taken) { entries_.putBack(std::move(taken)); }
+
+    /// See KeyedSet.
+    std::size_t holes() const { return entries_.holes(); }
+    void compact(std::vector<typename Entries::Place*> reserved) {
+        entries_.compact(std::move(reserved));
     }
 
     void clear() { entries_.clear(); }
 
  private:
+    const Entry& entryAt(const SharedText& key) const {
+        const Entry* entry = entries_.find(key);
+        if (entry == nullptr) throw RunTimeError(ErrorNumber::invalidCall);
+        return *entry;
+    }
+
     Entries entries_;
 };

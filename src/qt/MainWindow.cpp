@@ -116,7 +116,8 @@ void MainWindow::buildMenus() {
     for (std::size_t row = 0; row < table.size(); ++row) {
         const Command& command = table[row];
         const bool hasEntries =
-            row + 1 < table.size() && table[row + 1].kind != Command::Kind::menu;
+            row + 1 < table.size() && (table[row + 1].kind == Command::Kind::entry ||
+                                       table[row + 1].kind == Command::Kind::separator);
         QAction* action = nullptr;
         if (command.kind == Command::Kind::separator) {
             action = menu->addSeparator();
@@ -125,11 +126,13 @@ void MainWindow::buildMenus() {
             action = menu->menuAction();
         } else {
             action = new QAction(toQt(command.caption), this);
-            action->setShortcut(QKeySequence(toQt(command.shortcut)));
+            action->setShortcuts(QKeySequence::listFromString(toQt(command.shortcut)));
             connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
             if (command.view) viewModes->addAction(action)->setCheckable(true);
-            (command.kind == Command::Kind::menu ? static_cast<QWidget*>(menuBar()) : menu)
-                ->addAction(action);
+            QWidget* place = menu;
+            if (command.kind == Command::Kind::menu) place = menuBar();
+            if (command.kind == Command::Kind::inContextMenus) place = this;
+            place->addAction(action);
         }
         action->setObjectName(toQt(command.name));
         if (command.kind != Command::Kind::separator) bound_.push_back({action, &command});
@@ -211,6 +214,8 @@ void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const bool inTree = view == frmEditing::ActiveControl::tree;
+    addHistory(*menu);
+    menu->addSeparator();
     QAction* properties = menu->addAction(tr("P&roperties"), this, [this, inTree] {
         inTree ? form_.TreeView1_DblClick() : form_.ListView1_DblClick();
     });
@@ -221,6 +226,21 @@ void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
     menu->addSeparator();
     inTree ? tree_->addOwnEntries(*menu) : list_->addOwnEntries(*menu);
     menu->popup(place);
+}
+
+/// Undo and Redo, each with the step that it is about.
+void MainWindow::addHistory(QMenu& menu) {
+    constexpr int mostCharacters = 60;
+    for (const Command& command : commandTable()) {
+        if (command.kind != Command::Kind::inContextMenus) continue;
+        const std::string step = form_.nameOfStep(command);
+        QString name = toQt(step, mostCharacters).simplified();
+        QAction* action =
+            menu.addAction((toQt(command.caption) + ' ' + name.replace('&', "&&")).trimmed(), this,
+                           [this, &command] { form_.run(command); });
+        action->setShortcuts(QKeySequence::listFromString(toQt(command.shortcut)));
+        action->setEnabled(!step.empty());
+    }
 }
 
 /// The menus' own entries, with their captions, keys and states, in the groups of the menus.

@@ -48,6 +48,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void addStandardKeys();
     void connectViews();
     void showContextMenu(frmEditing::ActiveControl view, QPoint place);
+    void addHistory(QMenu& menu);
     void addCommands(QMenu& menu, frmEditing::ActiveControl view);
     void showViewMode();
     void showActing();

@@ -8,7 +8,8 @@
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
-TreeModel::TreeModel(ConfigTree& tree, QObject* parent) : QAbstractItemModel(parent), tree_(tree) {
+TreeModel::TreeModel(const ConfigTree& tree, QObject* parent)
+    : QAbstractItemModel(parent), tree_(tree) {
     tree_.setListener(this);
 }
 

@@ -10,7 +10,7 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     Q_OBJECT
 
  public:
-    explicit TreeModel(ConfigTree& tree, QObject* parent = nullptr);
+    explicit TreeModel(const ConfigTree& tree, QObject* parent = nullptr);
     ~TreeModel() override;
 
     QModelIndex indexOf(const Node* node) const;
@@ -43,5 +43,5 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     void selectionChanged() override;
     void madeVisible(const Node& node) override;
 
-    ConfigTree& tree_;
+    const ConfigTree& tree_;
 };

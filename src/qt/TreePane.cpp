@@ -20,7 +20,7 @@ const char* const nodeFormat = "application/x-configuration-node";
 
 }  // namespace
 
-TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
+TreePane::TreePane(const ConfigTree& tree, TreeDrag& drag, QWidget* parent)
     : QTreeView(parent), tree_(tree), drag_(drag), model_(new TreeModel(tree, this)), taken_(tree) {
     setModel(model_);
     setItemDelegate(new CellDelegate(this));
@@ -52,11 +52,11 @@ TreePane::TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent)
             [this] { scrolledTo_ = verticalScrollBar()->value(); });
     connect(model_, &TreeModel::modelReset, this, &TreePane::restoreAfterReset);
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
-        tree_.setExpanded(*TreeModel::nodeAt(index), true);
+        ConfigTree::setExpanded(*TreeModel::nodeAt(index), true);
         width_.opened(*TreeModel::nodeAt(index));
     });
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
-        tree_.setExpanded(*TreeModel::nodeAt(index), false);
+        ConfigTree::setExpanded(*TreeModel::nodeAt(index), false);
         width_.leaving(*TreeModel::nodeAt(index), false);
     });
     connect(this, &QTreeView::clicked, this, &TreePane::reportClick);

@@ -17,7 +17,7 @@ class TreePane : public QTreeView {
     Q_OBJECT
 
  public:
-    TreePane(ConfigTree& tree, TreeDrag& drag, QWidget* parent);
+    TreePane(const ConfigTree& tree, TreeDrag& drag, QWidget* parent);
 
     /// Commands act on the tree: only then is its selection drawn with the active colour.
     void setActing(bool acting);
@@ -71,7 +71,7 @@ class TreePane : public QTreeView {
     void dragOver(std::optional<QPoint> place);
     void scrollNearEdge();
 
-    ConfigTree& tree_;
+    const ConfigTree& tree_;
     TreeDrag& drag_;
     TreeModel* model_;
     TreeWidth width_;

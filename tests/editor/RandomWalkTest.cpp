@@ -61,7 +61,7 @@ class RandomWalk : public ::testing::Test, protected RandomUser {
     }
 
     bool bearsASign() const {
-        for (const ConfigTree* tree : {&document.tree(), &document.left()})
+        for (const ConfigTree* tree : {&document.tree(), &document.detached()})
             for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
                 if (!spoilsFile(*node, *tree).empty()) return true;
         return false;

@@ -59,8 +59,9 @@ TEST(Tree, TellsItsListenerOfEachChangeBeforeAndAfterItAndOfNoneThatIsRefused) {
     tree.select(&at("b"));
     tree.remove(at("b"));
     add("P", "d", "K");
-    tree.sortChildren(at("P"));
-    tree.sortChildren(at("P"));  // already sorted: nothing moves
+    std::vector<Node*> before;
+    EXPECT_TRUE(tree.sortChildren(at("P"), before));
+    EXPECT_FALSE(tree.sortChildren(at("P"), before));  // already sorted: nothing moves
     tree.remove(at("a"));
     tree.setText(at("d"), "Q");
     tree.setKey(at("d"), "e");

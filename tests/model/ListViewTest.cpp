@@ -44,7 +44,7 @@ TEST(List, KeepsItsRowsAsAPlainVectorSortedAfterEachChangeDoes) {
         }
         if (deed == 4) {
             const std::string newKey = device + std::to_string(i + 100);
-            list.rekeyRows(row.key, newKey);
+            list.rekeyRows(row.key, newKey, [](const SharedText& /*key*/) { return true; });
             for (ListView::Row& each : expected)
                 if (each.key == row.key || each.key.string().starts_with(row.key.string() + "."))
                     each.key = newKey + each.key.string().substr(row.key.size());

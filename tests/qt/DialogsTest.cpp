@@ -99,19 +99,18 @@ class DialogsTest : public QObject {
     static void anItemConfirmedWithoutAChangeStaysAsItIs() {
         QtForms forms;
         WindowWorld world(&forms);
-        world.openText(configuration(plc("Plant", tag("Lamp"))));
-        clsItem& item = *world.document.items().at("Plant.Lamp");
-        item.sComment = std::string(40'000, 'x') + "\n";
-        item.bFlag = false;
-        item.nElements = 7;
-        for (const char* type : {"EIS1", "EIS2_P", "EIS12", "EIS15", "NOEIS", "EIS99", ""})
-            for (const char* right : {"READ", "WRITE", "READWRITE", "ODD"}) {
-                item.sDataType = type;
-                item.sAccessRight = right;
+        const std::string comment = std::string(40'000, 'x') + "\n";
+        for (const std::string type : {"EIS1", "EIS2_P", "EIS12", "EIS15", "NOEIS", "EIS99", ""})
+            for (const std::string right : {"READ", "WRITE", "READWRITE", "ODD"}) {
+                world.openText(configuration(
+                    plc("Plant", "<tag><name>Lamp</name><comment>" + comment +
+                                     "</comment><address>1/2/3</address><eistype>" + type +
+                                     "</eistype><flag>TRANSMIT</flag><accessrights>" + right +
+                                     "</accessrights><elements>7</elements></tag>")));
                 std::string before, after;
-                item.GetXmlTag(0, before);
+                world.document.items().at("Plant.Lamp").GetXmlTag(0, before);
                 inDialog([&] { world.openNode("Plant.Lamp"); }, "Return");
-                item.GetXmlTag(0, after);
+                world.document.items().at("Plant.Lamp").GetXmlTag(0, after);
                 QCOMPARE(after, before);
                 QVERIFY(!std::exchange(world.document.saved, true));
             }

@@ -118,8 +118,9 @@ class EditingTest : public QObject {
         world.choosesAt("Plant.ROOM", "Take to move");
         world.choosesAt("Annex.SHED", drop);
         world.choosesAt("Annex.SHED.ROOM", "Take to move");
-        auto& tree = world.document.tree();
-        world.does("it is deleted", [&] { tree.remove(tree.nodeAt("Annex.SHED.ROOM")); });
+        Document& document = world.document;
+        world.does("it is deleted",
+                   [&] { document.RemoveSubtree(document.tree().nodeAt("Annex.SHED.ROOM")); });
         world.clicks("Annex.SHED", Qt::RightButton);
         approve("taken", world.text());
     }

@@ -149,7 +149,7 @@ class MainWindowTest : public QObject {
     static void longTextsAreCutInCellsAndWholeInTooltips() {
         Diary diary(twoFloors());
         const std::string comment = std::string(2'000, 'c') + "<b>";
-        diary.document.items().at("Plant.FLOOR2.Light1")->sComment = comment;
+        diary.document.setComment(diary.document.tree().nodeAt("Plant.FLOOR2.Light1"), comment);
         diary.clickNode("Plant.FLOOR2");
         const QModelIndex cell = diary.rows().model()->index(0, 1);
         QCOMPARE(cell.data().toString().size(), 1'001);

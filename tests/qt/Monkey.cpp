@@ -50,7 +50,8 @@ const auto keys =
     QString(
         "Up Down Left Right Home End PgUp Return Return Return Esc Tab Tab Backtab Enter Space "
         "Del Backspace F2 F3 F10 * Shift+Down Shift+End Shift+Return Ctrl+A Ctrl+B Ctrl+C "
-        "Ctrl+End Ctrl+F Ctrl+G Ctrl+I Ctrl+N Ctrl+O Ctrl+P Ctrl+S Ctrl+V Ctrl+X Ctrl+Z")
+        "Ctrl+End Ctrl+F Ctrl+G Ctrl+I Ctrl+N Ctrl+O Ctrl+P Ctrl+S Ctrl+V Ctrl+X Ctrl+Y Ctrl+Z "
+        "Ctrl+Shift+Z Ctrl+Z")
         .split(' ');
 
 class Monkey : public QObject {

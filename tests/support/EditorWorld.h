@@ -51,10 +51,10 @@ inline std::string outline(const Document& document) {
 }
 
 /// Each node has the key of its place. Each but that of a dropped device has its record, and each
-/// record its node, in the tree or among what dragged devices left.
+/// record its node, in the tree or among detached devices.
 inline void expectTreeAndRegistriesAgree(const Document& document) {
     std::unordered_set<SharedText> devices, branches, items, all;
-    for (const ConfigTree* tree : {&document.tree(), &document.left()}) {
+    for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
         if (tree->root() == nullptr) continue;
         std::size_t nodes = 1;
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next(); ++nodes) {
@@ -89,7 +89,8 @@ template <typename IsOn>
 std::string namesOfCommands(const IsOn& isOn) {
     std::string names;
     for (const Command& command : commandTable()) {
-        if (command.kind == Command::Kind::separator || !isOn(command)) continue;
+        if (command.kind != Command::Kind::menu && command.kind != Command::Kind::entry) continue;
+        if (!isOn(command)) continue;
         if (!names.empty()) names += " ";
         names += command.name;
     }

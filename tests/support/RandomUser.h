@@ -46,7 +46,7 @@ class RandomUser : public EditorWorld {
         forms.whenShown<frmItems>([this](frmItems& form) {
             if (!oneIn(9)) form.txtItemName.text = anyName();
             if (oneIn(9)) form.cmdCancel_Click();
-            if (document.itemDialog.modify) return form.cmdOk_Click();
+            if (form.modify()) return form.cmdOk_Click();
             ++items;  // each has an address of its own
             for (std::size_t part = 0; part < 3; ++part)
                 form.txtAddress[part].text = std::to_string((items >> (8 * part)) & 255);

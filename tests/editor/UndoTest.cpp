@@ -1,0 +1,135 @@
+#include <cstdlib>
+#include <sstream>
+
+#include "file/CreateXML.h"
+#include "support/RandomUser.h"
+
+namespace {
+
+void describe(const ConfigTree& tree, std::ostream& out) {
+    if (tree.root() == nullptr) return;
+    for (TreeWalk walk(*tree.root()); const Node* node = walk.next();)
+        out << walk.depth() << node->key().string() << "=" << node->text().string() << "\n";
+}
+
+struct State {
+    std::string registries;  // and all else that has one order
+    std::string orders;      // of siblings, and what a save writes by them
+    bool saved;
+
+    std::string all() const { return orders + registries; }
+};
+
+/// Everything that undo must restore: the order of all, which record is whose, what a save writes.
+State stateOf(const Document& document) {
+    std::ostringstream out;
+    for (const auto& node : document.tree().nodes())
+        if (node->parent() != nullptr)
+            out << node->key().string() << "=" << node->text().string() << "\n";
+    for (const auto& [key, device] : document.devices())
+        out << key.string() << device << device->GetXmlTag() << "\n";
+    for (const auto& [key, branch] : document.branches())
+        out << key.string() << branch << branch->sKey.string() << branch->sName.string() << "\n";
+    for (const auto& [key, item] : document.items()) {
+        std::string fields;
+        item->GetXmlTag(0, fields);
+        out << key.string() << item << item->sKey.string() << item->nElements << fields << "\n";
+    }
+    const GlobalSets& settings = document.settings();
+    out << settings.port << settings.ediType << settings.timeout << " " << document.deviceCounter()
+        << " " << document.branchCounter() << " " << document.itemCounter() << "\n";
+    std::ostringstream orders;
+    describe(document.tree(), orders);
+    describe(document.detached(), orders);
+    FakeDisk disk;
+    disk.writesSpoiledFiles = true;
+    FakeDesktop desktop;
+    CreateXML("/a", document, disk, desktop);
+    orders << disk.files["/a"];
+    for (const std::string& message : desktop.messages())
+        orders << message;
+    return {out.str(), orders.str(), document.saved};
+}
+
+bool begins(const std::string& done) {
+    for (const char* action : {"mnuNew", "mnuOpen", "mnuImp", "mnuClose"})
+        if (done.starts_with(action)) return true;
+    return false;
+}
+
+unsigned setting(const char* name, unsigned usual) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? usual : static_cast<unsigned>(std::stoul(value));
+}
+
+class Undo : public ::testing::Test, protected RandomUser {
+ protected:
+    Undo() : RandomUser(setting("WALK_SEED", 11)) {}
+
+    /// Each state on the way back was there before, and comes again on the way forth.
+    void goBackAndForth() {
+        std::vector<State> states{stateOf(document)};
+        for (auto count = below(50); count > 0 && !document.undoName().empty(); --count) {
+            editor.mnuUndo_Click();
+            states.push_back(stateOf(document));
+            expectTreeAndRegistriesAgree(document);
+            // A step may have made no difference, but that siblings were sorted.
+            if (states.back().registries == (states.rbegin() + 1)->registries) continue;
+            ASSERT_FALSE(past.empty());
+            ASSERT_EQ(states.back().all(), past.back());
+            past.pop_back();
+        }
+        const std::size_t stay = below(states.size());
+        for (auto state = states.size() - 1; state > stay; --state) {
+            if (states[state].registries != states[state - 1].registries) {
+                past.push_back(states[state].all());
+            }
+            editor.mnuRedo_Click();
+            ASSERT_EQ(stateOf(document).all(), states[state - 1].all());
+            expectTreeAndRegistriesAgree(document);
+        }
+        goneBack += states.size() - 1;
+    }
+
+    std::vector<std::string> past;  // the states before each step that can be undone
+    std::size_t taken = 0, goneBack = 0;
+};
+
+TEST_F(Undo, RestoresExactlyWhatWasAndRedoWhatCame) {
+    const unsigned steps = setting("WALK_STEPS", 6000);
+    for (unsigned i = 1; i <= steps && !HasFailure(); ++i) {
+        const State before = stateOf(document);
+        const std::string done = step();
+        const State after = stateOf(document);
+        SCOPED_TRACE("step " + std::to_string(i) + ": " + done + "\n" + outline(document));
+        desktop.forgetMessages();
+        if (begins(done) && before.all() != after.all()) {  // not declined
+            EXPECT_EQ(document.undoName() + document.redoName(), "");
+            past.clear();
+            continue;
+        }
+        if (before.registries == after.registries) continue;  // a click may have sorted: no step
+        past.push_back(before.all());
+        ++taken;
+        ASSERT_NE(document.undoName(), "");
+        EXPECT_EQ(document.redoName(), "");
+        if (oneIn(2)) continue;
+        const std::string name = document.undoName();
+        editor.mnuUndo_Click();
+        ASSERT_EQ(stateOf(document).all(), before.all());
+        EXPECT_EQ(document.saved, before.saved);
+        EXPECT_EQ(document.redoName(), name);
+        expectTreeAndRegistriesAgree(document);
+        editor.mnuRedo_Click();
+        ASSERT_EQ(stateOf(document).all(), after.all());
+        EXPECT_EQ(document.saved, after.saved);
+        EXPECT_EQ(document.undoName(), name);
+        expectTreeAndRegistriesAgree(document);
+        if (oneIn(15)) goBackAndForth();
+        EXPECT_EQ(told(), "");
+    }
+    EXPECT_GT(taken, steps / 10);
+    EXPECT_GT(goneBack, steps / 50);
+}
+
+}  // namespace
