@@ -150,19 +150,34 @@ void fillForEditing(Document& document, int items) {
 }
 
 /// One command in the window, from its start to the painted outcome; a new editor each time, as
-/// it changes the configuration. `prepare` selects what the command works on.
+/// it changes the configuration. `prepare` selects what the command works on. The counters are the
+/// times of undo and redo to that of the command, and the bytes that the step takes.
 void edit(benchmark::State& state, void (*prepare)(Editor&), void (*command)(Editor&)) {
+    Figures undo, redo;
+    double bytes = 0;
     for (auto _ : state) {
         Editor editor(fillForEditing, static_cast<int>(state.range(0)));
         editor.open();
         editor.click(editor.nodeAt("Building.ALL"));
         prepare(editor);
         Editor::settle();
-        state.SetIterationTime(secondsOf([&] {
-            command(editor);
-            Editor::settle();
-        }));
+        const auto timeOf = [&](auto&& work) {
+            return secondsOf([&] {
+                work();
+                Editor::settle();
+            });
+        };
+        const double time = timeOf([&] { command(editor); });
+        state.SetIterationTime(time);
+        bytes = static_cast<double>(editor.document().historyBytes());
+        if (bytes == 0) continue;
+        undo.add(timeOf([&] { editor.form().mnuUndo_Click(); }) / time);
+        redo.add(timeOf([&] { editor.form().mnuRedo_Click(); }) / time);
     }
+    if (bytes == 0) return;
+    state.counters["undo"] = undo.median();
+    state.counters["redo"] = redo.median();
+    state.counters["step_bytes"] = bytes;
 }
 
 void drop(Editor& editor, DropEffect effect) {

@@ -134,12 +134,13 @@ void clsItem::SetByCopy(const clsItem& source, const SharedText& targetParentKey
 std::string clsItem::getParentKey() const { return std::string(parentKeyOf(sKey)); }
 
 void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) const {
+    static const SharedText smallIcon = "item";
     reportErrors(tell, "clsItem.AddToList", [&] {
         list.addRow({.key = sKey,
                      .text = sName,
                      .subItems = {sComment, sDataType, sAddress, sAccessRight},
                      .icon = sDataType,
-                     .smallIcon = "item"});
+                     .smallIcon = smallIcon});
         // The row stands, without its index, when the address is no number that fits.
         if (withIndex) list.setSubItem(list.rows().size() - 1, 4, AddressToHex(sAddress, 4));
     });

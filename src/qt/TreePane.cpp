@@ -80,6 +80,19 @@ void TreePane::rowsInserted(const QModelIndex& parent, int start, int end) {
     for (int row = start; row <= end; ++row)
         width_.opened(*TreeModel::nodeAt(model_->index(row, 0, parent)));
     QTreeView::rowsInserted(parent, start, end);
+    // What comes back with all that it held is expanded as it was.
+    for (int row = start; row <= end; ++row) {
+        const Node& top = *TreeModel::nodeAt(model_->index(row, 0, parent));
+        expandAsInTree(top);
+        for (TreeWalk walk(top); const Node* node = walk.next();)
+            expandAsInTree(*node);
+    }
+}
+
+void TreePane::expandAsInTree(const Node& node) {
+    if (node.expanded() && !node.GetChildren().empty()) {
+        setExpanded(model_->indexOf(&node), true);
+    }
 }
 
 void TreePane::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
@@ -322,11 +335,8 @@ void TreePane::followSelection() { setCurrentIndex(model_->indexOf(tree_.selecte
 
 void TreePane::restoreAfterReset() {
     width_.reset();
-    for (const auto& node : tree_.nodes()) {
-        if (node->expanded() && !node->GetChildren().empty()) {
-            setExpanded(model_->indexOf(node.get()), true);
-        }
-    }
+    for (const auto& node : tree_.nodes())
+        expandAsInTree(*node);
     followSelection();
     // Where the user was looking; a new configuration is looked at from its top.
     if (tree_.root() == nullptr) scrolledTo_ = 0;

@@ -61,6 +61,7 @@ class TreePane : public QTreeView {
 
  private:
     void measureTexts();
+    void expandAsInTree(const Node& node);
     void followSelection();
     void restoreAfterReset();
     void reportClick();

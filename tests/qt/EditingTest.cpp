@@ -125,6 +125,40 @@ class EditingTest : public QObject {
         approve("taken", world.text());
     }
 
+    static void keysUndoAndRedo() {
+        QtForms forms;
+        WindowWorld world(&forms);
+        world.openText(configuration(
+            plc("P", branch("A", branch("B", tag("x")) + branch("C", tag("y"))) + tag("z"))));
+        world.desktop.willAnswer({Answer::yes});
+        const auto press = [&](const char* keys) {
+            for (const QKeySequence& key : QKeySequence::listFromString(keys))
+                QTest::keySequence(&world.window, key);
+        };
+        const auto shown = [&] {  // the tree as it is open, and what is selected in it
+            QString texts;
+            for (auto row = world.tree.model()->index(0, 0); row.isValid();
+                 row = world.tree.indexBelow(row))
+                texts += row.data().toString() + (row == world.tree.currentIndex() ? "* " : " ");
+            return texts + world.disagreement();
+        };
+        world.clickNode("P.A.C");
+        QTest::keyClick(&world.tree, Qt::Key_Left);  // folded
+        world.clickNode("P.A");
+        const QString before = "/plant.xml P A* B x C z ";
+        QCOMPARE(shown(), before);
+        press("Del");
+        QCOMPARE(shown(), "/plant.xml P z* ");
+        press("Ctrl+Z");
+        QCOMPARE(shown(), before);
+        for (const char* redo : {"Ctrl+Y", "Ctrl+Shift+Z"}) {
+            press(redo);
+            QCOMPARE(shown(), "/plant.xml P* z ");
+            press("Ctrl+Z");
+            QCOMPARE(shown(), before);
+        }
+    }
+
     static void findSelectsAndOpensWhatItFinds() {
         QtForms forms;
         Diary world(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))),
