@@ -35,7 +35,7 @@ class WindowsRegistry : public FLRegistry {
         for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
             HKEY key = nullptr;
             if (::RegCreateKeyExA(HKEY_LOCAL_MACHINE, subKey.c_str(), 0, nullptr,
-                                  REG_OPTION_NON_VOLATILE, KEY_WRITE | view, nullptr, &key,
+                                  REG_OPTION_NON_VOLATILE, KEY_SET_VALUE | view, nullptr, &key,
                                   nullptr) != ERROR_SUCCESS) {
                 continue;
             }

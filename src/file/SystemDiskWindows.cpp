@@ -5,8 +5,11 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <filesystem>
 #include <random>
+#include <regex>
 #include <system_error>
 #include <vector>
 
@@ -21,6 +24,8 @@ bool isFolder(const fs::path& path) {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
+
+constexpr DWORD errorDiskQuotaExceeded = 1295;  // of the Windows SDK's winerror.h
 
 /// The error for GetLastError() when opening or changing `path`.
 RunTimeError errorFor(DWORD code, const fs::path& path) {
@@ -37,10 +42,12 @@ RunTimeError errorFor(DWORD code, const fs::path& path) {
             return RunTimeError(ErrorNumber::permissionDenied);
         case ERROR_SHARING_VIOLATION:
         case ERROR_LOCK_VIOLATION:
-        case ERROR_WRITE_PROTECT:
-        case ERROR_UNABLE_TO_REMOVE_REPLACED: return RunTimeError(ErrorNumber::permissionDenied);
+        case ERROR_WRITE_PROTECT: return RunTimeError(ErrorNumber::permissionDenied);
         case ERROR_DISK_FULL:
-        case ERROR_HANDLE_DISK_FULL: return RunTimeError(ErrorNumber::diskFull);
+        case ERROR_HANDLE_DISK_FULL:
+        case ERROR_FILE_TOO_LARGE:
+        case errorDiskQuotaExceeded:
+        case ERROR_NOT_ENOUGH_QUOTA: return RunTimeError(ErrorNumber::diskFull);
         default: return RunTimeError(ErrorNumber::pathFileAccessError);
     }
 }
@@ -90,99 +97,228 @@ void requireFile(const File& file, const fs::path& path) {
 
 constexpr DWORD mostBytesAtOnce = 1U << 30U;
 
-/// A new file, on the disk when the function ends.
-void write(const fs::path& path, const std::function<void(const Write&)>& contents) {
-    const File file(path, GENERIC_WRITE, 0, CREATE_NEW);
-    if (!file.isOpen()) throw errorFor(::GetLastError(), path);
-    contents([&](std::string_view bytes) {
-        while (!bytes.empty()) {
-            DWORD written = 0;
-            const auto piece =
-                static_cast<DWORD>(std::min<std::size_t>(bytes.size(), mostBytesAtOnce));
-            if (::WriteFile(file.handle(), bytes.data(), piece, &written, nullptr) == 0) {
-                throw errorFor(::GetLastError(), path);
-            }
-            bytes.remove_prefix(written);
+void writeAll(const File& file, std::string_view bytes, const fs::path& path) {
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), mostBytesAtOnce));
+        if (::WriteFile(file.handle(), bytes.data(), piece, &written, nullptr) == 0) {
+            throw errorFor(::GetLastError(), path);
         }
-    });
-    if (::FlushFileBuffers(file.handle()) == 0) throw errorFor(::GetLastError(), path);
-}
-
-bool isThere(const fs::path& path) {
-    return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-/// Where symbolic links end; a path without any, or with an end that is not there, is given back.
-fs::path followLinks(const fs::path& path) {
-    const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) {
-        return path;
+        bytes.remove_prefix(written);
     }
-    const File file(path, 0, everything, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
-    if (!file.isOpen()) return path;
-    std::wstring target(::GetFinalPathNameByHandleW(file.handle(), nullptr, 0, 0), L'\0');
-    const auto length = ::GetFinalPathNameByHandleW(file.handle(), target.data(),
-                                                    static_cast<DWORD>(target.size()), 0);
-    if (length == 0 || length >= target.size()) return path;
-    target.resize(length);
-    return target;
 }
 
-/// By its attribute or its access list. ReplaceFile does not ask: it needs no right to write into
-/// a file to put another in its place.
-void requireWritable(const fs::path& path) {
+/// What a file system answers that does not have what was asked for.
+bool isNotSupported(DWORD code) {
+    return code == ERROR_NOT_SUPPORTED || code == ERROR_INVALID_FUNCTION ||
+           code == ERROR_CALL_NOT_IMPLEMENTED;
+}
+
+/// Nothing where there is no file.
+std::optional<DWORD> attributesOf(const fs::path& path) {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
-    if ((attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
+    if (attributes != INVALID_FILE_ATTRIBUTES) return attributes;
+    const DWORD code = ::GetLastError();
+    if (code != ERROR_FILE_NOT_FOUND) throw errorFor(code, path);
+    return std::nullopt;
+}
+
+/// Where symbolic links end; a path without any is given back.
+fs::path followLinks(const fs::path& path) {
+    if ((attributesOf(path).value_or(0) & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return path;
+    const File file(path, 0, everything, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    if (!file.isOpen()) throw errorFor(::GetLastError(), path);
+    std::wstring end(::GetFinalPathNameByHandleW(file.handle(), nullptr, 0, 0), L'\0');
+    const auto length =
+        ::GetFinalPathNameByHandleW(file.handle(), end.data(), static_cast<DWORD>(end.size()), 0);
+    if (length == 0 || length >= end.size()) throw errorFor(::GetLastError(), path);
+    end.resize(length);
+    return end;
+}
+
+/// Owner or access list of a file, as a security descriptor. Empty where the file system has none.
+using Security = std::vector<std::byte>;
+
+Security securityOf(const File& file, SECURITY_INFORMATION part, const fs::path& path) {
+    Security security;
+    DWORD size = 0;
+    while (::GetKernelObjectSecurity(file.handle(), part, security.data(),
+                                     static_cast<DWORD>(security.size()), &size) == 0) {
+        const DWORD code = ::GetLastError();
+        if (isNotSupported(code)) return {};
+        if (code != ERROR_INSUFFICIENT_BUFFER) throw errorFor(code, path);
+        security.resize(size);
+    }
+    return security;
+}
+
+/// The entries of an access list, without the note that an entry comes from the folder. Nothing
+/// for a file without a list, with which everybody may do everything.
+std::optional<std::string> entriesOf(Security security) {
+    BOOL hasList = FALSE;
+    BOOL isDefault = FALSE;
+    ACL* list = nullptr;
+    if (security.empty() ||
+        ::GetSecurityDescriptorDacl(security.data(), &hasList, &list, &isDefault) == 0 ||
+        hasList == 0 || list == nullptr) {
+        return std::nullopt;
+    }
+    std::string entries;
+    void* at = nullptr;
+    for (DWORD i = 0; i < list->AceCount && ::GetAce(list, i, &at) != 0; ++i) {
+        auto* const entry = static_cast<ACE_HEADER*>(at);
+        entry->AceFlags &= static_cast<BYTE>(~INHERITED_ACE);
+        entries.append(static_cast<const char*>(at), entry->AceSize);
+    }
+    return entries;
+}
+
+/// What a new file takes over from the one in whose place it comes.
+struct OldFile {
+    DWORD attributes;
+    Security list;
+    Security owner;
+};
+
+/// The file to be replaced, if there is one. Refuses what must not be, by its attribute or its
+/// access list: no right to write into a file is needed to put another in its place.
+std::optional<OldFile> statusOf(const fs::path& path) {
+    const auto attributes = attributesOf(path);
+    if (!attributes) return std::nullopt;
+    if ((*attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
         throw errorFor(ERROR_ACCESS_DENIED, path);
     }
-    const File file(path, GENERIC_WRITE, everything, OPEN_EXISTING);
-    if (file.isOpen()) return;
-    const DWORD code = ::GetLastError();
-    // Another program may have it open and let nobody write into it; it may be replaced still.
-    if (code != ERROR_SHARING_VIOLATION) throw errorFor(code, path);
+    if (const File file(path, GENERIC_WRITE, everything, OPEN_EXISTING); !file.isOpen()) {
+        const DWORD code = ::GetLastError();
+        // Another program may have it open and let nobody write into it; it may be replaced still.
+        if (code != ERROR_SHARING_VIOLATION) throw errorFor(code, path);
+    }
+    const File file(path, READ_CONTROL, everything, OPEN_EXISTING);
+    if (!file.isOpen()) throw errorFor(::GetLastError(), path);
+    return OldFile{*attributes, securityOf(file, DACL_SECURITY_INFORMATION, path),
+                   securityOf(file, OWNER_SECURITY_INFORMATION, path)};
 }
 
-/// Puts the new file in the place of the old one; with no old one, under its name. Gives the
-/// error code of a failure, 0 otherwise. The old file keeps its place then, or is found under its
-/// backup's name.
-DWORD takePlace(const fs::path& fresh, const fs::path& old, const fs::path& backup) {
-    const DWORD attributes = ::GetFileAttributesW(old.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) {
-        const BOOL moved = ::MoveFileExW(fresh.c_str(), old.c_str(), MOVEFILE_WRITE_THROUGH);
-        return moved != 0 ? 0 : ::GetLastError();
-    }
-    ::SetFileAttributesW(fresh.c_str(), attributes);
-    // Gives the new file the old one's access list and streams. Without a backup's name it may
-    // fail with ERROR_UNABLE_TO_MOVE_REPLACEMENT when the old file is gone already.
-    if (::ReplaceFileW(old.c_str(), fresh.c_str(), backup.c_str(), 0, nullptr, nullptr) != 0) {
-        return 0;
-    }
-    const DWORD code = ::GetLastError();
-    if (!isThere(old)) ::MoveFileExW(backup.c_str(), old.c_str(), MOVEFILE_WRITE_THROUGH);
-    return code;
+void setSecurity(const fs::path& path, DWORD access, SECURITY_INFORMATION part, Security value) {
+    const File file(path, access, everything, OPEN_EXISTING);
+    if (file.isOpen()) ::SetKernelObjectSecurity(file.handle(), part, value.data());
 }
 
-/// The same, tried again for half a second: the server that reads the old file, and a scanner
-/// that looks at the new one, hold it for a moment only.
-DWORD takePlacePatiently(const fs::path& fresh, const fs::path& old, const fs::path& backup) {
+/// Gives the file at the path access list and owner of the old one. Who may only change files,
+/// as on many shares, cannot give a file a list; then that from the folder must have the same
+/// entries. The owner stays where the system lets it: an administrator's own file does, that of
+/// somebody else does not.
+void carryRights(const OldFile& old, const File& file, const fs::path& path) {
+    const auto list = [&] { return securityOf(file, DACL_SECURITY_INFORMATION, path); };
+    if (list() != old.list) setSecurity(path, WRITE_DAC, DACL_SECURITY_INFORMATION, old.list);
+    if (entriesOf(list()) != entriesOf(old.list)) {
+        throw RunTimeError(ErrorNumber::permissionDenied);
+    }
+    if (securityOf(file, OWNER_SECURITY_INFORMATION, path) != old.owner) {
+        setSecurity(path, WRITE_OWNER, OWNER_SECURITY_INFORMATION, old.owner);
+    }
+}
+
+/// How the names begin of the files that are written before they take another's place.
+constexpr std::wstring_view temporaryPrefix = L"~new-";
+
+/// A name that no other file has. Not made from the target's: that may be as long as names can be.
+std::wstring temporaryName() {
+    return std::wstring(temporaryPrefix) + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+           std::to_wstring(std::random_device()());
+}
+
+bool isTemporaryName(const wchar_t* name) {
+    return std::regex_match(name, std::wregex(std::wstring(temporaryPrefix) + L"[0-9]+-[0-9]+"));
+}
+
+/// Removes what editors left that were killed while they saved, on this machine or another that
+/// shares the folder. Nobody who writes such a file shares it, and the system closes it with the
+/// process: what can be opened alone has no owner. Nothing here is worth failing a save.
+void removeLeftOvers(const fs::path& folder) {
+    WIN32_FIND_DATAW found{};
+    const std::wstring pattern = folder / (std::wstring(temporaryPrefix) + L"*");
+    const HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    do {
+        if (!isTemporaryName(found.cFileName)) continue;
+        const File closedWithIt(folder / found.cFileName, DELETE, 0, OPEN_EXISTING,
+                                FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT);
+    } while (::FindNextFileW(search, &found) != 0);
+    ::FindClose(search);
+}
+
+/// Removes a file unless it has been kept.
+class TemporaryFile {
+ public:
+    explicit TemporaryFile(fs::path path) : path_(std::move(path)) {}
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!path_.empty()) ::DeleteFileW(path_.c_str());
+    }
+
+    const fs::path& path() const { return path_; }
+    void keep() { path_.clear(); }
+
+ private:
+    fs::path path_;
+};
+
+/// Renames the file to the name of another, which goes in the same step, also while programs read
+/// it that let files be deleted; the new name is on the disk then. False where the file system
+/// cannot: Windows 10 can from version 1709 on, on NTFS.
+bool renamePosix(const fs::path& from, const fs::path& to) {
+    // Of the Windows SDK's winbase.h and ntifs.h.
+    constexpr auto fileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+    constexpr DWORD replaceIfExists = 1;
+    constexpr DWORD posixSemantics = 2;
+    struct Renaming {
+        DWORD flags;
+        HANDLE folder;
+        DWORD bytes;  ///< of the name, without the zero after it
+        wchar_t name[1];
+    };
+    const File file(from, DELETE, everything, OPEN_EXISTING, FILE_FLAG_WRITE_THROUGH);
+    if (!file.isOpen()) return false;
+    const auto bytes = to.native().size() * sizeof(wchar_t);
+    std::vector<std::byte> buffer(sizeof(Renaming) + bytes);
+    auto* const renaming = new (buffer.data())
+        Renaming{replaceIfExists | posixSemantics, nullptr, static_cast<DWORD>(bytes), {}};
+    std::memcpy(renaming->name, to.c_str(), bytes);
+    return ::SetFileInformationByHandle(file.handle(), fileRenameInfoEx, renaming,
+                                        static_cast<DWORD>(buffer.size())) != 0;
+}
+
+/// One rename: at each moment the name is that of the whole old file or of the whole new one.
+/// Gives the error code of a failure, 0 otherwise. Tried again for half a second: the server that
+/// reads the old file, and a scanner that looks at it, hold it for a moment only.
+DWORD takePlace(const fs::path& fresh, const fs::path& target) {
     constexpr int mostTries = 10;
     constexpr DWORD pause = 50;  // milliseconds
-    DWORD code = takePlace(fresh, old, backup);
-    for (int tries = 1; code != 0 && tries < mostTries; ++tries) {
+    for (int tries = 1;; ++tries) {
+        if (renamePosix(fresh, target)) return 0;
+        constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
+        if (::MoveFileExW(fresh.c_str(), target.c_str(), how) != 0) return 0;
+        const DWORD code = ::GetLastError();
+        const bool isHeld = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
+                            code == ERROR_USER_MAPPED_FILE;
+        if (!isHeld || tries == mostTries) return code;
         ::Sleep(pause);
-        code = takePlace(fresh, old, backup);
     }
-    return code;
 }
 
 class WindowsDisk : public Disk {
  public:
-    bool exists(const std::string& path) override { return isThere(pathOf(path)); }
+    bool exists(const std::string& path) override {
+        return ::GetFileAttributesW(pathOf(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+    }
 
     std::optional<FileStamp> stampOf(const std::string& path) override {
-        WIN32_FILE_ATTRIBUTE_DATA data{};
-        if (::GetFileAttributesExW(followLinks(pathOf(path)).c_str(), GetFileExInfoStandard,
-                                   &data) == 0) {
+        const File file(pathOf(path), FILE_READ_ATTRIBUTES, everything, OPEN_EXISTING,
+                        FILE_FLAG_BACKUP_SEMANTICS);
+        BY_HANDLE_FILE_INFORMATION data{};
+        if (!file.isOpen() || ::GetFileInformationByHandle(file.handle(), &data) == 0) {
             return std::nullopt;
         }
         const auto joined = [](std::uint64_t high, std::uint64_t low) { return high << 32U | low; };
@@ -220,29 +356,29 @@ class WindowsDisk : public Disk {
     void replace(const std::string& path,
                  const std::function<void(const Write&)>& contents) override {
         const fs::path target = followLinks(pathOf(path));
-        const bool present = isThere(target);
-        if (present) requireWritable(target);
+        const auto old = statusOf(target);
+        removeLeftOvers(target.parent_path());
 
-        // Names that no other file has. Not made from the target's: that may be as long as names
-        // can be.
-        const std::wstring suffix = std::to_wstring(::GetCurrentProcessId()) + L"-" +
-                                    std::to_wstring(std::random_device()());
-        const fs::path fresh = target.parent_path() / (L"~new-" + suffix);
-        const fs::path backup = target.parent_path() / (L"~old-" + suffix);
-        try {
-            write(fresh, contents);
-        } catch (...) {
-            ::DeleteFileW(fresh.c_str());
-            throw;
+        TemporaryFile temporary(target.parent_path() / temporaryName());
+        const DWORD carried = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                              FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
+        // Others may rename or delete it only: nobody looks into it before it has its rights.
+        const File file(temporary.path(), GENERIC_WRITE | READ_CONTROL, FILE_SHARE_DELETE,
+                        CREATE_NEW, old ? old->attributes & carried : FILE_ATTRIBUTE_NORMAL);
+        if (!file.isOpen()) {
+            const auto error = errorFor(::GetLastError(), target);
+            temporary.keep();  // it is not ours
+            throw error;
         }
-        const DWORD code = takePlacePatiently(fresh, target, backup);
-        if (code == 0) {
-            ::DeleteFileW(backup.c_str());
-            return;
+        if (old) carryRights(*old, file, temporary.path());
+        contents([&](std::string_view bytes) { writeAll(file, bytes, target); });
+        if (::FlushFileBuffers(file.handle()) == 0 && !isNotSupported(::GetLastError())) {
+            throw errorFor(::GetLastError(), target);
         }
-        // Where the old file could not be moved back, both are kept under the names they have.
-        if (!present || isThere(target)) ::DeleteFileW(fresh.c_str());
-        throw errorFor(code, target);
+        if (const DWORD code = takePlace(temporary.path(), target); code != 0) {
+            throw errorFor(code, target);
+        }
+        temporary.keep();
     }
 
     void createFolders(const std::string& path) override {

@@ -4,7 +4,10 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
+#include <process.h>
+#include <sddl.h>
 
+#include <cstdlib>
 #include <filesystem>
 #include <functional>
 
@@ -16,25 +19,90 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Stands for ReplaceFile while it is set.
-std::function<BOOL(const wchar_t* old, const wchar_t* backup)> played;
+/// The steps of the disk are its calls of the functions below, counted from 1. The chosen one
+/// fails with the error, or ends the process where that is 0.
+struct {
+    int chosen, made;
+    DWORD error;
+    bool cannotFlush;     ///< as a file system may answer
+    bool renamesAsPosix;  ///< as Windows does and Wine does not, but while nobody reads the file
+    bool changeOnly;      ///< as a share does that grants the right to change, and no more
+} played{};
 
-BOOL WINAPI replaceFile(const wchar_t* old, const wchar_t* fresh, const wchar_t* backup,
-                        DWORD flags, void* exclude, void* reserved) {
-    if (played) return played(old, backup);
-    const auto real = ::GetProcAddress(::GetModuleHandleW(L"kernel32"), "ReplaceFileW");
-    return reinterpret_cast<decltype(&replaceFile)>(reinterpret_cast<void*>(real))(
-        old, fresh, backup, flags, exclude, reserved);
+constexpr int killed = 99, past = 100;  // exit codes
+
+template <typename Function, typename Result, typename... Arguments>
+Result step(const char* name, Result failure, Arguments... arguments) {
+    if (played.chosen != 0 && ++played.made == played.chosen) {
+        if (played.error == 0) ::TerminateProcess(::GetCurrentProcess(), killed);
+        ::SetLastError(played.error);
+        return failure;
+    }
+    const auto real = ::GetProcAddress(::GetModuleHandleW(L"kernelbase"), name);
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(real))(arguments...);
+}
+
+HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
+                         DWORD creation, DWORD flags, HANDLE pattern) {
+    if (played.changeOnly && (access & (WRITE_DAC | WRITE_OWNER)) != 0) {
+        ::SetLastError(ERROR_ACCESS_DENIED);
+        return INVALID_HANDLE_VALUE;
+    }
+    return step<decltype(&createFile)>("CreateFileW", INVALID_HANDLE_VALUE, path, access, sharing,
+                                       security, creation, flags, pattern);
+}
+DWORD WINAPI getFileAttributes(LPCWSTR path) {
+    return step<decltype(&getFileAttributes)>("GetFileAttributesW", INVALID_FILE_ATTRIBUTES, path);
+}
+BOOL WINAPI getSecurity(HANDLE file, SECURITY_INFORMATION part, void* to, DWORD n, DWORD* size) {
+    return step<decltype(&getSecurity)>("GetKernelObjectSecurity", 0, file, part, to, n, size);
+}
+BOOL WINAPI setSecurity(HANDLE file, SECURITY_INFORMATION part, void* from) {
+    return step<decltype(&setSecurity)>("SetKernelObjectSecurity", 0, file, part, from);
+}
+BOOL WINAPI writeFile(HANDLE file, const void* from, DWORD n, DWORD* done, OVERLAPPED* how) {
+    return step<decltype(&writeFile)>("WriteFile", 0, file, from, n, done, how);
+}
+BOOL WINAPI flush(HANDLE file) {
+    ::SetLastError(ERROR_INVALID_FUNCTION);
+    return played.cannotFlush ? 0 : step<decltype(&flush)>("FlushFileBuffers", 0, file);
+}
+BOOL WINAPI setInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* from, DWORD n) {
+    constexpr auto fileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
+    if (played.renamesAsPosix && kind == fileRenameInfoEx) kind = FileRenameInfo;
+    return step<decltype(&setInformation)>("SetFileInformationByHandle", 0, file, kind, from, n);
+}
+BOOL WINAPI moveFile(LPCWSTR from, LPCWSTR to, DWORD how) {
+    return step<decltype(&moveFile)>("MoveFileExW", 0, from, to, how);
 }
 
 }  // namespace
 
+// The places through which the program calls them, as an import library would define them.
 extern "C" {
-/// The place through which the program calls it, as an import library would define it.
-decltype(&ReplaceFileW) __imp_ReplaceFileW = &replaceFile;
+auto* __imp_CreateFileW = &createFile;
+auto* __imp_GetFileAttributesW = &getFileAttributes;
+auto* __imp_GetKernelObjectSecurity = &getSecurity;
+auto* __imp_SetKernelObjectSecurity = &setSecurity;
+auto* __imp_WriteFile = &writeFile;
+auto* __imp_FlushFileBuffers = &flush;
+auto* __imp_SetFileInformationByHandle = &setInformation;
+auto* __imp_MoveFileExW = &moveFile;
 }
 
 namespace {
+
+/// The process that is killed while it saves: this program, started with these settings.
+const struct KilledProcess {
+    KilledProcess() {
+        const char* const chosen = std::getenv("KILLED_AT");
+        if (chosen == nullptr) return;
+        const int step = std::atoi(chosen);
+        played = {std::abs(step), 0, 0, false, step < 0, false};
+        systemDisk()->replace(std::getenv("SAVED_FILE"), "new");
+        std::_Exit(past);
+    }
+} killedProcess;
 
 class WindowsDiskTest : public ::testing::Test {
  protected:
@@ -65,6 +133,45 @@ class WindowsDiskTest : public ::testing::Test {
             return static_cast<int>(error.number());
         }
         return 0;
+    }
+    static std::wstring describe(const fs::path& path, SECURITY_INFORMATION part) {
+        std::byte security[1000];
+        DWORD size = 0;
+        wchar_t* text = nullptr;
+        EXPECT_TRUE(::GetFileSecurityW(path.c_str(), part, security, sizeof security, &size));
+        ::ConvertSecurityDescriptorToStringSecurityDescriptorW(security, SDDL_REVISION_1, part,
+                                                               &text, nullptr);
+        const std::wstring description = text;
+        ::LocalFree(text);
+        return description;
+    }
+    static std::wstring accessOf(const fs::path& path) {
+        return describe(path, DACL_SECURITY_INFORMATION);
+    }
+    /// Lets only its owner do anything with the file. Gives the access list as the system tells it.
+    static std::wstring makeSecret(const fs::path& path) {
+        const std::wstring owner = describe(path, OWNER_SECURITY_INFORMATION).substr(2);
+        void* security = nullptr;
+        ::ConvertStringSecurityDescriptorToSecurityDescriptorW(
+            (L"D:P(A;;FA;;;" + owner + L")").c_str(), SDDL_REVISION_1, &security, nullptr);
+        EXPECT_TRUE(::SetFileSecurityW(path.c_str(), DACL_SECURITY_INFORMATION, security));
+        ::LocalFree(security);
+        return accessOf(path);
+    }
+    /// Saves with a fault at a step; in another process where that is to be killed. Gives the
+    /// number of the error, 0 for none, or an exit code.
+    int outcome(int chosen, DWORD error, bool posix) {
+        if (error == 0) {
+            wchar_t program[MAX_PATH];
+            ::GetModuleFileNameW(nullptr, program, MAX_PATH);
+            ::_wputenv_s(L"KILLED_AT", std::to_wstring(posix ? -chosen : chosen).c_str());
+            ::_wputenv_s(L"SAVED_FILE", house.c_str());
+            return static_cast<int>(::_wspawnl(_P_WAIT, program, program, nullptr));
+        }
+        played = {chosen, 0, error, false, posix, false};
+        const int number = replace(house, "new");
+        const int made = std::exchange(played, {}).made;
+        return made < chosen ? past : number;
     }
     auto files() const { return std::distance(fs::directory_iterator(folder), {}); }
 };
@@ -104,41 +211,75 @@ TEST_F(WindowsDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
     ::SetFileAttributesW(house.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(WindowsDiskTest, ReplacesAFileThatIsBeingReadUnlessItsReaderForbidsIt) {
+TEST_F(WindowsDiskTest, ReplacesAFileThatIsBeingReadWhereTheReaderAndTheSystemLetIt) {
     for (const DWORD leave : {DWORD{FILE_SHARE_DELETE}, DWORD{0}}) {
         replace(house, "old");
         const HANDLE reader = ::CreateFileW(house.c_str(), GENERIC_READ, FILE_SHARE_READ | leave,
                                             nullptr, OPEN_EXISTING, 0, nullptr);
-        EXPECT_EQ(replace(house, "new"), leave != 0 ? 0 : 70);
-        EXPECT_EQ(read(house), leave != 0 ? "new" : "old");
+        const int error = replace(house, "new");
+        EXPECT_TRUE(error == 70 || (error == 0 && leave != 0)) << error;
+        EXPECT_EQ(read(house), error == 0 ? "new" : "old");
         ::CloseHandle(reader);
         EXPECT_EQ(files(), 1);
     }
 }
 
-TEST_F(WindowsDiskTest, LosesNothingWhateverReplaceFileAnswers) {
-    const struct {
-        DWORD answer;
-        std::function<void(const wchar_t* old, const wchar_t* backup)> leaves;
-        int error;
-        const char* bytes;
-    } cases[] = {
-        {ERROR_UNABLE_TO_REMOVE_REPLACED, [](auto, auto) {}, 70, "old"},
-        {ERROR_UNABLE_TO_MOVE_REPLACEMENT_2, &::MoveFileW, 75, "old"},
-        {ERROR_UNABLE_TO_MOVE_REPLACEMENT, [](auto old, auto) { ::DeleteFileW(old); }, 0, "new"},
-    };
-    for (const auto& [answer, leaves, error, bytes] : cases) {
-        replace(house, "old");
-        played = [&](auto old, auto backup) {
-            leaves(old, backup);
-            ::SetLastError(answer);
-            return FALSE;
-        };
-        EXPECT_EQ(replace(house, "new"), error) << answer;
-        played = nullptr;
-        EXPECT_EQ(read(house), bytes) << answer;
-        EXPECT_EQ(files(), 1) << answer;
+TEST_F(WindowsDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
+    const std::pair<DWORD, int> faults[] = {
+        {ERROR_CRC, 75}, {1295, 61}, {ERROR_ACCESS_DENIED, 70}, {0, killed}};
+    for (const bool posix : {false, true}) {
+        for (const auto& [error, number] : faults) {
+            int refused = 0;
+            int got = 0;
+            for (int chosen = 1; got != past; ++chosen) {
+                SCOPED_TRACE("step " + std::to_string(chosen) + ", " + std::to_string(error));
+                fs::remove(house);
+                EXPECT_EQ(replace(house, "old"), 0);
+                const std::wstring secret = makeSecret(house);
+                got = outcome(chosen, error, posix);
+                const std::string now = read(house);
+                EXPECT_TRUE(now == "old" || now == "new") << now;
+                EXPECT_TRUE(now == "old" ? got == number || got == 70
+                                         : got == 0 || got == killed || got == past)
+                    << got;
+                EXPECT_EQ(accessOf(house), secret);
+                refused += now == "old" ? 1 : 0;
+                if (got == killed) replace(house, "next");
+                EXPECT_EQ(files(), 1) << "what is left of the killed goes with the next save";
+            }
+            EXPECT_GE(refused, 10) << "too few steps were met";
+        }
     }
+}
+
+TEST_F(WindowsDiskTest, RemovesOnlyWhatNoRunningEditorOwns) {
+    const fs::path ofTheKilled = folder / "~new-1-2", ofUsers = folder / "~new-1-2.xml";
+    replace(ofTheKilled, "half");
+    replace(ofUsers, "plan");
+    disk->replace(utf8(house), [&](const Write& write) {
+        EXPECT_EQ(replace(folder / "other.xml", "other"), 0);
+        write("whole");
+    });
+    EXPECT_EQ(read(house), "whole");
+    EXPECT_FALSE(fs::exists(ofTheKilled));
+    EXPECT_EQ(files(), 3);
+}
+
+TEST_F(WindowsDiskTest, KeepsWhoMayReadOrRefusesAndFlushesWhereThatCanBe) {
+    replace(house, "old");
+    const std::wstring shared = accessOf(house);
+    played.changeOnly = true;
+    EXPECT_EQ(replace(house, "new"), 0) << "the folder gives the same rights";
+    const std::wstring secret = makeSecret(house);
+    EXPECT_NE(secret, shared);
+    EXPECT_EQ(replace(house, "newer"), 70);
+    EXPECT_EQ(read(house), "new");
+    played.changeOnly = false;
+    played.cannotFlush = true;
+    EXPECT_EQ(replace(house, "newer"), 0);
+    played.cannotFlush = false;
+    EXPECT_EQ(accessOf(house), secret);
+    EXPECT_EQ(files(), 1);
 }
 
 TEST_F(WindowsDiskTest, RecordsAPathWholeInBothViewsOfTheRegistry) {
