@@ -171,6 +171,8 @@ void MainWindow::addStandardKeys() {
         const Command& command = commandNamed(name);
         auto* action = new QAction(this);
         action->setShortcuts(key);
+        // Windows, among others, has no key of its own for Save As.
+        if (action->shortcuts().isEmpty()) action->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
         connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
         addAction(action);
         bound_.push_back({action, &command});

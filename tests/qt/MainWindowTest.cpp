@@ -55,7 +55,8 @@ class MainWindowTest : public QObject {
                    [&] { Diary::doubleClick(diary.rows(), diary.spotOnRow(0)); });
         diary.clicks("Plant.FLOOR1.Text3");
         diary.desktop.willAnswer({Answer::no, Answer::yes, Answer::yes});
-        diary.presses("Del Del Ctrl+S");
+        diary.desktop.willChoose("/other.xml");
+        diary.presses("Del Del Ctrl+S Ctrl+Shift+S");
         const QSignalSpy ends(&diary.window, &MainWindow::applicationEnded);
         diary.document.saved = false;
         diary.disk.writeFault = ErrorNumber::diskFull;
