@@ -108,6 +108,8 @@ void writeAll(const File& file, std::string_view bytes, const fs::path& path) {
     }
 }
 
+std::uint64_t joined(std::uint64_t high, std::uint64_t low) { return high << 32U | low; }
+
 /// What a file system answers that does not have what was asked for.
 bool isNotSupported(DWORD code) {
     return code == ERROR_NOT_SUPPORTED || code == ERROR_INVALID_FUNCTION ||
@@ -134,6 +136,15 @@ fs::path followLinks(const fs::path& path) {
     if (length == 0 || length >= end.size()) throw errorFor(::GetLastError(), path);
     end.resize(length);
     return end;
+}
+
+/// The number of the file on its disk; nothing where it is not open, or the disk has no numbers.
+std::optional<std::uint64_t> numberOf(const File& file) {
+    BY_HANDLE_FILE_INFORMATION data{};
+    if (!file.isOpen() || ::GetFileInformationByHandle(file.handle(), &data) == 0) {
+        return std::nullopt;
+    }
+    return joined(data.nFileIndexHigh, data.nFileIndexLow);
 }
 
 /// Owner or access list of a file, as a security descriptor. Empty where the file system has none.
@@ -291,19 +302,20 @@ bool renamePosix(const fs::path& from, const fs::path& to) {
 }
 
 /// One rename: at each moment the name is that of the whole old file or of the whole new one.
-/// Gives the error code of a failure, 0 otherwise. Tried again for half a second: the server that
-/// reads the old file, and a scanner that looks at it, hold it for a moment only.
-DWORD takePlace(const fs::path& fresh, const fs::path& target) {
+/// Tried again for half a second: the server that reads the old file, and a scanner that looks at
+/// it, hold it for a moment only. A network may have renamed and tell of a failure all the same.
+void takePlace(const File& file, const fs::path& path, const fs::path& target) {
     constexpr int mostTries = 10;
     constexpr DWORD pause = 50;  // milliseconds
-    for (int tries = 1;; ++tries) {
-        if (renamePosix(fresh, target)) return 0;
+    for (int tries = 1; !renamePosix(path, target); ++tries) {
         constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
-        if (::MoveFileExW(fresh.c_str(), target.c_str(), how) != 0) return 0;
+        if (::MoveFileExW(path.c_str(), target.c_str(), how) != 0) return;
         const DWORD code = ::GetLastError();
+        const auto number = numberOf(file);
+        if (number && number == numberOf(File(target, 0, everything, OPEN_EXISTING))) return;
         const bool isHeld = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
                             code == ERROR_USER_MAPPED_FILE;
-        if (!isHeld || tries == mostTries) return code;
+        if (!isHeld || tries == mostTries) throw errorFor(code, target);
         ::Sleep(pause);
     }
 }
@@ -321,7 +333,6 @@ class WindowsDisk : public Disk {
         if (!file.isOpen() || ::GetFileInformationByHandle(file.handle(), &data) == 0) {
             return std::nullopt;
         }
-        const auto joined = [](std::uint64_t high, std::uint64_t low) { return high << 32U | low; };
         const FILETIME time = data.ftLastWriteTime;
         return FileStamp{
             joined(data.nFileSizeHigh, data.nFileSizeLow),
@@ -375,9 +386,7 @@ class WindowsDisk : public Disk {
         if (::FlushFileBuffers(file.handle()) == 0 && !isNotSupported(::GetLastError())) {
             throw errorFor(::GetLastError(), target);
         }
-        if (const DWORD code = takePlace(temporary.path(), target); code != 0) {
-            throw errorFor(code, target);
-        }
+        takePlace(file, temporary.path(), target);
         temporary.keep();
     }
 
