@@ -121,7 +121,8 @@ std::string QtDesktop::defaultFolder() {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const QString folder = QDir(documents).exists() ? documents : QDir::homePath();
 #endif
-    return fromQt(QDir::toNativeSeparators(folder + '/'));
+    // The root of a drive has its separator already.
+    return fromQt(QDir::toNativeSeparators(folder.endsWith('/') ? folder : folder + '/'));
 }
 
 std::string QtDesktop::clipboardText() { return fromQt(QGuiApplication::clipboard()->text()); }

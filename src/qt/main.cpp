@@ -2,6 +2,7 @@
 #include <QEvent>
 #include <QSessionManager>
 #include <QStandardPaths>
+#include <optional>
 
 #include "editor/frmEditing.h"
 #include "file/Disk.h"
@@ -12,6 +13,7 @@
 #include "qt/MainWindow.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
+#include "qt/SessionWait.h"
 #include "qt/Text.h"
 
 namespace {
@@ -20,7 +22,7 @@ namespace {
 /// chance to save.
 class Ending : public QObject {
  public:
-    explicit Ending(frmEditing& form) : form_(form) {
+    Ending(frmEditing& form, const QWidget& window) : form_(form), window_(window) {
         qApp->installEventFilter(this);
         connect(
             qApp, &QGuiApplication::commitDataRequest, this,
@@ -37,12 +39,18 @@ class Ending : public QObject {
 
  private:
     void sessionEnds(QSessionManager& session) {
-        agreed_ = form_.mayEnd([&session] { return session.allowsInteraction(); });
+        std::optional<SessionWait> wait;
+        agreed_ = form_.mayEnd([&] {
+            if (!session.allowsInteraction()) return false;
+            wait.emplace(window_, MainWindow::tr("The configuration is not saved."));
+            return true;
+        });
         if (!agreed_) session.cancel();
         session.release();
     }
 
     frmEditing& form_;
+    const QWidget& window_;
     bool agreed_ = false;  ///< the session ends: what was asked then is not asked again
 };
 
@@ -68,7 +76,7 @@ int main(int argc, char* argv[]) {
     QObject::connect(
         &window, &MainWindow::applicationEnded, &application,
         [](int exitStatus) { QApplication::exit(exitStatus); }, Qt::QueuedConnection);
-    const Ending ending(form);
+    const Ending ending(form, window);
     window.show();
     return QApplication::exec();
 }

@@ -1,0 +1,8 @@
+// Desktops other than Windows ask once, and show no reason.
+#include "qt/SessionWait.h"
+
+class SessionWait::System {};
+
+SessionWait::SessionWait(const QWidget& /*window*/, const QString& /*reason*/) {}
+
+SessionWait::~SessionWait() = default;
