@@ -14,6 +14,7 @@
 #include "Others.h"
 #include "file/CreateXML.h"
 #include "file/Disk.h"
+#include "file/FileRules.h"
 #include "file/ImportXML.h"
 #include "model/Document.h"
 
@@ -96,10 +97,13 @@ void createXml(benchmark::State& state) {
     File file(static_cast<int>(state.range(0)));
     Document document;
     fillBuilding(document, static_cast<int>(state.range(0)));
+    const FileRules rules(document);
+    if (rules.refusal()) std::abort();  // the window has asked it for the signs
     Figures own;
     Figures write;
     for (auto _ : state) {
         const double seconds = secondsOf([&] {
+            if (rules.refusal() || rules.unreadable().count > 0) std::abort();
             if (!CreateXML(file.path(), document, file.disk(), file.desktop())) std::abort();
         });
         state.SetIterationTime(seconds);

@@ -121,6 +121,13 @@ std::string plainDecimal(double number) {
     return {digits.data(), end.ptr};
 }
 
+std::string grouped(std::size_t number) {
+    std::string digits = std::to_string(number);
+    for (auto place = digits.size(); place > 3; digits.insert(place, ","))
+        place -= 3;
+    return digits;
+}
+
 std::int16_t readInt16(std::string_view text) { return roundTo<std::int16_t>(leadingNumber(text)); }
 
 std::int32_t readInt32(std::string_view text) { return roundTo<std::int32_t>(leadingNumber(text)); }

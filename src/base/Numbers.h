@@ -1,6 +1,7 @@
 // The one place where numbers are read from text.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -17,6 +18,9 @@ bool isNumber(std::string_view text);
 
 /// The number in plain decimal: "11", "-3", "2.5".
 std::string plainDecimal(double number);
+
+/// The number with a comma before each three digits: "1,204".
+std::string grouped(std::size_t number);
 
 /// The leading number rounded to an integer, halves to even (2.5 is 2, 3.5 is 4).
 /// Raises ErrorNumber::overflow when it does not fit the type.

@@ -3,10 +3,6 @@
 #include <exception>
 #include <new>
 
-#include "base/RunTimeError.h"
-
-namespace {
-
 RunTimeError caughtError() {
     try {
         throw;
@@ -21,9 +17,6 @@ RunTimeError caughtError() {
     }
 }
 
-}  // namespace
-
-std::string describeCaughtError() {
-    const RunTimeError error = caughtError();
+std::string numberAndDescription(const RunTimeError& error) {
     return std::to_string(static_cast<int>(error.number())) + "  " + error.description();
 }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <utility>
 
+#include "base/RunTimeError.h"
+
 /// Shows one text to the user in a message box with an OK button. Made from anything that has
 /// `showMessage(text)`, so that a rule need not know what a desktop is:
 ///
@@ -28,20 +30,39 @@ class Tell {
     std::function<void(const std::string&)> show_;
 };
 
-/// "6  Overflow" for the exception that is being handled. Any exception has a number here: one
-/// that escaped a handler would end the program, and with it the user's work.
-std::string describeCaughtError();
+/// The exception that is being handled. Any exception has a number here: one that escaped a
+/// handler would end the program, and with it the user's work.
+RunTimeError caughtError();
+
+/// Runs a part of a handler's body that is a routine of its own: an error that leaves it carries
+/// the routine's name, and is reported under it.
+template <typename Body>
+void runRoutine(std::string_view routine, Body&& body) {
+    try {
+        std::forward<Body>(body)();
+    } catch (...) {
+        RunTimeError error = caughtError();
+        if (error.routine().empty()) error.setRoutine(std::string(routine));
+        throw error;
+    }
+}
+
+/// "6  Overflow".
+std::string numberAndDescription(const RunTimeError& error);
 
 /// Runs a handler's body. An error that the body throws ends it and is shown as the general
-/// error message, " Error n. 6  Overflow in mnuSaveCfg_Click" for the routine mnuSaveCfg_Click;
-/// what the body had changed before stays changed. True when the body came to its end.
+/// error message, " Error n. 6  Overflow in mnuSaveCfg_Click" for the routine mnuSaveCfg_Click,
+/// unless the error carries the name of another; what the body had changed before stays changed.
+/// True when the body came to its end.
 template <typename Body>
 bool reportErrors(const Tell& tell, std::string_view routine, Body&& body) {
     try {
         std::forward<Body>(body)();
         return true;
     } catch (...) {
-        tell(" Error n. " + describeCaughtError() + " in " + std::string(routine));
+        const RunTimeError error = caughtError();
+        const std::string_view where = error.routine().empty() ? routine : error.routine();
+        tell(" Error n. " + numberAndDescription(error) + " in " + std::string(where));
         return false;
     }
 }
@@ -54,7 +75,7 @@ bool reportChooserErrors(const Tell& tell, std::string_view routine, Body&& body
         std::forward<Body>(body)();
         return true;
     } catch (...) {
-        tell(std::string(routine) + " Error n. " + describeCaughtError());
+        tell(std::string(routine) + " Error n. " + numberAndDescription(caughtError()));
         return false;
     }
 }

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <string>
+#include <utility>
 
 /// The numbers under which faults are known to users and to the people who support them.
 /// They are the run-time and common-control error numbers of the Windows tools in which such
@@ -39,9 +40,13 @@ class RunTimeError : public std::exception {
 
     ErrorNumber number() const { return number_; }
     const std::string& description() const { return description_; }
+    /// The routine that it is reported under; empty for that of the handler which traps it.
+    const std::string& routine() const { return routine_; }
+    void setRoutine(std::string routine) { routine_ = std::move(routine); }
     const char* what() const noexcept override { return description_.c_str(); }
 
  private:
     ErrorNumber number_;
     std::string description_;
+    std::string routine_;
 };

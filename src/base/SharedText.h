@@ -46,6 +46,9 @@ class SharedText {
     friend std::string operator+(std::string_view a, const SharedText& b) {
         return std::string(a).append(b);
     }
+    friend bool operator==(const SharedText& a, const SharedText& b) {
+        return a.head_ == b.head_ || std::string_view(a) == std::string_view(b);
+    }
     friend bool operator==(const SharedText& a,
                            const std::convertible_to<std::string_view> auto& b) {
         return std::string_view(a) == std::string_view(b);

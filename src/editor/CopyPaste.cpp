@@ -89,12 +89,12 @@ void CopyPaste::paste() {
 void CopyPaste::pasteInto(Node& target) {
     const BusyPointer busy(desktop_);
     const Document::Step step(document_, "Paste");
-    const ConfigTree::BulkChange bulk(document_.tree());
     bool anyPasted = false;
     const auto showPasted = [&] {  // once, however many there are
         if (anyPasted) form_.TreeView1_NodeClick(target);
     };
     try {
+        const ConfigTree::BulkChange bulk(document_.tree());
         for (const auto& [record, node] : *clipboard_) {
             // The name is the node's own: a copy made by dragging shares its record.
             clsItem source = *record;

@@ -28,8 +28,9 @@ class CopyPaste {
     /// Items that still have a default name are refused, branches too: those are dragged.
     void mnuCopy_Click();
 
-    /// Pastes into the selected device or branch. A name that is taken there gets "_" and the
-    /// paste counter, as often as it takes.
+    /// Pastes into the selected device or branch. A name that another item there has, in whatever
+    /// case, gets "_" and the paste counter, as often as it takes; one that a branch has ends the
+    /// pasting with an error, and the items before it stay.
     void mnuPaste_Click();
 
  private:

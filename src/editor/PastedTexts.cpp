@@ -24,10 +24,10 @@ void PastedTexts::Paste_Name_Click() {
     reportErrors(desktop_, "Paste_Name_Click", [&] {
         paste([&](const Lines& lines) { return areNamesFree(lines); }, "name",
               [&](std::size_t row) -> const SharedText& { return list_.rows()[row].text; },
-              [&](const Rows& rows, const Lines& lines) {
+              [&](const Rows& rows, const Lines& lines, const Tell& tell) {
                   const ConfigTree::BulkChange bulk(document_.tree());
                   for (std::size_t i = 0; i < rows.size(); ++i)
-                      if (CheckChars(lines[i], desktop_)) rename(rows[i], lines[i]);
+                      if (CheckChars(lines[i], tell)) rename(rows[i], lines[i]);
               });
     });
 }
@@ -41,7 +41,7 @@ void PastedTexts::Paste_Comment_Click() {
               [&](std::size_t row) -> const SharedText& {
                   return document_.items().at(nodeOf(row).key()).sComment;
               },
-              [&](const Rows& rows, const Lines& lines) {
+              [&](const Rows& rows, const Lines& lines, const Tell& /*tell*/) {
                   for (std::size_t i = 0; i < rows.size(); ++i) {
                       document_.setComment(nodeOf(rows[i]), lines[i]);
                       list_.setSubItem(rows[i], 0, lines[i]);
@@ -53,7 +53,7 @@ void PastedTexts::Paste_Comment_Click() {
 /// The steps that both commands have in common. `present` gives what a row has now.
 void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::string_view what,
                         const std::function<const SharedText&(std::size_t row)>& present,
-                        const std::function<void(const Rows&, const Lines&)>& apply) {
+                        const Apply& apply) {
     const std::string text = desktop_.clipboardText();
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
     const Lines lines = pastedLines(text);
@@ -67,9 +67,11 @@ void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::str
     const Document::Step step(document_, "Paste", what);
     document_.saved = false;  // now, as an error keeps what was changed before it
     const BusyPointer busy(desktop_);
-    const ListView::Update update(list_);
-    apply(rows, lines);
-    desktop_.clearClipboard();
+    withFirstMessages(desktop_, [&](FirstMessages& messages) {
+        const ListView::Update update(list_);
+        apply(rows, lines, messages);
+        desktop_.clearClipboard();
+    });
 }
 
 /// False, after telling the user and emptying the clipboard, when a name belongs to an item of

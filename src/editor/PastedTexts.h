@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "base/Reporting.h"
 #include "desktop/Desktop.h"
+#include "desktop/FirstMessages.h"
 #include "dialogs/Forms.h"
 #include "model/Document.h"
 #include "model/ListView.h"
@@ -24,10 +26,12 @@ class PastedTexts {
  private:
     using Lines = std::vector<std::string>;
     using Rows = std::vector<std::size_t>;
+    /// Gives the rows the lines, and tells what it cannot do.
+    using Apply = std::function<void(const Rows&, const Lines&, const Tell&)>;
 
     void paste(const std::function<bool(const Lines&)>& check, std::string_view what,
                const std::function<const SharedText&(std::size_t row)>& present,
-               const std::function<void(const Rows&, const Lines&)>& apply);
+               const Apply& apply);
     bool areNamesFree(const Lines& lines);
     bool isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
                     const std::function<const SharedText&(std::size_t row)>& present);

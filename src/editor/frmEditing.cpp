@@ -50,7 +50,8 @@ frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk&
     : document_(document),
       desktop_(desktop),
       forms_(forms),
-      lifecycle_(document, desktop, disk, registry, *this),
+      fileRules_(document),
+      lifecycle_(document, fileRules_, desktop, disk, registry, *this),
       import_(document, desktop, disk, lifecycle_, *this),
       enabled_(commandTable().size()) {}
 
@@ -97,27 +98,30 @@ void frmEditing::TreeView1_NodeClick(Node& node) {
     });
 }
 
+/// The messages are shown once the list is whole again.
 void frmEditing::showNode(const Node& node) {
-    const ListView::Update update(ListView1);
-    switch (node.kind()) {
-        case NodeKind::config:
-            EnMenuButt(commandStates::rootSelected);
-            listDevices();
-            break;
-        case NodeKind::plc:
-        case NodeKind::branch: listContents(node); break;
-        case NodeKind::item: listItem(node); break;
-    }
+    withFirstMessages(desktop_, [&](FirstMessages& messages) {
+        const ListView::Update update(ListView1);
+        switch (node.kind()) {
+            case NodeKind::config:
+                EnMenuButt(commandStates::rootSelected);
+                listDevices();
+                break;
+            case NodeKind::plc:
+            case NodeKind::branch: listContents(node, messages); break;
+            case NodeKind::item: listItem(node); break;
+        }
+    });
 }
 
-void frmEditing::listContents(const Node& container) {
+void frmEditing::listContents(const Node& container, FirstMessages& messages) {
     EnMenuButt(commandStates::containerSelected);
     ListView1.clearRows();
     ListView1.setColumns(itemColumns);
     ListView1.setView(ListView::View::report);
     for (const Node* child : container.GetChildren()) {
         if (child->kind() != NodeKind::item) continue;
-        document_.itemAt(*child)->AddToListView(ListView1, true, desktop_);
+        document_.itemAt(*child)->AddToListView(ListView1, true, messages);
         // Only a first child counts: items after a branch do not enable pasting names. Meant.
         if (child == container.GetChildren().front()) {
             EnMenuButt(commandStates::containerSelectedItemsListed);
@@ -420,6 +424,14 @@ void frmEditing::configurationClosed() {
 void frmEditing::focusTree() {
     activeControl = ActiveControl::tree;
     if (window_ != nullptr) window_->focusTree();
+}
+
+void frmEditing::showFault(const Node& node) {
+    if (window_ != nullptr && window_->isBehindDialog()) return;
+    Node& shown = document_.tree().nodeAt(node.key());
+    focusTree();
+    show(shown);
+    TreeView1_NodeClick(shown);
 }
 
 void frmEditing::endApplication() { end(EXIT_SUCCESS); }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "desktop/Desktop.h"
+#include "desktop/FirstMessages.h"
 #include "dialogs/Forms.h"
 #include "dialogs/frmFind.h"
 #include "editor/Commands.h"
@@ -14,6 +15,7 @@
 #include "editor/Deletion.h"
 #include "editor/PastedTexts.h"
 #include "editor/TreeDrag.h"
+#include "file/FileRules.h"
 #include "file/Lifecycle.h"
 #include "import/EtsImport.h"
 #include "layout/mResize.h"
@@ -49,6 +51,8 @@ class frmEditing final : public LifecycleWindow {
         virtual void formChanged() = 0;
         /// Gives the tree the focus within this window.
         virtual void focusTree() = 0;
+        /// True while a dialog is open that keeps the user from this window.
+        virtual bool isBehindDialog() const = 0;
         /// Closes all windows of the editor and ends the program, with that exit status.
         virtual void endApplication(int exitStatus) = 0;
     };
@@ -109,6 +113,8 @@ class frmEditing final : public LifecycleWindow {
     bool hasProperties(ActiveControl view) const;
     /// A drag within the tree.
     TreeDrag& treeDrag() { return drag_; }
+    /// What the signs in the views tell.
+    const FileRules& fileRules() const { return fileRules_; }
 
     /// Whether there is something to do with a file that was dropped on the window: it can be
     /// opened, or imported.
@@ -164,6 +170,7 @@ class frmEditing final : public LifecycleWindow {
     void configurationClosed() override;
     void clearList() override;
     void listDevices() override;
+    void showFault(const Node& node) override;
     void endApplication() override;
 
  private:
@@ -176,7 +183,7 @@ class frmEditing final : public LifecycleWindow {
     void changeBranch(Node& node);
     void changeItem(Node& node);
     void showViews(ViewState state);
-    void listContents(const Node& container);
+    void listContents(const Node& container, FirstMessages& messages);
     void listItem(const Node& node);
     void focusTree();
     void unloadFind();
@@ -186,6 +193,7 @@ class frmEditing final : public LifecycleWindow {
     Document& document_;
     Desktop& desktop_;
     Forms& forms_;
+    FileRules fileRules_;
     Lifecycle lifecycle_;
     EtsImport import_;
     CopyPaste copyPaste_{document_, desktop_, *this};

@@ -8,8 +8,9 @@
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "desktop/EventTurns.h"
+#include "desktop/FirstMessages.h"
+#include "file/FileRules.h"
 #include "file/XmlParser.h"
-#include "model/FileFitness.h"
 
 namespace {
 
@@ -21,34 +22,6 @@ std::size_t lengthOfName(const XmlElement& device) {
         return 0;
     }
 }
-
-/// Keeps the first messages about faults in one file, and counts the others: a file may have a
-/// fault in each of 65,536 items.
-class FirstMessages {
- public:
-    void showMessage(const std::string& text) {
-        constexpr std::size_t most = 5;
-        if (first_.size() == most) {
-            ++more_;
-        } else {
-            first_.push_back(text);
-        }
-    }
-
-    void tellTo(Desktop& desktop) const {
-        for (const auto& text : first_)
-            desktop.showMessage(text);
-        if (more_ == 0) return;
-        std::string number = std::to_string(more_);
-        for (auto place = number.size(); place > 3; number.insert(place, ","))
-            place -= 3;
-        desktop.showMessage("\u2026 and " + number + " more");
-    }
-
- private:
-    std::vector<std::string> first_;
-    std::size_t more_ = 0;
-};
 
 /// Turns the elements of one file into records and nodes. The parent of each is that of its
 /// element: a key cannot tell, as names may hold the "." that keys are joined with.
@@ -68,14 +41,16 @@ class Importer : public XmlListener {
         if (role == Role::item && !refusal_) readItem(element, path_.back());
     }
 
-    /// After the whole file: false when it is another one's. Raises what reading it was refused
-    /// for.
-    bool finish(Desktop& desktop) const {
+    /// After the whole file: raises what reading it was refused for.
+    void finish() const {
         if (refusal_) throw RunTimeError(*refusal_);
-        messages_.tellTo(desktop);
-        if (!isConfiguration_) desktop.showMessage("The configuration file is not valid.");
-        return isConfiguration_;
     }
+
+    /// False when the file is another one's.
+    bool isConfiguration() const { return isConfiguration_; }
+
+    /// What was told of faults.
+    const FirstMessages& messages() const { return messages_; }
 
  private:
     /// What an element is, where it stands.
@@ -201,15 +176,14 @@ class Importer : public XmlListener {
 
 bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop& desktop,
                const std::function<void()>& itemRead) {
-    bool isRead = false;
     const BusyPointer busy(desktop);
-    reportErrors(desktop, "ImportXML", [&] {
+    Importer importer(document, desktop, itemRead);
+    const bool isRead = reportErrors(desktop, "ImportXML", [&] {
         const ConfigTree::BulkChange bulk(document.tree());
         const GlobalSets settings = document.settings();
         try {
-            Importer importer(document, desktop, itemRead);
             readXml(disk, path, importer);
-            isRead = importer.finish(desktop);
+            importer.finish();
         } catch (...) {
             // Nothing is made of a part of a file.
             document.setSettings(settings);
@@ -217,5 +191,12 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
             throw;
         }
     });
-    return isRead;
+    if (!isRead) return false;
+    reportErrors(desktop, "ImportXML", [&] {
+        importer.messages().showOn(desktop);
+        if (!importer.isConfiguration()) {
+            desktop.showMessage("The configuration file is not valid.");
+        }
+    });
+    return importer.isConfiguration();
 }

@@ -1,5 +1,6 @@
 #include "file/Lifecycle.h"
 
+#include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "file/CreateXML.h"
@@ -108,6 +109,7 @@ Lifecycle::SaveOutcome Lifecycle::save() {
                 : Answer::yes;
         switch (answer) {
             case Answer::yes:
+                if (!canBeReadBack()) return;
                 outcome = write(path);
                 if (outcome == SaveOutcome::saved) desktop_.showMessage(path + " saved");
                 break;
@@ -135,6 +137,7 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
                 outcome = SaveOutcome::declined;
                 return;
             }
+            if (!canBeReadBack()) return;
             document_.setPath(path);
             outcome = write(path);
         } catch (const RunTimeError& error) {
@@ -159,6 +162,25 @@ bool Lifecycle::mayReplace(const std::string& path) {
            desktop_.askYesNo("File " + path +
                              " was changed by another program since it was last read or saved "
                              "here. Go on with saving?");
+}
+
+/// Whether it is to be written. Else the user has been told, or has said so, and sees the node.
+bool Lifecycle::canBeReadBack() {
+    if (const auto refusal = rules_.refusal()) {
+        reportErrors(desktop_, "CreateXML", [&] { throw refusal->error; });
+        if (refusal->shown != nullptr) window_.showFault(*refusal->shown);
+        return false;
+    }
+    const auto unreadable = rules_.unreadable();
+    if (unreadable.count == 0 ||
+        desktop_.askYesNo(grouped(unreadable.count) +
+                              " texts cannot be read back by the OPC server, the first in " +
+                              unreadable.firstPath + ". Save all the same?",
+                          Answer::no)) {
+        return true;
+    }
+    window_.showFault(*unreadable.shown);
+    return false;
 }
 
 /// The part of both save commands that writes: file, saved flag, registry record.

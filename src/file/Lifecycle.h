@@ -8,6 +8,7 @@
 #include "desktop/Desktop.h"
 #include "file/Disk.h"
 #include "file/FLRegistry.h"
+#include "file/FileRules.h"
 #include "model/Document.h"
 
 /// What the lifecycle asks of the window that shows the configuration.
@@ -28,17 +29,22 @@ class LifecycleWindow {
     virtual void clearList() = 0;
     /// Shows the devices in the list.
     virtual void listDevices() = 0;
+    /// Selects a node of the tree and shows it, unless a dialog is open that works on another.
+    virtual void showFault(const Node& node) = 0;
     /// Closes the editor's windows and ends the application.
     virtual void endApplication() = 0;
 };
 
 /// The commands that create, open, save and close the configuration. Each asks what it has to
-/// ask, and none throws away changes without an answer of the user.
+/// ask, and none throws away changes without an answer of the user. None writes what the rules of
+/// files refuse, nor, unless the user says so, what could not be read back: the node that is in the
+/// way is shown then, and the old file stays.
 class Lifecycle {
  public:
-    Lifecycle(Document& document, Desktop& desktop, Disk& disk, FLRegistry& registry,
-              LifecycleWindow& window)
+    Lifecycle(Document& document, const FileRules& rules, Desktop& desktop, Disk& disk,
+              FLRegistry& registry, LifecycleWindow& window)
         : document_(document),
+          rules_(rules),
           desktop_(desktop),
           disk_(disk),
           registry_(registry),
@@ -72,6 +78,7 @@ class Lifecycle {
 
     SaveOutcome save();
     SaveOutcome saveAs();
+    bool canBeReadBack();
     SaveOutcome write(const std::string& path);
     void noteFile(const std::string& path);
     bool mayReplace(const std::string& path);
@@ -79,6 +86,7 @@ class Lifecycle {
     bool unsaved() const { return document_.open && !document_.saved; }
 
     Document& document_;
+    const FileRules& rules_;
     Desktop& desktop_;
     Disk& disk_;
     FLRegistry& registry_;

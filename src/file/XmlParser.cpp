@@ -38,12 +38,18 @@ class Builder {
     char* room(std::size_t bytes) {
         void* const room = XML_GetBuffer(parser_.get(), static_cast<int>(bytes));
         if (room == nullptr) throw std::bad_alloc();
-        return static_cast<char*>(room);
+        room_ = static_cast<char*>(room);
+        return room_;
     }
 
     /// Takes so many bytes that stand there. Expat counts the lines of each piece but the last
     /// beforehand: the fewer, the faster.
     void parse(std::size_t bytes, bool isLast) {
+        // The mark of UTF-8 counts for more than the encoding that is declared.
+        if (!std::exchange(hasBegun_, true) &&
+            std::string_view(room_, bytes).starts_with("\xEF\xBB\xBF")) {
+            XML_SetEncoding(parser_.get(), "UTF-8");
+        }
         const auto status =
             XML_ParseBuffer(parser_.get(), static_cast<int>(bytes), isLast ? XML_TRUE : XML_FALSE);
         if (failure_ != nullptr) std::rethrow_exception(failure_);
@@ -203,6 +209,8 @@ class Builder {
     std::size_t open_ = 0;
     const char* refusal_ = nullptr;
     std::exception_ptr failure_;
+    char* room_ = nullptr;  // for the piece that comes next
+    bool hasBegun_ = false;
 
     // Of the last open element, when its children are wanted.
     bool wantsChildren_ = false;

@@ -20,9 +20,11 @@ class XmlListener {
 /// Reads a file and forgets each element once it has ended. Comments and processing instructions
 /// are passed over.
 ///
-/// Reading is strict: what is accepted here is well-formed XML to any other reader. A text that
-/// declares or uses entities of its own is refused: a configuration has no use for them, and
-/// they could name other files or blow up a small file without bounds.
+/// A text that is not well-formed is refused. Of two rules others are stricter: names here may
+/// have a prefix that nothing declares, and hold the letters ª, µ and º. A text that declares or
+/// uses entities of its own is refused too: a configuration has no use for them, and they could
+/// name other files or blow up a small file without bounds. A byte order mark counts for more than
+/// the encoding that is declared.
 ///
 /// Raises the disk's errors, ErrorNumber::invalidFileFormat with line and reason, e.g. "Line 12:
 /// mismatched tag", for a text that is not XML in an encoding that is known here (ISO-8859-1,

@@ -226,7 +226,8 @@ void RecordTextChange::make(SharedText& text, SharedText now) {
     others_.emplace_back(&text, std::exchange(text, std::move(now)));
 }
 
-void RecordTextChange::toggle(Contents& /*contents*/, bool back) {
+void RecordTextChange::toggle(Contents& contents, bool back) {
+    contents.tree.recordsChanged();
     forEach(others_, back, [](auto& other) { std::swap(*other.first, other.second); });
 }
 
@@ -242,7 +243,10 @@ ItemChange::ItemChange(clsItem& item, const clsItem& now)
     std::swap(*item_, *other_);
 }
 
-void ItemChange::toggle(Contents& /*contents*/, bool /*back*/) { std::swap(*item_, *other_); }
+void ItemChange::toggle(Contents& contents, bool /*back*/) {
+    std::swap(*item_, *other_);
+    contents.tree.recordsChanged();
+}
 
 std::size_t ItemChange::bytes() const { return sizeof *this + bytesOfNode; }
 

@@ -56,6 +56,7 @@ Node& ConfigTree::AddNode(Node* parent, SharedText key, SharedText text, NodeKin
     node->parent_ = parent;
     node->isPresent_ = shown_ == this;
     Node& added = *node;
+    ++changes_;
     nodes_.add(std::move(node));
     if (parent == nullptr) {
         root_ = &added;
@@ -137,6 +138,7 @@ ConfigTree::Cut ConfigTree::takeOut(const std::vector<Node*>& nodes) {
     Cut cut;
     cut.tree_ = this;
     if (nodes.empty()) return cut;
+    ++changes_;
     for (Node* node : nodes)
         node->leaving_ = true;
     for (const Node* above = selected_; above != nullptr; above = above->parent_) {
@@ -166,6 +168,7 @@ ConfigTree::Cut ConfigTree::takeOut(const std::vector<Node*>& nodes) {
 
 void ConfigTree::putBack(Cut&& cut) {
     if (cut.tops_.empty()) return;
+    ++changes_;
     std::optional<BulkChange> bulk;
     if (cut.tops_.size() > 1) bulk.emplace(*this);
     const Cut::Top& first = cut.tops_.front();
@@ -241,6 +244,7 @@ Node& ConfigTree::Reference::node() const {
 }
 
 void ConfigTree::clear() {
+    ++changes_;
     if (listener_ != nullptr) listener_->aboutToReset();
     root_ = selected_ = nullptr;
     for (const auto& node : nodes_)
@@ -258,7 +262,13 @@ void ConfigTree::setKey(Node& node, SharedText key) {
 
 void ConfigTree::setText(Node& node, SharedText text) {
     node.text_ = std::move(text);
+    ++changes_;
     if (listener_ != nullptr) listener_->changed(node);
+}
+
+void ConfigTree::recordsChanged() const {
+    ++changes_;
+    if (listener_ != nullptr) listener_->recordsChanged();
 }
 
 bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
@@ -270,6 +280,7 @@ bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
     auto& children = *node.children_;
     const auto added = std::ranges::is_sorted_until(children, isBefore);
     if (added == children.end()) return false;
+    ++changes_;
     before = children;
     if (listener_ != nullptr) listener_->aboutToReorder(node);
     std::ranges::stable_sort(added, children.end(), isBefore);
@@ -281,6 +292,7 @@ bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
 
 void ConfigTree::swapChildren(Node& node, std::vector<Node*>& children) {
     if (listener_ != nullptr) listener_->aboutToReorder(node);
+    ++changes_;
     std::swap(*node.children_, children);
     node.childRowsKnown_ = false;
     if (listener_ != nullptr) listener_->reordered(node);

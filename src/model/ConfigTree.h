@@ -71,7 +71,9 @@ class ConfigTree {
     using Nodes = KeyedSet<std::unique_ptr<Node>, Keys>;
 
  public:
-    /// Hears of every change, so that a view can follow. The calls in pairs enclose the change.
+    /// Hears of what views show: which nodes there are, in which order, with which texts and
+    /// signs, and which is selected. Not of keys, nor of what is expanded. The calls in pairs
+    /// enclose the change.
     class Listener {
      public:
         virtual ~Listener() = default;
@@ -81,8 +83,10 @@ class ConfigTree {
         virtual void added() = 0;
         virtual void aboutToRemove(const Node& node) = 0;
         virtual void removed() = 0;
-        /// The node's text is another one.
+        /// The node's text is another one, or something in its record.
         virtual void changed(const Node& node) = 0;
+        /// Something is another in the records of many nodes.
+        virtual void recordsChanged() = 0;
         virtual void aboutToReorder(const Node& parent) = 0;
         virtual void reordered(const Node& parent) = 0;
         /// Everything may have changed; nodes that a view knew may be gone.
@@ -218,6 +222,12 @@ class ConfigTree {
     /// ErrorNumber::invalidCall for an empty key; then nothing has changed.
     void setKey(Node& node, SharedText key);
     void setText(Node& node, SharedText text);
+    /// Has the listener hear that something in the records of nodes is another.
+    void recordsChanged() const;
+
+    /// A number that is another one after each change of nodes, texts and order, and after
+    /// recordsChanged(): for what is worked out from the whole tree and kept until then.
+    std::uint64_t changes() const { return changes_; }
 
     /// Puts the node's children into alphabetical order of their texts; equal texts keep their
     /// order. Children added later are appended as ever.
@@ -265,6 +275,7 @@ class ConfigTree {
     mutable Node* selected_ = nullptr;
     mutable Listener* listener_ = nullptr;
     mutable std::unordered_multimap<const Node*, Reference*> references_;
+    mutable std::uint64_t changes_ = 0;
 };
 
 /// Walks everything below a node, each node before its children, children first to last. No

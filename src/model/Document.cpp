@@ -137,6 +137,7 @@ void Document::change(Node& item, const ItemFields& fields) {
     now.SetByForm(fields, &item, true);
     const Step step(*this, "Change");
     history_.record<ItemChange>(record, now);
+    tree().recordsChanged();
     history_.current<RenameChange>().make(contents_, item, key, now.sName);
     history_.concerns(item);
     saved = false;
@@ -179,6 +180,7 @@ void Document::setComment(Node& item, const SharedText& comment) {
     SharedText& text = contents_.items.recordAt(item.key())->sComment;
     const Step step(*this, "Change");
     history_.current<RecordTextChange>().make(text, comment);
+    tree().recordsChanged();
     history_.concerns(item);
     saved = false;
 }

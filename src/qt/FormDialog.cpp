@@ -147,11 +147,12 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Hand
 void FormDialog::mark(QLineEdit* edit, FilePlace place) {
     QAction* sign = edit->addAction(icons::mark(), QLineEdit::TrailingPosition);
     sign->setText(tr("Fault"));
-    const auto look = [edit, sign, place] {
-        const QString fault = toQt(spoilsFile(fromQt(edit->text()), place));
+    // Of a part of an address, what the part is.
+    const auto look = [edit, sign, place, usual = edit->accessibleDescription()] {
+        const QString fault = toQt(faultOf(fromQt(edit->text()), place).text);
         sign->setVisible(!fault.isEmpty());
         sign->setToolTip(fault);
-        edit->setAccessibleDescription(fault);
+        edit->setAccessibleDescription(fault.isEmpty() ? usual : fault);
     };
     connect(edit, &QLineEdit::textChanged, this, look);
     look();

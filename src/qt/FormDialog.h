@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "dialogs/Controls.h"
-#include "model/FileFitness.h"
+#include "file/FileRules.h"
 
 class QComboBox;
 class QFormLayout;
@@ -44,8 +44,8 @@ class FormDialog : public QDialog {
     /// The user may type another text than those proposed only when `freeText`. `changed` runs when
     /// the user has chosen another.
     QComboBox* bind(const char* name, ComboBox& box, bool freeText, Handler changed = nullptr);
-    /// Shows a sign in the field, with what is wrong as its tooltip, while its text would spoil the
-    /// saved file in that place.
+    /// Shows a sign in the field, with what is wrong as its tooltip, while its text has a fault in
+    /// that place of the file.
     void mark(QLineEdit* edit, FilePlace place);
     QPushButton* bind(const char* name, const Button& button, Handler handler);
     /// A further thing to show.

@@ -74,6 +74,7 @@ QWidget* ItemDialog::buildAddress() {
         auto* part = bind(names[i], form_.txtAddress[i],
                           [this](int code) { return form_.txtAddress_KeyPress(code); });
         part->setAccessibleDescription(titles[i]);
+        mark(part, FilePlace::content);
         part->setMinimumWidth(part->fontMetrics().averageCharWidth() * 8);
         part->setAccessibleName(QString::fromStdString(form_.lbladdress.caption));
         row->addWidget(part, 1);

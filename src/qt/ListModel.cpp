@@ -2,12 +2,12 @@
 
 #include <QGuiApplication>
 
-#include "model/FileFitness.h"
 #include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
-ListModel::ListModel(ListView& list, QObject* parent) : QAbstractTableModel(parent), list_(list) {
+ListModel::ListModel(ListView& list, const FileRules& rules, QObject* parent)
+    : QAbstractTableModel(parent), list_(list), rules_(rules) {
     list_.setListener(this);
 }
 
@@ -27,31 +27,32 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const auto column = static_cast<std::size_t>(index.column());
     const std::string_view text = row.cell(column);
     const auto fault = [&] { return faultOf(index.row(), index.column()); };
+    const auto hasFault = [&] { return fault().kind != FaultKind::none; };
     switch (role) {
         case Qt::DisplayRole: return toQt(text, drawnCharacters);
         case CellDelegate::wholeTextRole: return toQt(text, CellDelegate::shownInTooltip);
         case Qt::DecorationRole: {
-            if (column != 0) return fault().empty() ? QVariant() : icons::mark();
+            if (column != 0) return hasFault() ? icons::mark() : QVariant();
             const QIcon& picture = largeIcons_ ? icons::list(row.icon) : icons::tree(row.smallIcon);
-            return fault().empty() ? picture : icons::marked(picture);
+            return hasFault() ? icons::marked(picture) : picture;
         }
         case Qt::ForegroundRole:
-            return fault().empty() ? QVariant() : icons::markColour(QGuiApplication::palette());
+            return hasFault() ? icons::markColour(QGuiApplication::palette()) : QVariant();
         case Qt::ToolTipRole:
-        case Qt::AccessibleDescriptionRole: return toQt(fault());
+        case Qt::AccessibleDescriptionRole: return toQt(fault().text);
         case Qt::SizeHintRole: return cellSize_.isValid() ? cellSize_ : QVariant();
         default: return {};
     }
 }
 
-/// What in a cell's text would spoil the saved file. Worked out for what is painted: nobody looks
+/// The fault of a cell's text. Worked out for what is painted: nobody looks
 /// at all rows of a large branch.
-std::string ListModel::faultOf(int row, int column) const {
+Fault ListModel::faultOf(int row, int column) const {
     constexpr std::size_t readAtOnce = 10'000;
     const auto& shown = list_.rows()[static_cast<std::size_t>(row)];
     const auto place = static_cast<std::size_t>(column);
     const std::string_view text = shown.cell(place);
-    const auto find = [&] { return spoilsFile(text, filePlaceOf(shown.smallIcon)); };
+    const auto find = [&] { return rules_.faultOf(shown, place); };
     if (text.size() < readAtOnce) return find();
     const auto [known, isNew] = faults_.try_emplace({row, column});
     if (isNew) known->second = find();

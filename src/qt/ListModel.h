@@ -4,9 +4,9 @@
 #include <QAbstractTableModel>
 #include <QSize>
 #include <map>
-#include <string>
 #include <utility>
 
+#include "file/FileRules.h"
 #include "model/ListView.h"
 
 /// Shows the rows of the list, without a copy.
@@ -14,7 +14,7 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     Q_OBJECT
 
  public:
-    explicit ListModel(ListView& list, QObject* parent = nullptr);
+    ListModel(ListView& list, const FileRules& rules, QObject* parent = nullptr);
     ~ListModel() override;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -32,7 +32,7 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     void viewModeChanged();
 
  private:
-    std::string faultOf(int row, int column) const;
+    Fault faultOf(int row, int column) const;
 
     void aboutToReset() override { beginResetModel(); }
     void reset() override {
@@ -43,8 +43,9 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     void viewChanged() override { Q_EMIT viewModeChanged(); }
 
     ListView& list_;
+    const FileRules& rules_;
     bool largeIcons_ = false;
     QSize cellSize_;
     // Of the longest texts, by row and column: they are asked for at every stroke of the brush.
-    mutable std::map<std::pair<int, int>, std::string> faults_;
+    mutable std::map<std::pair<int, int>, Fault> faults_;
 };

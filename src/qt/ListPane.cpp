@@ -43,10 +43,10 @@ void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
 
 }  // namespace
 
-ListPane::ListPane(ListView& list, QWidget* parent)
+ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
     : QStackedWidget(parent),
       list_(list),
-      model_(new ListModel(list, this)),
+      model_(new ListModel(list, rules, this)),
       report_(new PaneView<QTreeView>(this)),
       icons_(new PaneView<QListView>(this)) {
     prepare(*report_, model_, tr("Contents"));
@@ -94,6 +94,10 @@ ListPane::ListPane(ListView& list, QWidget* parent)
 
 void ListPane::setActing(bool acting) {
     acting_ = acting;
+    repaintRows();
+}
+
+void ListPane::repaintRows() {
     report_->viewport()->update();
     icons_->viewport()->update();
 }

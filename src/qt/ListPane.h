@@ -19,11 +19,12 @@ class ListPane : public QStackedWidget {
     Q_OBJECT
 
  public:
-    ListPane(ListView& list, QWidget* parent);
+    ListPane(ListView& list, const FileRules& rules, QWidget* parent);
 
     /// Commands act on the list: only then is its selection drawn with the active colour.
     void setActing(bool acting);
     bool acting() const { return acting_; }
+    void repaintRows();
     /// What the context menu offers beside the commands: what clicks on the headers do, also
     /// without a mouse and where there are no headers.
     void addOwnEntries(QMenu& menu);

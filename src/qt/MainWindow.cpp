@@ -79,8 +79,8 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     : form_(form),
       client_(new QWidget(this)),
       toolbar_(new QToolBar(client_)),
-      tree_(new TreePane(document.tree(), form.treeDrag(), client_)),
-      list_(new ListPane(form.ListView1, client_)),
+      tree_(new TreePane(document.tree(), form.fileRules(), form.treeDrag(), client_)),
+      list_(new ListPane(form.ListView1, form.fileRules(), client_)),
       panel_(new LoadingPanel(form.pnlImpStat, client_)),
       hint_(makeHint(client_)),
       innerArea_(client_) {
@@ -190,6 +190,7 @@ void MainWindow::connectViews() {
     connect(tree_, &TreePane::nodeClicked, this,
             [this](Node& node) { form_.TreeView1_NodeClick(node); });
     connect(tree_, &TreePane::nodeDoubleClicked, this, [this] { form_.TreeView1_DblClick(); });
+    connect(tree_, &TreePane::signsChanged, list_, &ListPane::repaintRows);
     connect(list_, &ListPane::rowClicked, this, [this] { form_.ListView1_Click(); });
     connect(list_, &ListPane::rowDoubleClicked, this, [this] { form_.ListView1_DblClick(); });
     connect(list_, &ListPane::columnClicked, this,
@@ -353,6 +354,8 @@ void MainWindow::focusTree() {
     tree_->setFocus();
     showActing();
 }
+
+bool MainWindow::isBehindDialog() const { return QApplication::activeModalWidget() != nullptr; }
 
 void MainWindow::endApplication(int exitStatus) {
     ending_ = true;

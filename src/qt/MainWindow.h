@@ -58,6 +58,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
 
     void formChanged() override;
     void focusTree() override;
+    bool isBehindDialog() const override;
     void endApplication(int exitStatus) override;
 
     frmEditing& form_;

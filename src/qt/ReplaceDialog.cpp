@@ -1,6 +1,7 @@
 #include "qt/ReplaceDialog.h"
 
 #include <QAbstractTableModel>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
@@ -9,6 +10,8 @@
 #include <algorithm>
 #include <numeric>
 
+#include "file/FileRules.h"
+#include "qt/Icons.h"
 #include "qt/Text.h"
 
 namespace {
@@ -28,8 +31,18 @@ class GridModel : public QAbstractTableModel {
 
     QVariant data(const QModelIndex& index, int role) const override {
         if (role == Qt::TextAlignmentRole && index.column() == 1) return Qt::AlignCenter;
-        const bool shown = role == Qt::DisplayRole || role == Qt::ToolTipRole;
-        return shown ? textAt(index.row() + 1, index.column()) : QVariant();
+        const auto text = [&] { return textAt(index.row() + 1, index.column()); };
+        if (role == Qt::DisplayRole) return text();
+        const Fault fault = index.column() == 2 ? faultOfNew(index.row() + 1) : Fault();
+        const bool isFaulty = fault.kind != FaultKind::none;
+        switch (role) {
+            case Qt::DecorationRole: return isFaulty ? icons::mark() : QVariant();
+            case Qt::ForegroundRole:
+                return isFaulty ? icons::markColour(QGuiApplication::palette()) : QVariant();
+            case Qt::AccessibleDescriptionRole: return toQt(fault.text);
+            case Qt::ToolTipRole: return isFaulty ? toQt(fault.text) + '\n' + text() : text();
+            default: return {};
+        }
     }
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
@@ -44,6 +57,11 @@ class GridModel : public QAbstractTableModel {
     QString textAt(int row, int column) const {
         const auto& cells = grid_.rows[static_cast<std::size_t>(row)];
         return toQt(cells[static_cast<std::size_t>(column)], drawnCharacters);
+    }
+
+    /// Of what an item is to get.
+    Fault faultOfNew(int row) const {
+        return faultOf(grid_.rows[static_cast<std::size_t>(row)][2], FilePlace::content);
     }
 
     const Grid& grid_;

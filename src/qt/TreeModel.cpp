@@ -3,13 +3,12 @@
 #include <QGuiApplication>
 #include <utility>
 
-#include "model/FileFitness.h"
 #include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
-TreeModel::TreeModel(const ConfigTree& tree, QObject* parent)
-    : QAbstractItemModel(parent), tree_(tree) {
+TreeModel::TreeModel(const ConfigTree& tree, const FileRules& rules, QObject* parent)
+    : QAbstractItemModel(parent), tree_(tree), rules_(rules) {
     tree_.setListener(this);
 }
 
@@ -46,18 +45,18 @@ int TreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
 QVariant TreeModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
     const Node& node = *nodeAt(index);
+    const auto hasFault = [&] { return rules_.faultOf(node).kind != FaultKind::none; };
     switch (role) {
         case Qt::DisplayRole: return toQt(node.text(), drawnCharacters);
         case CellDelegate::wholeTextRole: return toQt(node.text(), CellDelegate::shownInTooltip);
         case Qt::DecorationRole: {
             const QIcon& picture = icons::tree(tagOf(node.kind()));
-            return spoilsFile(node, tree_).empty() ? picture : icons::marked(picture);
+            return hasFault() ? icons::marked(picture) : picture;
         }
         case Qt::ForegroundRole:
-            if (spoilsFile(node, tree_).empty()) return {};
-            return icons::markColour(QGuiApplication::palette());
+            return hasFault() ? icons::markColour(QGuiApplication::palette()) : QVariant();
         case Qt::ToolTipRole:
-        case Qt::AccessibleDescriptionRole: return toQt(spoilsFile(node, tree_));
+        case Qt::AccessibleDescriptionRole: return toQt(rules_.faultOf(node).text);
         default: return {};
     }
 }

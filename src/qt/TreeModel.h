@@ -3,6 +3,7 @@
 
 #include <QAbstractItemModel>
 
+#include "file/FileRules.h"
 #include "model/ConfigTree.h"
 
 /// Shows the one tree of the document, without a copy: every index points to a node.
@@ -10,7 +11,7 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     Q_OBJECT
 
  public:
-    explicit TreeModel(const ConfigTree& tree, QObject* parent = nullptr);
+    TreeModel(const ConfigTree& tree, const FileRules& rules, QObject* parent = nullptr);
     ~TreeModel() override;
 
     QModelIndex indexOf(const Node* node) const;
@@ -27,6 +28,8 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
  Q_SIGNALS:
     /// Another node is selected in the tree, or none.
     void nodeSelected();
+    /// Nodes may have other signs.
+    void signsChanged();
     /// The node is to be scrolled into view.
     void nodeMadeVisible(const QModelIndex& index);
 
@@ -36,6 +39,7 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     void aboutToRemove(const Node& node) override;
     void removed() override;
     void changed(const Node& node) override;
+    void recordsChanged() override { Q_EMIT signsChanged(); }
     void aboutToReorder(const Node& parent) override;
     void reordered(const Node& parent) override;
     void aboutToReset() override;
@@ -44,4 +48,5 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     void madeVisible(const Node& node) override;
 
     const ConfigTree& tree_;
+    const FileRules& rules_;
 };

@@ -20,8 +20,12 @@ const char* const nodeFormat = "application/x-configuration-node";
 
 }  // namespace
 
-TreePane::TreePane(const ConfigTree& tree, TreeDrag& drag, QWidget* parent)
-    : QTreeView(parent), tree_(tree), drag_(drag), model_(new TreeModel(tree, this)), taken_(tree) {
+TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& drag, QWidget* parent)
+    : QTreeView(parent),
+      tree_(tree),
+      drag_(drag),
+      model_(new TreeModel(tree, rules, this)),
+      taken_(tree) {
     setModel(model_);
     setItemDelegate(new CellDelegate(this));
     setHeaderHidden(true);
@@ -51,6 +55,12 @@ TreePane::TreePane(const ConfigTree& tree, TreeDrag& drag, QWidget* parent)
     connect(model_, &TreeModel::modelAboutToBeReset, this,
             [this] { scrolledTo_ = verticalScrollBar()->value(); });
     connect(model_, &TreeModel::modelReset, this, &TreePane::restoreAfterReset);
+    for (const auto change : {&TreeModel::rowsInserted, &TreeModel::rowsRemoved})
+        connect(model_, change, this, &TreePane::signsChanged);
+    connect(model_, &TreeModel::dataChanged, this, &TreePane::signsChanged);
+    connect(model_, &TreeModel::modelReset, this, &TreePane::signsChanged);
+    connect(model_, &TreeModel::signsChanged, this, &TreePane::signsChanged);
+    connect(this, &TreePane::signsChanged, viewport(), qOverload<>(&QWidget::update));
     connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
         ConfigTree::setExpanded(*TreeModel::nodeAt(index), true);
         width_.opened(*TreeModel::nodeAt(index));

@@ -17,7 +17,7 @@ class TreePane : public QTreeView {
     Q_OBJECT
 
  public:
-    TreePane(const ConfigTree& tree, TreeDrag& drag, QWidget* parent);
+    TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& drag, QWidget* parent);
 
     /// Commands act on the tree: only then is its selection drawn with the active colour.
     void setActing(bool acting);
@@ -30,6 +30,8 @@ class TreePane : public QTreeView {
     /// counts as no click.
     void nodeClicked(Node& node);
     void nodeDoubleClicked();
+    /// Other nodes than those that changed may have another sign now.
+    void signsChanged();
     /// The context menu of the selected node is to open at that place of the screen.
     void menuRequested(QPoint place);
 

@@ -114,7 +114,7 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     willName(longest + "n");
     editor.mnuAddBranch_Click();
     EXPECT_EQ(saved().substr(114),
-              "\" has a path longer than 64 KB and cannot be saved in PrintBranch\n");
+              "\u2026\" has a path longer than 64 KB and cannot be saved in CreateXML\n");
 
     document.saved = true;
     const std::string deepest = opened(nested(1000, "F", tag("x")));
@@ -127,7 +127,7 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     willName("G");
     editor.mnuAddBranch_Click();
     EXPECT_EQ(saved().substr(114),
-              "\" lies more than 1,000 deep and cannot be saved in PrintBranch\n");
+              "\u2026\" lies more than 1,000 deep and cannot be saved in CreateXML\n");
 }
 
 TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce) {

@@ -13,7 +13,6 @@
 #include <sstream>
 
 #include "base/Text.h"
-#include "model/FileFitness.h"
 #include "support/EditorWorld.h"
 
 namespace {
@@ -316,8 +315,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
             if (row.selected) rows += row.text + " ";
             list += "\n    " + row.key + " " + row.icon + " " + row.smallIcon + " ";
             for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i) {
-                const bool spoils = !spoilsFile(row.cell(i), filePlaceOf(row.smallIcon)).empty();
-                list += "|" + row.cell(i) + (spoils ? " !" : "");
+                const bool hasFault = editor.fileRules().faultOf(row, i).kind != FaultKind::none;
+                list += "|" + row.cell(i) + (hasFault ? " !" : "");
             }
         }
         const auto nameOf = [](auto value, const std::vector<const char*>& names) {
@@ -326,8 +325,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected EditorWo
         const auto number = [](int value) { return std::to_string(value); };
         std::string signs;
         for (const auto& node : tree.nodes())
-            if (const std::string sign = spoilsFile(*node, tree); !sign.empty())
-                signs += "\n    " + node->key() + ": " + sign;
+            if (const Fault sign = editor.fileRules().faultOf(*node); !sign.text.empty())
+                signs += "\n    " + node->key() + ": " + sign.text;
         std::string parts;
         const auto [toolbar, left, right] = frmEditing::layoutFor(editor.referenceSize);
         for (const auto& part : {toolbar, left, right})

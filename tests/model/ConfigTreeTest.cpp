@@ -21,6 +21,7 @@ struct ListeningView : ConfigTree::Listener {
     }
     void removed() override { hear("removed"); }
     void changed(const Node& node) override { hear("changed " + node.key().string()); }
+    void recordsChanged() override { hear("records"); }
     void aboutToReorder(const Node& parent) override { hear("sort " + parent.key().string()); }
     void reordered(const Node& parent) override { hear("sorted " + parent.key().string()); }
     void aboutToReset() override { hear("("); }

@@ -101,6 +101,45 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
+/// Fails the test when a box is shown in the middle of a change that the views follow.
+class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
+ public:
+    WatchingViews(const ConfigTree& tree, ListView& list, FakeDesktop& desktop)
+        : tree_(tree), list_(list), desktop_(desktop) {
+        tree_.setListener(this);
+        list_.setListener(this);
+        desktop_.onMessage = [this] { EXPECT_EQ(changes_, 0) << "a view is blank behind a box"; };
+    }
+    WatchingViews(const WatchingViews&) = delete;
+    WatchingViews& operator=(const WatchingViews&) = delete;
+    ~WatchingViews() override {
+        tree_.setListener(nullptr);
+        list_.setListener(nullptr);
+        desktop_.onMessage = [] {};
+    }
+
+ private:
+    void aboutToAdd(const Node* /*parent*/, int /*row*/) override { ++changes_; }
+    void added() override { --changes_; }
+    void aboutToRemove(const Node& /*node*/) override { ++changes_; }
+    void removed() override { --changes_; }
+    void changed(const Node& /*node*/) override {}
+    void recordsChanged() override {}
+    void aboutToReorder(const Node& /*parent*/) override { ++changes_; }
+    void reordered(const Node& /*parent*/) override { --changes_; }
+    void aboutToReset() override { ++changes_; }
+    void reset() override { --changes_; }
+    void selectionChanged() override {}
+    void madeVisible(const Node& /*node*/) override {}
+    void columnsBuilt() override {}
+    void viewChanged() override {}
+
+    const ConfigTree& tree_;
+    ListView& list_;
+    FakeDesktop& desktop_;
+    int changes_ = 0;
+};
+
 /// The editor as it stands after the program's start.
 class EditorWorld : private frmEditing::Window {
  public:
@@ -118,6 +157,7 @@ class EditorWorld : private frmEditing::Window {
     frmEditing editor{document, desktop, forms, disk, registry};
     bool applicationEnded = false;
     int exitStatus = 0;
+    bool dialogIsOpen = false;
 
     /// The user opens a file of this text.
     void open(const std::string& path, const std::string& text) {
@@ -203,6 +243,7 @@ class EditorWorld : private frmEditing::Window {
         enabled_ = namesOfCommands([&](const Command& each) { return editor.isEnabled(each); });
     }
     void focusTree() override {}
+    bool isBehindDialog() const override { return dialogIsOpen; }
     void endApplication(int status) override {
         applicationEnded = true;
         exitStatus = status;

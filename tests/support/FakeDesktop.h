@@ -31,6 +31,7 @@ class FakeDesktop : public Desktop {
     void willAnswer(std::initializer_list<Answer> answers) {
         answers_.insert(answers_.end(), answers);
     }
+    void forgetAnswers() { answers_.clear(); }
     std::size_t answersLeft() const { return answers_.size(); }
 
     /// What the next chooser gives; without one it is cancelled.
@@ -39,6 +40,9 @@ class FakeDesktop : public Desktop {
     std::optional<ErrorNumber> chooserFault;
     /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
+
+    /// Called whenever a message or a question is shown.
+    std::function<void()> onMessage = [] {};
 
     /// When set, the next message or question finds too little memory, and is not shown.
     bool fails = false;
@@ -96,6 +100,7 @@ class FakeDesktop : public Desktop {
  private:
     void keep(const std::string& text, const char* manner) {
         if (std::exchange(fails, false)) throw std::bad_alloc();
+        onMessage();
         messages_.push_back(text);
         manners_.emplace_back(manner);
     }

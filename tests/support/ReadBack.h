@@ -1,0 +1,374 @@
+// Saves a configuration and reads it back, and holds what comes of it against a writer and a reader
+// that know nothing but the rules of XML (with namespaces) and of the configuration file.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/EditorWorld.h"
+
+namespace readBack {
+
+/// The settings, a device, a branch or an item: its name, its other texts, and what it holds.
+struct Thing {
+    char kind = 's';
+    std::string name;
+    std::vector<std::string> texts;
+    std::vector<Thing> contents;
+    const Node* node = nullptr;  ///< in memory
+
+    bool operator==(const Thing& other) const {
+        return kind == other.kind && name == other.name && texts == other.texts &&
+               contents == other.contents;
+    }
+};
+
+struct Unreadable : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+inline void require(bool is, const char* what) {
+    if (!is) throw Unreadable(what);
+}
+
+inline bool holdsAny(const Node& node) {
+    for (const Node* child : node.GetChildren())
+        if (child->kind() != NodeKind::plc || holdsAny(*child)) return true;
+    return false;
+}
+inline Thing thingOf(const Document& document, const Node& node) {
+    Thing thing{node.isDevice() ? 'd' : 'b', node.text().string(), {}, {}, &node};
+    if (node.kind() == NodeKind::item) {
+        const clsItem& item = *document.itemAt(node);
+        thing.kind = 'i';
+        for (const auto& text : {item.sComment, item.sAddress, item.sDataType, item.sAccessRight})
+            thing.texts.push_back(text.string());
+        thing.texts.emplace_back(item.bFlag ? "READ" : "TRANSMIT");
+        const std::set<std::string> lists{"NOEIS", "EIS12", "EIS15"};
+        if (lists.contains(thing.texts[2])) thing.texts.push_back(std::to_string(item.nElements));
+    } else if (node.isDevice()) {
+        const clsPLC& device = document.devices().at(node.key());
+        thing.texts = {device.getPort(), device.getEdiType(), std::to_string(device.getTimeout())};
+    }
+    for (const Node* child : node.GetChildren())
+        if (child->kind() != NodeKind::plc || holdsAny(*child))
+            thing.contents.push_back(thingOf(document, *child));
+    return thing;
+}
+inline Thing inMemory(const Document& document) {
+    const GlobalSets& settings = document.settings();
+    Thing all{'s',
+              "",
+              {settings.port, settings.ediType, std::to_string(settings.timeout)},
+              {},
+              document.tree().root()};
+    for (const auto& [key, device] : document.devices())
+        for (const ConfigTree* tree : {&document.tree(), &document.detached()})
+            for (const Node* child : tree->root()->GetChildren())
+                if (child->isDevice() && child->text() == device->getName())
+                    all.contents.push_back(thingOf(document, *child));
+    return all;
+}
+
+/// One byte a character.
+inline std::string latin1(const std::string& utf8) {
+    std::string bytes;
+    for (std::size_t i = 0; i < utf8.size();) {
+        const auto lead = static_cast<unsigned char>(utf8[i]);
+        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+        if (length == 1) bytes += utf8[i];
+        if (length == 2 && lead < 0xC4) bytes += static_cast<char>(lead << 6 | (utf8[i + 1] & 63));
+        if (length > 2 || (length == 2 && lead >= 0xC4)) bytes += '?';
+        i += length;
+    }
+    return bytes;
+}
+inline std::string utf8(const std::string& latin1) {
+    std::string text;
+    for (const char c : latin1) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code >= 0x80) text += static_cast<char>(0xC0 | code >> 6);
+        text += code < 0x80 ? c : static_cast<char>(0x80 | (code & 0x3F));
+    }
+    return text;
+}
+
+inline std::string written(const Thing& thing, std::size_t level) {
+    const std::string tabs(level, '\t');
+    std::string contents;
+    for (const Thing& each : thing.contents)
+        contents += written(each, thing.kind == 'b' ? level + 1 : level + 2);
+    const auto& texts = thing.texts;
+    if (thing.kind == 's') {
+        return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<QUONEibCfg>\r\n"
+               "\t<SETTINGS port=\"" +
+               texts[0] + "\" editype=\"" + texts[1] + "\" timeout=\"" + texts[2] +
+               "\"/>\r\n\t<OPC_DA>\r\n" + contents + "\t</OPC_DA>\r\n</QUONEibCfg>\r\n";
+    }
+    if (thing.kind == 'd') {
+        return tabs + "<DEVICE name=\"" + thing.name + "\" port=\"" + texts[0] + "\" editype=\"" +
+               texts[1] + "\" timeout=\"" + texts[2] + "\">\r\n" + tabs + "\t<tags>\r\n" +
+               contents + tabs + "\t</tags>\r\n" + tabs + "</DEVICE>\r\n";
+    }
+    if (thing.kind == 'b')
+        return tabs + "<" + thing.name + ">\r\n" + contents + tabs + "</" + thing.name + ">\r\n";
+    const auto line = [&](const std::string& tag, const std::string& text) {
+        return tabs + "\t<" + tag + ">" + text + "</" + tag + ">\r\n";
+    };
+    return tabs + "<tag>\r\n" + line("name", thing.name) + line("comment", texts[0]) +
+           line("address", texts[1]) + line("eistype", texts[2]) + line("flag", texts[4]) +
+           line("accessrights", texts[3]) +
+           (texts.size() > 5 ? line("elements", texts[5]) : std::string()) + tabs + "</tag>\r\n";
+}
+
+inline std::string capitals(std::string latin1) {
+    for (char& c : latin1) {
+        const auto code = static_cast<unsigned char>(c);
+        if ((c >= 'a' && c <= 'z') || (code >= 0xE0 && code <= 0xFE && code != 0xF7))
+            c = static_cast<char>(code - 0x20);
+    }
+    return latin1;
+}
+
+struct Element {
+    std::string name, text;
+    std::map<std::string, std::string> attributes;
+    std::vector<Element> children;
+};
+
+class Reader {
+ public:
+    explicit Reader(std::string_view latin1) {
+        for (std::size_t i = 0; i < latin1.size(); ++i) {
+            if (latin1[i] == '\r' && latin1.substr(i + 1).starts_with("\n")) continue;
+            bytes_ += latin1[i] == '\r' ? '\n' : latin1[i];
+            const auto code = static_cast<unsigned char>(bytes_.back());
+            require(code >= 0x20 || code == '\t' || code == '\n', "a control character");
+        }
+        rest_ = bytes_;
+    }
+    Thing configuration() {
+        const auto end = rest_.find("?>");
+        require(rest_.starts_with("<?xml") && end != std::string_view::npos, "no declaration");
+        rest_.remove_prefix(end + 2);
+        skipBlanks();
+        const Element root = element();
+        skipBlanks();
+        require(rest_.empty() && root.children.size() == 2, "a root beside another");
+        Thing all = withAttributes(root.children[0], 's', {"port", "editype", "timeout"});
+        for (const Element& each : root.children[1].children) {
+            Thing device = withAttributes(each, 'd', {"name", "port", "editype", "timeout"});
+            device.name = device.texts.front();
+            device.texts.erase(device.texts.begin());
+            require(each.children.size() == 1 && !device.name.empty(), "a device of another form");
+            addKey('d', device.name);
+            device.contents = contentsOf(each.children[0], device.name);
+            all.contents.push_back(device);
+        }
+        return all;
+    }
+
+ private:
+    static bool isIn(std::string_view characters, char c) {
+        return characters.find(c) != std::string_view::npos;
+    }
+    static bool beginsName(char c) {
+        const auto code = static_cast<unsigned char>(c);
+        return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_' ||
+               (code >= 0xC0 && code != 0xD7 && code != 0xF7);
+    }
+    void skipBlanks() {
+        while (!rest_.empty() && isIn(" \t\n", rest_.front()))
+            rest_.remove_prefix(1);
+    }
+    void expect(std::string_view what) {
+        require(rest_.starts_with(what), "not what is to come");
+        rest_.remove_prefix(what.size());
+    }
+    std::string name() {
+        std::size_t end = 0;
+        while (end < rest_.size() &&
+               (beginsName(rest_[end]) || (end > 0 && isIn("-.0123456789\xB7", rest_[end]))))
+            ++end;
+        require(end > 0, "no name");
+        const std::string name(rest_.substr(0, end));
+        rest_.remove_prefix(end);
+        return name;
+    }
+    Element element() {
+        Element element;
+        expect("<");
+        element.name = name();
+        while (!rest_.starts_with(">") && !rest_.starts_with("/>")) {
+            require(isIn(" \t\n", rest_.front()), "no blank before an attribute");
+            skipBlanks();
+            const std::string attribute = name();
+            expect("=\"");
+            std::string value(rest_.substr(0, rest_.find('"')));
+            rest_.remove_prefix(value.size());
+            expect("\"");
+            for (char& c : value) {
+                require(!isIn("<&", c), "a spoiled attribute");
+                if (isIn("\t\n", c)) c = ' ';
+            }
+            require(element.attributes.emplace(attribute, value).second, "an attribute twice");
+        }
+        if (rest_.starts_with("/>")) return expect("/>"), element;
+        expect(">");
+        while (!rest_.starts_with("</")) {
+            const std::string text(rest_.substr(0, rest_.find('<')));
+            require(text.find('&') == std::string::npos && text.find("]]>") == std::string::npos,
+                    "a spoiled text");
+            element.text += text;
+            rest_.remove_prefix(text.size());
+            if (!rest_.starts_with("</")) element.children.push_back(this->element());
+        }
+        expect("</");
+        require(name() == element.name, "another end");
+        expect(">");
+        require(element.children.empty() ||
+                    element.text.find_first_not_of(" \t\n") == std::string::npos,
+                "a text between elements");
+        return element;
+    }
+
+    static Thing withAttributes(const Element& element, char kind,
+                                const std::vector<std::string>& names) {
+        Thing thing{kind, "", {}, {}};
+        require(element.attributes.size() == names.size(), "other attributes");
+        for (const std::string& name : names)
+            thing.texts.push_back(utf8(element.attributes.at(name)));
+        return thing;
+    }
+    /// No two of a kind have one key, whatever its case, and none has another's very key.
+    void addKey(char kind, const std::string& key) {
+        require(key != "config" && keys_.insert(key).second, "the key of another");
+        require(keys_.insert(kind + ("\n" + utf8(capitals(latin1(key))))).second,
+                "the key of another but for its case");
+    }
+    std::vector<Thing> contentsOf(const Element& element, const std::string& key) {
+        std::vector<Thing> contents;
+        require(element.text.find_first_not_of(" \t\n") == std::string::npos, "a text in a branch");
+        for (const Element& each : element.children) {
+            Thing thing{'b', utf8(capitals(each.name)), {}, {}};
+            if (thing.name == "TAG") {
+                const std::vector<std::string> fields{"name", "comment",      "address", "eistype",
+                                                      "flag", "accessrights", "elements"};
+                thing.kind = 'i';
+                for (std::size_t i = 0; i < each.children.size(); ++i) {
+                    const Element& field = each.children[i];
+                    require(i < 7 && field.name == fields[i] && field.children.empty(), "no field");
+                    thing.texts.push_back(utf8(field.text));
+                }
+                require(thing.texts.size() >= 6, "a field is missing");
+                thing.name = thing.texts.front();
+                thing.texts.erase(thing.texts.begin());
+                std::swap(thing.texts[3], thing.texts[4]);
+            }
+            addKey(thing.kind, key + "." + thing.name);
+            if (thing.kind == 'b') thing.contents = contentsOf(each, key + "." + thing.name);
+            contents.push_back(thing);
+        }
+        return contents;
+    }
+
+    std::string bytes_;
+    std::string_view rest_;
+    std::set<std::string> keys_;
+};
+
+/// Counts of what came of saving.
+struct Outcomes {
+    int readBack = 0, changed = 0, asked = 0, refused = 0;
+};
+
+class Check {
+ public:
+    /// Some node in sight has the sign of what keeps the configuration from being read back exactly
+    /// if saving refuses or asks, and that is exactly if the reader cannot read it back whole. What
+    /// is saved otherwise is read back as it was, or as a sign in sight tells.
+    void operator()(EditorWorld& world) {
+        const Document& document = world.document;
+        const Thing before = inMemory(document);
+        const std::string bytes = latin1(written(before, 0));
+        bool isReadable = true;
+        std::string why;
+        Thing expected;
+        for (const Node* child : document.tree().root()->GetChildren())
+            isReadable &=
+                child->isDevice() || (child->kind() == NodeKind::plc && !holdsAny(*child));
+        try {
+            expected = Reader(bytes).configuration();
+        } catch (const Unreadable& reason) {
+            isReadable = false;
+            why = reason.what();
+        }
+        bool hasGraveSign = false;
+        for (const auto& node : document.tree().nodes())
+            hasGraveSign |= isGrave(world, *node);
+        EXPECT_NE(hasGraveSign, isReadable) << why;
+
+        const std::string told = save(world, Answer::no);
+        const bool isStopped = world.disk.files["/saved"] == "old";
+        EXPECT_NE(isStopped, isReadable) << why << told;
+        if (isStopped) {
+            const bool isAsked = told.ends_with("Save all the same?\n");
+            ++(isAsked ? outcomes.asked : outcomes.refused);
+            EXPECT_TRUE(isAsked || told.ends_with("and cannot be saved in CreateXML\n")) << told;
+            const Node* shown = document.tree().selected();
+            EXPECT_TRUE(shown != nullptr && isGrave(world, *shown)) << told;
+            if (!isAsked) return;
+            save(world, Answer::yes);  // by now the node is clicked, which sorts
+            EXPECT_EQ(world.disk.files["/saved"], latin1(written(inMemory(document), 0)));
+            return;
+        }
+        EXPECT_EQ(told, "");
+        EXPECT_EQ(world.disk.files["/saved"], bytes);
+        if (!isReadable || isStopped) return;
+        reader_.open("/saved", bytes);
+        EXPECT_EQ(reader_.told(), "");
+        EXPECT_TRUE(inMemory(reader_.document) == expected) << bytes;
+        ++outcomes.readBack;
+        if (hasChanged(world, before, expected)) ++outcomes.changed;
+    }
+
+    Outcomes outcomes;
+
+ private:
+    static bool isGrave(const EditorWorld& world, const Node& node) {
+        return world.editor.fileRules().faultOf(node).kind >= FaultKind::unreadable;
+    }
+    static std::string save(EditorWorld& world, Answer answer) {
+        world.disk.files["/saved"] = "old";
+        world.desktop.willChoose("/saved");
+        world.desktop.forgetAnswers();
+        world.desktop.willAnswer({answer});
+        world.desktop.forgetMessages();
+        world.editor.mnuSaveAs_Click();
+        world.desktop.forgetAnswers();
+        return world.told();
+    }
+    /// Whatever is read back as another text has a sign in sight.
+    static bool hasChanged(const EditorWorld& world, const Thing& before, const Thing& after) {
+        const std::string name =
+            before.kind == 'b' ? utf8(capitals(latin1(before.name))) : before.name;
+        bool changed = name != after.name || before.texts != after.texts;
+        const ConfigTree& tree = world.document.tree();
+        const bool inSight = tree.FindNode(before.node->key()) == before.node;
+        const Node& shown = inSight ? *before.node : *tree.root();
+        EXPECT_TRUE(!changed || world.editor.fileRules().faultOf(shown).kind == FaultKind::changed)
+            << before.name << " in " << outline(world.document);
+        for (std::size_t i = 0; i < before.contents.size(); ++i)
+            changed |= hasChanged(world, before.contents[i], after.contents.at(i));
+        return changed;
+    }
+
+    EditorWorld reader_;
+};
+
+}  // namespace readBack
