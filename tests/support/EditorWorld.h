@@ -101,6 +101,23 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
+/// The first command state in which these commands, and no others, are enabled.
+inline std::string stateNameOf(const std::string& enabled) {
+    using namespace commandStates;
+    const std::pair<const char*, const CommandState&> states[] = {
+        {"no configuration", noConfiguration},
+        {"loading", loading},
+        {"configuration open", configurationOpen},
+        {"root", rootSelected},
+        {"container", containerSelected},  // or a branch's row
+        {"container, items listed", containerSelectedItemsListed},
+        {"item", itemSelected},  // or its row
+        {"device row", deviceRowSelected}};
+    for (const auto& [name, state] : states)
+        if (enabledIn(state) == enabled) return name;
+    return enabled;
+}
+
 /// Fails the test when a box is shown in the middle of a change that the views follow.
 class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
  public:
@@ -225,17 +242,6 @@ class EditorWorld : private frmEditing::Window {
             line += column.text + " 0." + std::to_string(std::lround(column.width * 10));
         }
         return line;
-    }
-
-    /// The rows' texts, "|" between the cells and a line for each row.
-    std::string rows() const {
-        std::string lines;
-        for (const auto& row : editor.ListView1.rows()) {
-            for (std::size_t i = 0; i < editor.ListView1.columns().size(); ++i)
-                lines += (i == 0 ? "" : "|") + row.cell(i);
-            lines += "\n";
-        }
-        return lines;
     }
 
  private:

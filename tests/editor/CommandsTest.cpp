@@ -1,0 +1,100 @@
+#include "editor/Commands.h"
+
+#include <gtest/gtest.h>
+
+#include "support/ScriptedUser.h"
+
+namespace {
+
+// Group, name, caption, shortcut, place on the toolbar, key, tooltip and picture of each command.
+constexpr auto commands = R"(
+- mnuFile|&File||||
+1 mnuNewCfg|&New Configuration||0 new|new config|new
+1 mnuOpenCfg|&Open Configuration||1 open|open config|open
+--
+2 mnuSaveCfg|&Save Configuration||2 save|save config|save
+2 mnuSaveAs|Save Configuration &As||||
+--
+1 mnuImpCfg|Import from ETS||||
+--
+2 mnuCloseCfg|&Close Configuration||3 close|close config|close
+0 mnuExit|E&xit||19 exit|exit|exit
+- mnuObjects|&Objects||||
+3 mnuSetts|&Global Settings|Ctrl+G|4 setts|global settings|setts
+--
+6 mnuAddPlc|Add &Object|Ctrl+P|5 plc|add Object|plc
+4 mnuAddBranch|Add &Branch|Ctrl+B|6 branch|add Branch|branch
+5 mnuAddItem|Add &Item|Ctrl+I|7 item|add Item|item
+- mnuEdit|&Edit||||
+7 mnuCopy|&Copy|Ctrl+C|8 copy|copy|copy
+8 mnuCut|Cu&t|Ctrl+X|9 cut|cut|cut
+9 mnuPaste|&Paste|Ctrl+V|10 paste|paste|paste
+10 mnuDelete|&Delete Object|Del|11 delete|delete|delete
+--
+13 mnuPasteName|Paste Item names from Clipboard||17 pastitem|Replace Item Name|pastename
+14 mnuPasteComment|Paste Item comments from Clipboard||18 pastcomment|Replace Item Comment|pastecomment
+11 mnuView|&View||||
+11 mnuIcon|&Icon||12 icon|view icon|icon
+11 mnuSmallIcon|&SmallIcon||13 smallicon|view smallicon|smallicon
+11 mnuList|&List||14 list|view list|list
+11 mnuReport|&Report||15 report|view report|report
+12 mnuTools|&Tools||||
+12 mnuFind|&Find||16 find||find
+0 mnuAbout|&About||||
+0 mnuUndo|&Undo|Ctrl+Z|||
+0 mnuRedo|R&edo|Ctrl+Y; Ctrl+Shift+Z|||
+)";
+
+TEST(Commands, AreWhatMenusAndToolbarOfferAndEachStateEnablesItsGroups) {
+    using namespace commandStates;
+    std::string all = "\n";
+    for (const Command& it : commandTable()) {
+        if (it.kind == Command::Kind::separator) {
+            all += "--\n";
+            continue;
+        }
+        const std::string group = it.group == CommandGroup::byRule ? "-"
+                                  : it.group == CommandGroup::always
+                                      ? "0"
+                                      : std::to_string(static_cast<int>(it.group) + 1);
+        const std::string place = it.toolbarPlace < 0 ? "" : std::to_string(it.toolbarPlace) + " ";
+        all.append(group).append(" ").append(it.name).append("|").append(it.caption).append("|");
+        all.append(it.shortcut).append("|").append(place).append(it.toolbarKey).append("|");
+        all.append(it.tooltip).append("|").append(it.picture).append("\n");
+    }
+    const auto lines = split(all, "\n"), expected = split(commands, "\n");
+    for (std::size_t i = 0; i < std::max(lines.size(), expected.size()); ++i)
+        ASSERT_EQ(i < lines.size() ? lines[i] : "none", i < expected.size() ? expected[i] : "none");
+
+    const std::vector<std::pair<const CommandState&, std::set<int>>> states{
+        {noConfiguration, {1}},
+        {loading, {}},
+        {configurationOpen, {1, 2, 3, 6, 12}},
+        {rootSelected, {1, 2, 3, 6, 9, 11, 12}},
+        {containerSelected, {1, 2, 3, 4, 5, 9, 10, 11, 12}},
+        {containerSelectedItemsListed, {1, 2, 3, 4, 5, 9, 10, 11, 12, 13, 14}},
+        {itemSelected, {1, 2, 3, 7, 8, 10, 11, 12, 13, 14}},
+        {deviceRowSelected, {1, 2, 3, 4, 5, 9, 11, 12}},
+        {branchRowSelected, {1, 2, 3, 4, 5, 9, 10, 11, 12}},
+        {itemRowSelected, {1, 2, 3, 7, 8, 10, 11, 12, 13, 14}}};
+    for (const auto& [state, groups] : states)
+        for (int group = 1; group <= 14; ++group)
+            EXPECT_EQ(state.at(static_cast<std::size_t>(group) - 1), groups.contains(group))
+                << "group " << group << " in the state of " << ::testing::PrintToString(groups);
+    for (std::size_t group = 0; group < 14; ++group) {
+        CommandState only{};
+        only.at(group) = true;
+        const auto isOn = [&](const char* name) { return isEnabledIn(only, commandNamed(name)); };
+        EXPECT_EQ(isOn("mnuFile"), group < 2) << group;
+        EXPECT_EQ(isOn("mnuObjects"), (2 <= group && group < 6) || group == 9) << group;
+        EXPECT_EQ(isOn("mnuEdit"), 6 <= group && group < 9) << group;
+        EXPECT_TRUE(isOn("mnuExit") && isOn("mnuAbout"));
+        for (const Command& each : commandTable()) {
+            const bool isIn = static_cast<std::size_t>(each.group) == group;
+            EXPECT_TRUE(each.group >= CommandGroup::always || isEnabledIn(only, each) == isIn);
+        }
+    }
+    EXPECT_THROW(commandNamed("mnuNone"), RunTimeError);
+}
+
+}  // namespace

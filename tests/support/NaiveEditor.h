@@ -1,0 +1,625 @@
+// What the editor is to do, told once more in lists and plain loops: no key is kept, nothing is
+// found but by looking through all of it, and nothing is shared with the editor but the order of
+// the alphabet. It does what a line of ScriptedUser says and has the state that the editor must
+// have then. A row that is out of date it takes as the editor shows it.
+#pragma once
+
+#include "support/ScriptedUser.h"
+
+/// What is compared, by its name.
+using State = std::vector<std::pair<std::string, std::string>>;
+
+/// The state of the editor itself.
+inline State stateOf(const EditorWorld& world) {
+    const Document& document = world.document;
+    std::string nodes, items, rows;
+    for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
+        for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
+            nodes.append(tagOf(node->kind())).append(" " + node->key() + ", ");
+        nodes += "| ";
+    }
+    for (const auto& [key, item] : document.items())
+        items.append(key).append("=" + item->sKey + " '" + item->sComment + "', ");
+    for (const auto& row : world.editor.ListView1.rows())
+        rows += row.key + " " + row.text + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
+    const auto keysOf = [](const auto& registry) {
+        std::string keys;
+        for (const auto& [key, record] : registry)
+            keys.append(key).append(", ");
+        return keys;
+    };
+    return {{"nodes", nodes},
+            {"devices", keysOf(document.devices())},
+            {"branches", keysOf(document.branches())},
+            {"items", items},
+            {"list", rows},
+            {"selected", document.tree().selected()->key().string()},
+            {"enabled", stateNameOf(world.enabledNow())},
+            {"saved", document.saved ? "yes" : "no"},
+            {"next item", std::to_string(document.itemCounter())},
+            {"clipboard", world.desktop.clipboard},
+            {"messages", joined(world.desktop.messages(), "\n")}};
+}
+
+class NaiveEditor {
+ public:
+    void perform(const Step& step) {
+        told_.clear();
+        step_ = &step;
+        act(step.verb, step.what);
+    }
+    /// The rows whose things are gone, dragged away or renamed past them.
+    void takeRowsOutOfDate(const std::deque<ListView::Row>& shown) {
+        for (std::size_t i = 0; i < std::min(rows_.size(), shown.size()); ++i)
+            if (isOutOfDate(rows_[i])) rows_[i].key = shown[i].key.string();
+    }
+
+    State state() const {
+        std::string nodes, items, rows;
+        for (const ThingPtr& root : {root_, detached_}) {
+            for (const ThingPtr& thing : allBelow(*root))
+                nodes += tags.at(thing->kind) + (" " + thing->key() + ", ");
+            nodes += "| ";
+        }
+        for (const Thing* each : registries_[item])
+            items += each->key() + "=" + each->record->key + " '" + each->record->comment + "', ";
+        for (const Row& row : rows_)
+            rows +=
+                row.key + " " + row.text + " '" + row.comment + (row.selected ? "' *, " : "', ");
+        const auto keysOf = [](const std::vector<Thing*>& registry) {
+            std::string keys;
+            for (const Thing* thing : registry)
+                keys += thing->key() + ", ";
+            return keys;
+        };
+        return {{"nodes", nodes},
+                {"devices", keysOf(registries_[plc])},
+                {"branches", keysOf(registries_[branch])},
+                {"items", items},
+                {"list", rows},
+                {"selected", selected_->key()},
+                {"enabled", enabled_},
+                {"saved", saved_ ? "yes" : "no"},
+                {"next item", std::to_string(nextItem_)},
+                {"clipboard", clipboard_},
+                {"messages", joined(told_, "\n")}};
+    }
+
+ private:
+    enum Kind : std::size_t { config, plc, branch, item };
+    static constexpr std::array tags{"config", "plc", "branch", "item"};
+    /// Copies that were dragged share it; its key is that of the place where it came last.
+    struct Record {
+        std::string key, comment;
+    };
+    struct Thing;
+    using ThingPtr = std::shared_ptr<Thing>;
+    struct Thing : std::enable_shared_from_this<Thing> {
+        Kind kind = config;
+        std::string name;
+        Thing* parent = nullptr;
+        std::vector<ThingPtr> below;
+        std::shared_ptr<Record> record;  // the root and a dropped device have none
+
+        Thing() = default;
+        Thing(const Thing&) = delete;
+        Thing& operator=(const Thing&) = delete;
+        ~Thing() {
+            for (const ThingPtr& child : below)  // on the clipboard, it outlives its parent
+                child->parent = nullptr;
+        }
+        bool isDevice() const { return kind == plc && record != nullptr; }
+        std::string key() const {
+            if (kind == config) return "config";
+            if (parent == nullptr) return "";
+            return isDevice() ? name : parent->key() + "." + name;
+        }
+        bool isWithin(const Thing* other) const {
+            return this == other || (parent != nullptr && parent->isWithin(other));
+        }
+    };
+    struct Row {
+        std::weak_ptr<Thing> thing;
+        std::string key, text, comment;
+        bool selected = false;
+    };
+    struct Fault {
+        const char* text;
+    };
+    static constexpr Fault taken{
+        "457  This key is already associated with an element of this collection"};
+    static constexpr Fault notUnique{"35602  Key is not unique in collection"};
+    static constexpr Fault notFound{"35601  Element not found"};
+    static constexpr Fault invalid{"5  Invalid procedure call or argument"};
+    static constexpr Fault notSet{"91  Object variable or With block variable not set"};
+
+    template <typename Act>
+    bool report(const std::string& routine, const Act& act) {
+        try {
+            act();
+            return true;
+        } catch (const Fault& fault) {
+            return tell(" Error n. " + std::string(fault.text) + " in " + routine);
+        }
+    }
+    bool tell(const std::string& message) {
+        told_.push_back(message);
+        return false;
+    }
+    bool ask(const std::string& question) {
+        told_.push_back(question);
+        return step_->answers.front() == "yes";
+    }
+
+    // Looking through everything.
+    static std::vector<ThingPtr> allBelow(const Thing& top) {
+        std::vector<ThingPtr> all;
+        for (const ThingPtr& child : top.below) {
+            all.push_back(child);
+            for (const ThingPtr& each : allBelow(*child))
+                all.push_back(each);
+        }
+        return all;
+    }
+    /// None with an empty key.
+    Thing* find(const std::string& key, bool alsoDetached = false) const {
+        if (key == "config") return root_.get();
+        for (const ThingPtr& root : {root_, detached_})
+            for (const ThingPtr& thing : allBelow(*root))
+                if (thing->key() == key && (root == root_ || alsoDetached)) return thing.get();
+        return nullptr;
+    }
+    Thing& at(const std::string& key) const {
+        Thing* thing = find(key);
+        if (thing == nullptr) throw notFound;
+        return *thing;
+    }
+    Thing& itemAt(const std::string& key, const Fault& otherwise) const {
+        Thing* thing = find(key);
+        if (thing == nullptr) throw otherwise;
+        if (thing->kind != item) throw invalid;
+        return *thing;
+    }
+    static std::string inCapitals(std::string text) {
+        for (char& c : text)
+            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+        if (const auto place = text.find("\u00FC"); place != std::string::npos)
+            text.replace(place, 2, "\u00DC");
+        return text;
+    }
+    bool isTaken(Kind kind, const std::string& key) const {
+        return std::ranges::any_of(registries_.at(kind), [&](const Thing* other) {
+            return inCapitals(other->key()) == inCapitals(key);
+        });
+    }
+    void requireFree(Kind kind, bool hasRecord, const std::string& key) const {
+        if (hasRecord && isTaken(kind, key)) throw taken;
+        if (find(key, true) != nullptr) throw notUnique;
+    }
+    bool isOutOfDate(const Row& row) const {
+        const ThingPtr thing = row.thing.lock();
+        return thing == nullptr || !thing->isWithin(root_.get()) || thing->key() != row.key;
+    }
+
+    // Changes.
+    Thing& add(Thing& parent, Kind kind, const std::string& name, std::shared_ptr<Record> record) {
+        const auto thing = std::make_shared<Thing>();
+        thing->kind = kind;
+        thing->name = name;
+        thing->parent = &parent;
+        thing->record = std::move(record);
+        parent.below.push_back(thing);
+        enter(*thing);
+        return *thing;
+    }
+    /// As the last of its registry, under its present key.
+    void enter(Thing& thing) {
+        std::erase(registries_.at(thing.kind), &thing);
+        if (thing.record == nullptr) return;
+        registries_.at(thing.kind).push_back(&thing);
+        thing.record->key = thing.key();
+    }
+    /// Takes them out of the tree; the selection goes to a neighbour that stays.
+    void takeOut(const std::vector<Thing*>& gone) {
+        for (Thing* thing : gone) {
+            if (!selected_->isWithin(thing)) continue;
+            Thing* heir = thing->parent;
+            bool isPast = false;
+            for (const ThingPtr& sibling : thing->parent->below) {
+                isPast = isPast || sibling.get() == thing;
+                if (std::ranges::find(gone, sibling.get()) != gone.end()) continue;
+                heir = sibling.get();
+                if (isPast) break;
+            }
+            selected_ = heir;
+            break;
+        }
+        for (Thing* thing : gone)
+            std::erase_if(std::exchange(thing->parent, nullptr)->below,
+                          [&](const ThingPtr& each) { return each.get() == thing; });
+    }
+    void remove(const std::vector<Thing*>& gone) {
+        for (Thing* thing : gone) {
+            std::erase(registries_.at(thing->kind), thing);
+            for (const ThingPtr& each : allBelow(*thing))
+                std::erase(registries_.at(each->kind), each.get());
+        }
+        takeOut(gone);
+    }
+    void rename(Thing& thing, const std::string& name) {
+        const std::string old = thing.key();
+        const std::string key = thing.isDevice() ? name : thing.parent->key() + "." + name;
+        auto changed = allBelow(thing);
+        changed.insert(changed.begin(), thing.shared_from_this());
+        for (const ThingPtr& each : changed) {
+            const std::string before = each->key(), after = key + before.substr(old.size());
+            const bool isSame = inCapitals(before) == inCapitals(after);
+            if (after != before) requireFree(each->kind, each->record && !isSame, after);
+        }
+        std::vector<Row*> followers;
+        for (Row& row : rows_)
+            if (!isOutOfDate(row) && row.thing.lock()->isWithin(&thing)) followers.push_back(&row);
+        thing.name = name;
+        for (const ThingPtr& each : changed)
+            enter(*each);
+        for (Row* row : followers)
+            row->key = row->thing.lock()->key();
+    }
+
+    // The list.
+    void list(Thing& thing) {
+        rows_.push_back({thing.weak_from_this(), thing.key(), thing.name, thing.record->comment});
+    }
+    void nodeClick(Thing& thing) {
+        std::ranges::stable_sort(thing.below, [](const ThingPtr& a, const ThingPtr& b) {
+            return alphabeticallyBefore(a->name, b->name);
+        });
+        rows_.clear();
+        current_ = none;
+        const bool itemFirst = !thing.below.empty() && thing.below[0]->kind == item;
+        enabled_ = thing.kind == config ? "root"
+                   : thing.kind == item ? "item"
+                   : itemFirst          ? "container, items listed"
+                                        : "container";
+        if (thing.kind == item) list(thing);
+        if (thing.kind == config)
+            for (Thing* device : registries_[plc])
+                list(*device);
+        else
+            for (const ThingPtr& child : thing.below)
+                if (child->kind == item) list(*child);
+    }
+    void selectRows(const std::vector<std::string>& texts) {
+        focus_ = "list";
+        for (std::size_t i = 0; i < rows_.size(); ++i) {
+            rows_[i].selected = std::ranges::find(texts, rows_[i].text) != texts.end();
+            if (rows_[i].selected) current_ = i;
+        }
+    }
+    Row* selectedRow() {
+        return current_ < rows_.size() && rows_[current_].selected ? &rows_[current_] : nullptr;
+    }
+
+    // Dialogs: "FIELD = NAME; BUTTON; ...".
+    std::string typed(std::size_t entry) const {
+        return cut(step_->entries.at(entry), " = ").second;
+    }
+    std::string lastButton() const { return step_->entries.at(step_->entries.size() - 2); }
+    bool isNameFree(Kind kind, const std::string& name, bool modify) {
+        for (const ThingPtr& child : (modify ? selected_->parent : selected_)->below)
+            if (child->kind == kind && child->name == name && child.get() != selected_)
+                return tell("Name already existing. Please use a different name");
+        return true;
+    }
+    bool store(Kind kind, const std::string& name, bool modify, const char* routine) {
+        if (!isNameFree(kind, name, modify)) return false;
+        return report(routine, [&] {
+            Thing& parent = kind == plc ? *root_ : *selected_;
+            if (modify) {
+                rename(*selected_, name);
+            } else {
+                requireFree(kind, true, kind == plc ? name : parent.key() + "." + name);
+                Thing& added = add(parent, kind, name, std::make_shared<Record>());
+                if (kind != item) selected_ = &added;
+                if (kind == plc) added.record->comment = "COM1";
+            }
+            saved_ = false;
+        });
+    }
+    void itemDialog(bool modify) {
+        std::string name = typed(0), comment = typed(1);
+        const int presses = lastButton() == "OK" ? 3 : 1;
+        for (int i = 0; i < presses; ++i) {
+            if (name.empty()) return void(tell("Item name field is empty."));
+            if (!store(item, name, modify, "AddItemToColl")) return;
+            (modify ? *selected_ : *selected_->below.back()).record->comment = comment;
+            if (!modify) name = "New_Item_" + std::to_string(++nextItem_);
+            comment.clear();
+        }
+    }
+    void nameDialog(Kind kind, bool modify) {
+        const bool isDevice = kind == plc;
+        if (isDevice && typed(0).empty()) return void(tell("Object Name field is empty."));
+        if (!store(kind, typed(0), modify, isDevice ? "cmdApply_Click" : "cmdOk_Click")) return;
+        if (isDevice) nodeClick(*selected_);
+    }
+    void selectContainer() {
+        Thing* container = selected_->kind == item ? selected_->parent : selected_;
+        if (container->kind == config)
+            container = selectedRow() == nullptr ? nullptr : find(selectedRow()->key);
+        if (container == nullptr || container->kind == config || container->kind == item)
+            throw notSet;
+        selected_ = container;
+    }
+    void openProperties() {
+        report("TreeView1_DblClick", [&] {
+            Thing& thing = *selected_;
+            if (thing.kind == plc && !thing.record) throw invalid;
+            if (thing.kind == branch) nameDialog(branch, true);
+            if (thing.kind == plc) nameDialog(plc, true);
+            if (thing.kind == plc) nodeClick(thing);
+            if (thing.kind != item) return;
+            itemDialog(true);
+            for (Row& row : rows_) {
+                if (row.key != thing.key()) continue;
+                row.text = thing.name;
+                row.comment = thing.record->comment;
+            }
+        });
+    }
+
+    // Commands.
+    void copy() {
+        pasteCounter_ = 0;
+        report("mnuCopy_Click", [&] {
+            const std::string refusal =
+                "Please change Item name (do not use default name) before copying";
+            if (focus_ == "tree") {
+                if (selected_->kind == branch)
+                    tell("Please use Drag&Drop to copy and paste branches");
+                if (selected_->kind != item) return;
+                if (selected_->name.starts_with("New_Item")) return void(tell(refusal));
+                copied_ = {selected_->shared_from_this()};
+            }
+            bool first = true;
+            for (const Row& row : rows_) {
+                if (focus_ != "list" || !row.selected) continue;
+                if (row.text.starts_with("New_Item") || row.text.starts_with("Copied_Item"))
+                    return void(tell(refusal));
+                Thing& copied = itemAt(row.key, invalid);
+                if (std::exchange(first, false)) copied_.clear();
+                copied_.push_back(copied.shared_from_this());
+            }
+        });
+    }
+    void paste() {
+        Thing& target = *selected_;
+        if (target.kind != plc && target.kind != branch) return;
+        bool any = false;
+        const bool isWhole = report("mnuPaste_Click", [&] {
+            for (const ThingPtr& source : copied_) {
+                std::string name = source->name;
+                if (name.empty()) continue;
+                const std::string& from = source->record->key;
+                const bool isBeside = from.substr(0, from.rfind('.')) == target.key();
+                if (isBeside) name += "_" + std::to_string(pasteCounter_);
+                while (isTaken(item, target.key() + "." + name))
+                    name += "_" + std::to_string(++pasteCounter_);
+                requireFree(item, true, target.key() + "." + name);
+                add(target, item, name, std::make_shared<Record>(*source->record));
+                any = true;
+            }
+        });
+        if (any) nodeClick(target);
+        if (isWhole) ++pasteCounter_;
+    }
+    void removeSelected() {
+        report("mnuDelete_Click", [&] {
+            if (focus_ == "list") {
+                if (!ask("Are you sure you want to delete the selected items ?")) return;
+                Thing& toShow = selected_->parent == nullptr ? *selected_ : *selected_->parent;
+                std::vector<Thing*> gone;
+                try {
+                    for (const Row& row : rows_)
+                        if (row.selected) gone.push_back(&itemAt(row.key, notFound));
+                } catch (const Fault&) {
+                    remove(gone);
+                    throw;
+                }
+                remove(gone);
+                nodeClick(toShow);
+            } else if (focus_ == "tree" && selected_->kind != config) {
+                const bool isItem = selected_->kind == item;
+                const std::string question = "Are you sure you want to delete " + selected_->name;
+                if (ask(question + (isItem ? " ?" : " and all its items?"))) remove({selected_});
+                if (isItem && selected_->parent == nullptr) throw notSet;
+                if (isItem) nodeClick(*selected_->parent);
+            }
+        });
+    }
+    void drag(Thing& source, Thing* target, bool isCopy) {
+        if (target == nullptr || target == source.parent) return;
+        if (target->kind == item || (target->isWithin(&source) && source.parent != nullptr))
+            return void(tell("Unable to drag nodes here"));
+        if (source.parent == nullptr) return;
+        const std::string key = target->key() + "." + source.name;
+        if (find(key, true) != nullptr)
+            return void(tell("Name already in use at this level. Move not allowed"));
+        if (!source.isDevice() && source.record && isTaken(source.kind, key)) return;
+        const ThingPtr held = source.shared_from_this();
+        const auto contents = allBelow(source);
+        const bool isFree = report("CopySubTree", [&] {
+            for (const ThingPtr& each : contents)
+                if (!source.isDevice())
+                    requireFree(each->kind, each->record != nullptr,
+                                key + each->key().substr(source.key().size()));
+        });
+        if (!isFree) return;
+        if (source.isDevice()) add(*target, plc, source.name, nullptr);
+        if (isCopy && !source.isDevice()) copyBelow(source, *target);
+        if (isCopy) return;
+        takeOut({&source});
+        Thing& place = source.isDevice() ? *detached_ : *target;
+        place.below.push_back(held);
+        source.parent = &place;
+        if (source.isDevice()) return;
+        enter(source);
+        for (const ThingPtr& each : contents)
+            enter(*each);
+    }
+    void copyBelow(const Thing& source, Thing& target) {
+        Thing& copy = add(target, source.kind, source.name, source.record);
+        for (const ThingPtr& child : source.below)
+            copyBelow(*child, copy);
+    }
+    void pasteTexts(bool names) {
+        const char* const routine = names ? "Paste_Name_Click" : "Paste_Comment_Click";
+        report(routine, [&] {
+            if (clipboard_.empty()) return void(tell("Empty clipboard !"));
+            const bool hasReturns = clipboard_.find("\r\n") != std::string::npos;
+            auto lines = split(clipboard_, hasReturns ? "\r\n" : "\n");
+            if (lines.size() > 1) lines.pop_back();
+            std::vector<Row*> rows;
+            for (Row& row : rows_)
+                if (row.selected) rows.push_back(&row);
+            for (const std::string& line : lines)
+                for (const ThingPtr& child : selected_->below) {
+                    const auto isIts = [&](const Row* row) { return row->key == child->key(); };
+                    if (!names || child->kind != item || child->name != line) continue;
+                    if (std::ranges::any_of(rows, isIts)) continue;
+                    clipboard_.clear();
+                    return void(tell("Name already existing"));
+                }
+            if (rows.size() != lines.size()) return void(tell("Invalid selection"));
+            for (const Row* row : rows)
+                if (!names) itemAt(row->key, invalid);
+            if (step_->entries.front() != "Replace") return;
+            saved_ = false;
+            const bool isWhole = report(routine, [&] {
+                for (std::size_t i = 0; i < rows.size(); ++i) {
+                    if (!names) {
+                        itemAt(rows[i]->key, invalid).record->comment = lines[i];
+                        rows[i]->comment = lines[i];
+                    } else if (lines[i].find('.') != std::string::npos) {
+                        tell("Character (.) not acceptable in string " + lines[i]);
+                    } else {
+                        rename(itemAt(rows[i]->key, notFound), lines[i]);
+                        rows[i]->text = lines[i];
+                    }
+                }
+            });
+            if (isWhole) clipboard_.clear();
+        });
+    }
+
+    void begin() {
+        if (isOpen_ && !saved_) ask("Do you want to save active configuration?");
+        for (auto& each : registries_)
+            each.clear();
+        root_->below.clear();
+        detached_->below.clear();
+        selected_ = root_.get();
+        rows_.clear();
+        copied_.clear();
+        pasteCounter_ = 1;
+        nextItem_ = 0;
+        enabled_ = "configuration open";
+        isOpen_ = true;
+        saved_ = false;
+    }
+
+    void act(const std::string& verb, const std::string& what) {
+        if (verb == "mnuNewCfg") {
+            begin();
+        } else if (verb == "click") {
+            focus_ = "tree";
+            selected_ = &at(what);
+            nodeClick(*selected_);
+        } else if (verb == "focus") {
+            focus_ = what;
+        } else if (verb == "rows") {
+            selectRows(split(what, " "));
+            report("ListView1_Click", [&] {
+                if (selectedRow() == nullptr) return;
+                const Kind kind = at(selectedRow()->key).kind;
+                enabled_ = kind == plc ? "device row" : kind == branch ? "container" : "item";
+            });
+        } else if (verb == "doublerow") {
+            selectRows({what});
+            report("ListView1_DblClick", [&] {
+                selected_ = &at(selectedRow()->key);
+                openProperties();
+            });
+        } else if (verb == "doubleclick") {
+            openProperties();
+        } else if (verb == "clipboard") {
+            clipboard_ = withLineEnds(what);
+        } else if (verb == "drag") {
+            const auto [nodes, shift] = cut(what, " with ");
+            const auto [from, target] = cut(nodes, " to ");
+            drag(at(from), find(target), !shift.empty());
+        } else if (verb == "mnuAddPlc") {
+            nameDialog(plc, false);
+        } else if (verb == "mnuAddBranch") {
+            report("EH_mnuAddbranch_Click", [&] {
+                selectContainer();
+                nameDialog(branch, false);
+            });
+        } else if (verb == "mnuAddItem") {
+            report("mnuAddItem_Click", [&] {
+                selectContainer();
+                itemDialog(false);
+                nodeClick(*selected_);
+            });
+        } else if (verb == "mnuPaste") {
+            paste();
+        } else if (verb == "mnuPasteName" || verb == "mnuPasteComment") {
+            pasteTexts(verb == "mnuPasteName");
+        }
+        if (verb == "mnuCopy" || verb == "mnuCut") copy();
+        if (verb == "mnuDelete" || verb == "mnuCut") removeSelected();
+    }
+
+    static constexpr std::size_t none = ~std::size_t{0};
+    const ThingPtr root_ = std::make_shared<Thing>(), detached_ = std::make_shared<Thing>();
+    std::array<std::vector<Thing*>, 4> registries_;  // by kind
+    Thing* selected_ = root_.get();
+    std::vector<Row> rows_;
+    std::size_t current_ = none;
+    std::vector<ThingPtr> copied_;
+    int pasteCounter_ = 1, nextItem_ = 0;
+    bool isOpen_ = false, saved_ = false;
+    std::string enabled_, focus_, clipboard_;
+    std::vector<std::string> told_;
+    const Step* step_ = nullptr;
+};
+
+/// The editor and the naive one beside it.
+class TwoEditors : public ScriptedUser {
+ public:
+    TwoEditors() {
+        disk.writesSpoiledFiles = true;
+        differs = [this](const auto&...) { meansAnotherDialog_ = true; };
+    }
+
+    /// What of the two is different after the step; empty when nothing is.
+    std::string differenceAfter(const std::string& line) {
+        const Step step(line);
+        desktop.forgetMessages();
+        if (!play(step) || meansAnotherDialog_) return "";
+        naive_.perform(step);
+        naive_.takeRowsOutOfDate(editor.ListView1.rows());
+        const State expected = naive_.state(), actual = stateOf(*this);
+        desktop.forgetMessages();
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            if (expected[i] != actual[i])
+                return "step:     " + line + "\nexpected " + expected[i].first + ": " +
+                       expected[i].second + "\nactual   " + actual[i].first + ": " +
+                       actual[i].second;
+        return "";
+    }
+
+ private:
+    NaiveEditor naive_;
+    bool meansAnotherDialog_ = false;  // a step before which others were left out
+};
