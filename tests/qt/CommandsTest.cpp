@@ -1,27 +1,29 @@
 // What every window tells its user, and the pictures.
 #include <algorithm>
 
-#include "qt/Approved.h"
 #include "qt/Icons.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
+#include "qt/Reading.h"
 #include "qt/WindowWorld.h"
 
 namespace {
 
-/// Approves the dialog that is opened, after what its user has done in it, and leaves it.
-void approveDialog(
-    const char* name, const std::function<void()>& open,
-    const std::function<void(QWidget&)>& act = [](QWidget&) {}) {
+/// What the dialog tells that is opened; then leaves it.
+QString readingOf(
+    const std::function<void()>& open, const std::function<void(QWidget&)>& act = [](QWidget&) {}) {
+    QString told;
     inDialog(open, [&](QWidget& shown) {
         const QPointer<QWidget> dialog = &shown;
+        expectSoundLayout(shown);
         act(shown);
-        approve(name, shown);
+        told = reading(shown);
         // A question without a Cancel stays, whatever is tried, until it is answered.
         if (dialog && dialog->isVisible()) QTest::keyClick(dialog, Qt::Key_Escape);
         if (dialog && dialog->isVisible()) dialog->close();
         if (dialog && dialog->isVisible()) QTest::keyClick(dialog, Qt::Key_Return);
     });
+    return told;
 }
 
 }  // namespace
@@ -29,24 +31,69 @@ void approveDialog(
 class CommandsTest : public QObject {
     Q_OBJECT
 
- private Q_SLOTS:
-    static void mainWindowAsItIsTold() {
-        WindowWorld world;
-        approve("window-none", world.window);
-        QVERIFY(QTest::qWaitForWindowActive(&world.window));
-        bool loading = false;
-        world.desktop.onPendingEvents = [&] {
-            if (!std::exchange(loading, true)) approve("window-loading", world.window);
-        };
-        world.openText(configuration(
-            plc("Plant", tag("Light1") + branch("FLOOR1", tag("Text1") + tag("Text2")))));
-        approve("window-open", world.window);
-        world.clickNode("Plant.FLOOR1");
-        world.clickRow(0);
-        approve("window-item-row", world.window);
+    /// Menus and toolbar are as the table has them, in its order, and on as the editor says.
+    static void expectCommandsAsInTheTable(const WindowWorld& world) {
+        QList<QAction*> menus = world.window.menuBar()->actions(), entries;
+        QList<QAction*> buttons = world.window.findChild<QToolBar*>("Toolbar1")->actions();
+        buttons.removeIf([](const QAction* each) { return each->isSeparator(); });
+        for (const Command& command : commandTable()) {
+            if (command.kind == Command::Kind::inContextMenus) continue;
+            const bool isMenu = command.kind == Command::Kind::menu;
+            const QAction* action = (isMenu ? menus : entries).takeFirst();
+            if (isMenu && action->menu() != nullptr) entries = action->menu()->actions();
+            QCOMPARE(action->isSeparator(), command.kind == Command::Kind::separator);
+            if (action->isSeparator()) continue;
+            QCOMPARE(action->text(), toQt(command.caption));
+            QCOMPARE(action->shortcut().toString(), toQt(command.shortcut));
+            QVERIFY2(action->isEnabled() == world.form.isEnabled(command), command.name.data());
+            QCOMPARE(action->isChecked(),
+                     command.view && *command.view == world.form.ListView1.view());
+        }
+        for (const Command* command : toolbarCommands()) {
+            const QAction* action = buttons.takeFirst();
+            auto& button = world.button(command->toolbarKey.data());
+            QCOMPARE(tooltipAt(button, {1, 1}), toQt(command->tooltip));
+            QCOMPARE(accessible(button, QAccessible::Name), toQt(command->caption).remove('&'));
+            QVERIFY2(action->isEnabled() == world.form.isEnabled(*command), command->name.data());
+            QCOMPARE(button.isChecked(),
+                     command->view && *command->view == world.form.ListView1.view());
+        }
+        QVERIFY(menus.isEmpty() && entries.isEmpty() && buttons.isEmpty());
     }
 
-    static void dialogsAsTheyAreTold() {
+ private Q_SLOTS:
+    static void commandsAreThoseOfTheTableInEveryState() {
+        WindowWorld world;
+        QVERIFY(QTest::qWaitForWindowActive(&world.window));
+        QCOMPARE(world.window.windowTitle(), "QUONAutomation - OPCOlvan");
+        QVERIFY(world.window.findChild<QWidget*>("hint")->isVisible());
+        expectCommandsAsInTheTable(world);
+        bool loading = false;
+        world.desktop.onPendingEvents = [&] {
+            if (std::exchange(loading, true)) return;
+            expectCommandsAsInTheTable(world);
+            QCOMPARE(world.window.findChild<QLabel*>("lblLabel")->text(), "Loading File ....");
+            QVERIFY(world.window.findChild<QLabel*>("lblLabel")->isVisible());
+        };
+        world.openText(configuration(
+            plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")) + tag("Light1"))));
+        QVERIFY(loading && !world.window.findChild<QLabel*>("lblLabel")->isVisible());
+        QVERIFY(!world.window.findChild<QWidget*>("hint")->isVisible());
+        world.clickNode("Plant.FLOOR1");
+        expectCommandsAsInTheTable(world);
+        world.clickRow(0);
+        world.button("list").click();
+        expectCommandsAsInTheTable(world);
+        QCOMPARE(reading(world.window), "QUONAutomation - OPCOlvan: Contents, Configuration tree");
+        // At its opening size the parts have the fixed fractions of the inner area.
+        const QSize inner = world.window.centralWidget()->size();
+        const auto layout = frmEditing::layoutFor({inner.width(), inner.height()});
+        for (const auto& [part, place] :
+             {std::pair<QWidget&, Rectangle>(world.tree, layout.tree), {world.list, layout.list}})
+            QCOMPARE(part.geometry(), QRect(place.left, place.top, place.width, place.height));
+    }
+
+    static void dialogsTellTheirFieldsAndButtons() {
         QtForms forms;
         WindowWorld world(&forms);
         world.openText(configuration(plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")))));
@@ -54,67 +101,113 @@ class CommandsTest : public QObject {
             return [=, &world] { world.entry(name).trigger(); };
         };
         const auto node = [&](const char* key) { return [=, &world] { world.openNode(key); }; };
-        approveDialog("settings", entry("mnuSetts"));
-        approveDialog("device-add", entry("mnuAddPlc"));
-        approveDialog("device-change", node("Plant"));
-        approveDialog("branch-add", entry("mnuAddBranch"));
-        approveDialog("branch-change", node("Plant.FLOOR1"), [](QWidget& dialog) {
-            dialog.findChild<QLineEdit*>("txtBranchName")->setText("1st");
-        });
-        approveDialog("item-add", entry("mnuAddItem"));
-        approveDialog("item-vector", entry("mnuAddItem"), [](QWidget& dialog) {
-            dialog.findChild<QLineEdit*>("txtItemName")->setText("Lamp\u263a");
-            dialog.findChild<QAbstractButton*>("cmdGroup")->click();
-        });
-        approveDialog("item-change", node("Plant.FLOOR1.Text1"));
-        approveDialog("about", entry("mnuAbout"));
+        QCOMPARE(readingOf(entry("mnuSetts")),
+                 "EDI Global Settings: Port Name=COM1, EDI Type=PEI16x9600, RX Timeout (ms)=1000, "
+                 "[OK], Exit");
+        QCOMPARE(readingOf(entry("mnuAddPlc")),
+                 "Phisical Group Properties: Object Name=New Device 2, BCU Port=COM1, "
+                 "EDI Type=PEI16x9600, Receive Timeout (ms)=1000, [OK], Exit");
+        QCOMPARE(readingOf(node("Plant")),
+                 "Phisical Group Properties: Object Name=Plant, BCU Port=COM2, "
+                 "EDI Type=PEI10x19200, Receive Timeout (ms)=1500, [OK], Exit");
+        QCOMPARE(readingOf(entry("mnuAddBranch")), "Branch: Branch name:=NewBranch2, [OK], Cancel");
+        const QString sign =
+            "'1' at the start of a branch name: the OPC server cannot read a file that holds this";
+        QCOMPARE(
+            readingOf(node("Plant.FLOOR1"),
+                      [&](QWidget& dialog) {
+                          auto* name = dialog.findChild<QLineEdit*>("txtBranchName");
+                          name->setText("1st");
+                          QCOMPARE(accessible(*name, QAccessible::Description), sign);
+                          QCOMPARE(tooltipAt(*name->findChild<QAbstractButton*>(), {1, 1}), sign);
+                          name->setText("FLOOR2");
+                      }),
+            "Branch: Branch name:=FLOOR2, [OK], Cancel");
+        const QString address =
+            "Group Address (main)=%1, Group Address (middle)=%2, Group Address (sub)=%3, ";
+        QCOMPARE(readingOf(entry("mnuAddItem")),
+                 "Group Address Properties: Item Name=New Item 3, Comment=, " +
+                     address.arg("", "", "") +
+                     "Data Type=EIS1, Access Right=READWRITE, Read, [Add and Exit], "
+                     "Add and Increment, Add Vector...., Exit");
+        QCOMPARE(readingOf(entry("mnuAddItem"),
+                           [](QWidget& dialog) {
+                               dialog.findChild<QAbstractButton*>("cmdGroup")->click();
+                           }),
+                 "Group Address Properties: INSERT NUMBER OF ITEMS TO ADD=1, [OK], Add and Exit, "
+                 "Add and Increment, Add Vector...., Exit");
+        QCOMPARE(readingOf(node("Plant.FLOOR1.Text1")),
+                 "Group Address Properties: Item Name=Text1, Comment=, " +
+                     address.arg("1", "2", "3") +
+                     "Data Type=EIS1, Access Right=READ, Read, [Confirm Modify], Exit");
+        QVERIFY(readingOf(entry("mnuAbout")).startsWith("About OPCOlvan: [OK], "));
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
         world.desktop.clipboard = "Gate\r\nSpot\r\n";
-        approveDialog("names", entry("mnuPasteName"), [](QWidget& dialog) {
-            new QAbstractItemModelTester(dialog.findChild<QTableView*>()->model(), &dialog);
-        });
-        world.entry("mnuFind").trigger();
-        const auto windows = QApplication::topLevelWidgets();
-        QWidget* find = *std::ranges::find(windows, "frmFind", &QObject::objectName);
-        QVERIFY(QTest::qWaitForWindowActive(find));
-        approve("find", *find);
+        QCOMPARE(readingOf(entry("mnuPasteName"),
+                           [](QWidget& dialog) {
+                               auto& grid = *dialog.findChild<QTableView*>()->model();
+                               new QAbstractItemModelTester(&grid, &dialog);
+                               QCOMPARE(grid.headerData(2, Qt::Horizontal), "New Item name");
+                               QCOMPARE(grid.index(1, 0).data(), "Text2");
+                               QCOMPARE(grid.index(1, 2).data(), "Spot");
+                           }),
+                 "Replace Text: [Replace], Cancel, Replace Text");
     }
 
-    static void boxesAndChoosersAsTheyAreTold() {
+    static void boxesAndChoosersAskAsTheyAreTold() {
         QtDesktop desktop;
         desktop.setPointer(Pointer::busy);
-        approveDialog("message",
-                      [&] { desktop.showMessage("<b>K\xC3\xBChlung</b> & more saved"); });
+        QCOMPARE(readingOf([&] { desktop.showMessage("<b>K\xC3\xBChlung</b> & more saved"); },
+                           [](QWidget& box) {
+                               QCOMPARE(QGuiApplication::overrideCursor()->shape(),
+                                        Qt::ArrowCursor);
+                               const auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
+                               QCOMPARE(label.text(), "<b>K\u00FChlung</b> & more saved");
+                               QCOMPARE(label.textFormat(), Qt::PlainText);
+                           }),
+                 "OPCOlvan: [OK]");
         QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
         desktop.setPointer(Pointer::normal);
         QVERIFY(QGuiApplication::overrideCursor() == nullptr);
-        approveDialog("question", [&] { QVERIFY(desktop.askYesNo("Save?", Answer::yes)); });
-        approveDialog("question-no", [&] { QVERIFY(!desktop.askYesNo("Delete?", Answer::no)); });
-        approveDialog("question-cancel",
-                      [&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::cancel); });
+        QCOMPARE(readingOf([&] { QVERIFY(desktop.askYesNo("Save?", Answer::yes)); }),
+                 "OPCOlvan: [Yes], No");
+        QCOMPARE(readingOf([&] { QVERIFY(!desktop.askYesNo("Delete?", Answer::no)); }),
+                 "OPCOlvan: [No], Yes");
+        QCOMPARE(readingOf([&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::cancel); }),
+                 "OPCOlvan: [Yes], No, Cancel");
         inDialog([&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::no); },
                  [](QWidget& box) { box.findChildren<QPushButton*>().at(1)->click(); });
+        // A file chooser is the toolkit's or the platform's own but for what it is asked for.
         const FileFilter filter{"configuration files ", "*.xml"};
-        approveDialog(
-            "chooser-save",
+        const std::string path = SAMPLES_DIR "/plant.xml";
+        inDialog([&] { QCOMPARE(desktop.chooseFileToSave("Save as", filter, path), path); },
+                 [](QWidget& box) {
+                     auto& chooser = dynamic_cast<QFileDialog&>(box);
+                     QCOMPARE(chooser.windowTitle(), "Save as");
+                     QCOMPARE(chooser.nameFilters(), QStringList("configuration files (*.xml)"));
+                     QCOMPARE(chooser.acceptMode(), QFileDialog::AcceptSave);
+                     QCOMPARE(chooser.defaultSuffix(), "xml");
+                     QVERIFY(chooser.testOption(QFileDialog::DontConfirmOverwrite));
+                     QTest::keyClick(chooser.windowHandle(), Qt::Key_Return);
+                 });
+        inDialog(
             [&] {
-                QCOMPARE(desktop.chooseFileToSave("Save as", filter, SAMPLES_DIR "/plant.xml"),
-                         std::string(SAMPLES_DIR "/plant.xml"));
+                QVERIFY_EXCEPTION_THROWN(desktop.chooseFileToOpen("Open", filter), RunTimeError);
             },
-            [](QWidget& chooser) { QTest::keyClick(chooser.windowHandle(), Qt::Key_Return); });
-        approveDialog("chooser-open", [&] {
-            QVERIFY_EXCEPTION_THROWN(desktop.chooseFileToOpen("Open", filter), RunTimeError);
-        });
+            [](QWidget& box) {
+                auto& chooser = dynamic_cast<QFileDialog&>(box);
+                QCOMPARE(chooser.acceptMode(), QFileDialog::AcceptOpen);
+                QCOMPARE(chooser.fileMode(), QFileDialog::ExistingFile);
+                QTest::keyClick(&chooser, Qt::Key_Escape);
+            });
     }
 
     /// None is missing, and each is drawn for the screen's own pixels, not stretched to them.
     static void everyPictureIsDrawnAtEverySize() {
-        QString texts;
         for (const QString& folder : QDir(":/icons").entryList({"tree", "list", "toolbar"})) {
             const QDir files(":/icons/" + folder);
-            texts += folder + ": " + files.entryList().join(' ') + "\n";
             for (const QString& file : files.entryList()) {
                 const std::string key = fromQt(file.chopped(4));
                 const QIcon picture = folder == "tree"   ? icons::tree(key)
@@ -125,7 +218,23 @@ class CommandsTest : public QObject {
                 QVERIFY(drawn == own.pixmap(QSize(24, 24), 1.5).toImage() && drawn.width() == 36);
             }
         }
-        approve("pictures", texts);
+        QStringList needed =
+            QString(
+                "tree/plc tree/serial tree/branch tree/config tree/item tree/main list/plc "
+                "list/item toolbar/group list/EIS2_V_D list/EIS2_V_P list/EIS3 list/EIS4_C "
+                "list/EIS4_F")
+                .split(' ');
+        WindowWorld world;
+        world.forms.whenShown<frmItems>([&](frmItems& form) {
+            for (const std::string& type : form.cmbDataType.list)
+                needed.append("list/" + toQt(type));
+        });
+        world.openText(configuration(plc("Plant", tag("Lamp"))));
+        world.openNode("Plant.Lamp");
+        for (const Command* command : toolbarCommands())
+            needed.append("toolbar/" + toQt(command->picture));
+        for (const QString& each : needed)
+            QVERIFY2(QFile::exists(":/icons/" + each + ".svg"), qPrintable(each));
         // A fault's sign leaves free what is above it and to its left.
         const QImage plain = icons::tree("plc").pixmap(QSize(32, 32)).toImage();
         const QImage marked = icons::marked(icons::tree("plc")).pixmap(QSize(32, 32)).toImage();

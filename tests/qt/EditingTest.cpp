@@ -1,16 +1,16 @@
 // Dragging, the focus that commands go by, pasted names and finding, in the window.
 
-#include "qt/Diary.h"
 #include "qt/Monkey.h"
 #include "qt/QtForms.h"
+#include "qt/WindowUser.h"
 
 namespace {
 
-class Building : public Diary {
+class Building : public WindowUser {
  public:
     Building()
-        : Diary(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Door"))) +
-                              plc("Annex", branch("SHED", branch("BOX", tag("Key")))))) {
+        : WindowUser(configuration(plc("Annex", branch("SHED", branch("BOX", tag("Key")))) +
+                                   plc("Plant", branch("HALL", tag("Door") + tag("Lamp"))))) {
         window.resize(900, 700);  // wherever the platform's screen ends
         tree.setGeometry(0, 40, 400, 600);
     }
@@ -20,27 +20,26 @@ class Building : public Diary {
                     Qt::KeyboardModifiers held = {}) {
         const QPoint start = spotOnNode(from);
         const QPoint target = spotOnNode(to);
-        does(QString("drags %1 to %2").arg(from, to), [&] {
-            moveTo(start);
-            QTest::mousePress(window.windowHandle(), Qt::RightButton, held, at_);
-            QTimer::singleShot(30, &window, [&] {
-                does("comes there", [&] {
-                    moveTo(target - QPoint(0, 2));
-                    moveTo(target);
-                });
-                goOn();
-                QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, at_);
-            });
-            // The drag begins here and ends in the timer's turn.
-            moveTo(start + QPoint(0, 2 * QApplication::startDragDistance()));
+        moveTo(start);
+        QTest::mousePress(window.windowHandle(), Qt::RightButton, held, at_);
+        QTimer::singleShot(30, &window, [&] {
+            moveTo(target - QPoint(0, 2));
+            moveTo(target);
             QCoreApplication::processEvents();
+            QVERIFY2(shownTree().contains("^"), "the target is not marked");
+            goOn();
+            QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, at_);
         });
-        tell(QString("pointer: %1").arg(static_cast<int>(desktop.pointer)));
+        // The drag begins here and ends in the timer's turn.
+        moveTo(start + QPoint(0, 2 * QApplication::startDragDistance()));
+        QCoreApplication::processEvents();
+        QVERIFY(desktop.pointer == Pointer::normal && !shownTree().contains("^"));
     }
     void moveTo(QPoint place) {
         at_ = tree.viewport()->mapTo(&window, place);
         QTest::mouseMove(window.windowHandle(), at_);
     }
+    QString devices() const { return toQt(outline(document)); }
 
  private:
     QPoint at_;
@@ -53,76 +52,73 @@ class EditingTest : public QObject {
 
  private Q_SLOTS:
     static void rightButtonDragsNodes() {
-        Building world;
-        world.tree.collapse(world.indexOf("Annex"));
-        world.rightDrags("Plant.HALL", "Annex", [&] {
-            const auto& drag = *world.tree.findChild<QDrag*>();
-            const QRect row = world.tree.visualRect(world.indexOf("Plant.HALL"));
+        Building user;
+        user.tree.collapse(user.indexOf("Annex"));
+        user.rightDrags("Plant.HALL", "Annex", [&] {
+            const auto& drag = *user.tree.findChild<QDrag*>();
+            const QRect row = user.tree.visualRect(user.indexOf("Plant.HALL"));
             QCOMPARE(drag.pixmap().height(), row.height());
             QVERIFY(drag.pixmap().width() > row.height() && drag.hotSpot().x() < 0);
-            world.does("rests there",
-                       [&] { QTRY_VERIFY(world.tree.isExpanded(world.indexOf("Annex"))); });
+            QTRY_VERIFY(user.tree.isExpanded(user.indexOf("Annex")));  // it rests there
         });
-        world.rightDrags(
+        QCOMPARE(user.devices(), "Annex[SHED[BOX[Key]] HALL[Door Lamp]] Plant[]");
+        user.rightDrags(
             "Annex.HALL", "Plant", [] {}, Qt::ControlModifier);
-        world.rightDrags("Annex.HALL", "Annex.SHED", [&] {
-            world.does("gives up",
-                       [&] { QTest::keyClick(world.window.windowHandle(), Qt::Key_Escape); });
+        const QString copied = "Annex[SHED[BOX[Key]] HALL[Door Lamp]] Plant[HALL[Door Lamp]]";
+        QCOMPARE(user.devices(), copied);
+        user.rightDrags("Annex.HALL", "Annex.SHED",
+                        [&] { QTest::keyClick(user.window.windowHandle(), Qt::Key_Escape); });
+        user.rightDrags("Annex.HALL", "Annex.SHED", [&] {
+            user.moveTo({user.tree.width() + 50, 9});
         });
-        world.rightDrags("Annex.HALL", "Annex.SHED", [&] {
-            world.does("leaves the tree", [&] { world.moveTo({world.tree.width() + 50, 9}); });
-        });
-        world.tree.resize(world.tree.width(), 5 * world.tree.sizeHintForRow(0));
-        world.tree.collapse(world.indexOf("Annex.HALL"));
-        QScrollBar& bar = *world.tree.verticalScrollBar();
-        world.rightDrags("Plant.HALL", "Plant", [&] {
-            world.does("goes to the edge below", [&] {
-                world.moveTo({60, world.tree.viewport()->height() - 2});
-                QTRY_COMPARE(bar.value(), bar.maximum());
-            });
-            world.does("goes to the edge above", [&] {
-                world.moveTo({60, 2});
-                QTRY_COMPARE(bar.value(), 0);
-            });
-            world.moveTo({60, world.tree.viewport()->height() - 2});
+        QCOMPARE(user.devices(), copied);
+        // At its edges the tree scrolls.
+        user.tree.resize(user.tree.width(), 5 * user.tree.sizeHintForRow(0));
+        user.tree.collapse(user.indexOf("Annex.HALL"));
+        const QScrollBar& bar = *user.tree.verticalScrollBar();
+        user.rightDrags("Annex.SHED.BOX", "Annex.SHED", [&] {
+            user.moveTo({60, user.tree.viewport()->height() - 2});
             QTRY_COMPARE(bar.value(), bar.maximum());
-            world.moveTo(world.tree.visualRect(world.indexOf("Annex.HALL")).center());
+            user.moveTo({60, 2});
+            QTRY_COMPARE(bar.value(), 0);
+            user.moveTo({60, user.tree.viewport()->height() - 2});
+            QTRY_COMPARE(bar.value(), bar.maximum());
+            user.moveTo(user.tree.visualRect(user.indexOf("Plant.HALL")).center());
         });
-        world.does("looks at the top", [&] {
-            bar.setValue(0);
-            QTest::qWait(150);
-        });
-        world.does("another editor's node comes", [&] {
-            const QMimeData node;
-            QDragEnterEvent enters({20, 2}, Qt::CopyAction, &node, Qt::RightButton, {});
-            QCoreApplication::sendEvent(world.tree.viewport(), &enters);
-            QVERIFY(!enters.isAccepted());
-        });
-        approve("drags", world.text());
+        QCOMPARE(user.devices(), "Annex[SHED[] HALL[Door Lamp]] Plant[HALL[Door Lamp BOX[Key]]]");
+        const QMimeData node;  // another editor's
+        QDragEnterEvent enters({20, 2}, Qt::CopyAction, &node, Qt::RightButton, {});
+        QCoreApplication::sendEvent(user.tree.viewport(), &enters);
+        QVERIFY(!enters.isAccepted());
     }
 
     static void menuTakesTheVeryNodeToDropIt() {
-        Building world;
+        Building user;
         const QString drop = "Drop here what was taken";
-        world.choosesAt("Plant.HALL", "Take to copy");
-        world.presses("Esc");
-        world.clicks("Plant.HALL", Qt::RightButton);
-        world.choosesAt("Plant.HALL", "Take to copy");
-        world.forms.whenShown<frmBranch>([](frmBranch& form) {
+        const auto offersDrop = [&](const char* key) {
+            user.clicks(key, Qt::RightButton);
+            return user.menu().contains(drop);
+        };
+        user.choosesAt("Plant.HALL", "Take to copy");
+        QCOMPARE(user.shownTree(), "/plant.xml[Annex[SHED[BOX[Key]]] Plant[oHALL[Door Lamp]]]");
+        user.presses("Esc");
+        QCOMPARE(user.shownTree(), "/plant.xml[Annex[SHED[BOX[Key]]] Plant[*HALL[Door Lamp]]]");
+        QVERIFY(!offersDrop("Annex"));
+        user.choosesAt("Plant.HALL", "Take to copy");
+        user.forms.whenShown<frmBranch>([](frmBranch& form) {
             form.txtBranchName.text = "ROOM";
             form.cmdOk_Click();
         });
-        world.presses("F2");
-        world.choosesAt("Annex.SHED.BOX", drop);
-        world.clicks("Annex", Qt::RightButton);
-        world.choosesAt("Plant.ROOM", "Take to move");
-        world.choosesAt("Annex.SHED", drop);
-        world.choosesAt("Annex.SHED.ROOM", "Take to move");
-        Document& document = world.document;
-        world.does("it is deleted",
-                   [&] { document.RemoveSubtree(document.tree().nodeAt("Annex.SHED.ROOM")); });
-        world.clicks("Annex.SHED", Qt::RightButton);
-        approve("taken", world.text());
+        user.presses("F2");
+        user.choosesAt("Annex.SHED.BOX", drop);
+        QCOMPARE(user.devices(), "Annex[SHED[BOX[Key ROOM[Door Lamp]]]] Plant[ROOM[Door Lamp]]");
+        QVERIFY(!offersDrop("Annex"));
+        user.choosesAt("Plant.ROOM", "Take to move");
+        user.choosesAt("Annex.SHED", drop);
+        QCOMPARE(user.devices(), "Annex[SHED[BOX[Key ROOM[Door Lamp]] ROOM[Door Lamp]]] Plant[]");
+        user.choosesAt("Annex.SHED.ROOM", "Take to move");
+        user.document.RemoveSubtree(user.document.tree().nodeAt("Annex.SHED.ROOM"));
+        QVERIFY(!offersDrop("Annex.SHED"));
     }
 
     static void keysUndoAndRedo() {
@@ -161,20 +157,25 @@ class EditingTest : public QObject {
 
     static void findSelectsAndOpensWhatItFinds() {
         QtForms forms;
-        Diary world(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))),
-                    &forms);
-        world.tree.collapseAll();
-        world.list.setFocus();
-        world.chooses("mnuFind");
+        WindowUser user(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))),
+                        &forms);
+        user.tree.collapseAll();
+        user.list.setFocus();
+        user.entry("mnuFind").trigger();
         const auto dialogs = QApplication::topLevelWidgets();
         const QPointer<QWidget> dialog =
             *std::ranges::find(dialogs, "frmFind", &QObject::objectName);
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
+        QCOMPARE(reading(*dialog),
+                 "Find Item: Type the name of the item to find=, [Find], Find Next, Exit");
         dialog->findChild<QLineEdit*>("txtFind")->setText("lam");
-        world.does("finds it", [&] { dialog->findChild<QPushButton*>("cmdFind")->click(); });
-        world.presses("F3");
-        approve("found", world.text());
-        world.entry("mnuFind").trigger();  // the same one
-        QVERIFY(dialog != nullptr && dialog->isVisible() && world.window.close());
+        dialog->findChild<QPushButton*>("cmdFind")->click();
+        QCOMPARE(user.shownTree(), "/plant.xml[Plant[HALL[*Lamp Lamp2]]]");
+        QCOMPARE(user.keyboard(), "tree");
+        user.presses("F3");
+        QCOMPARE(user.shownTree(), "/plant.xml[Plant[HALL[Lamp *Lamp2]]]");
+        user.entry("mnuFind").trigger();  // the same one
+        QVERIFY(dialog != nullptr && dialog->isVisible() && user.window.close());
         QVERIFY(dialog == nullptr);
     }
 

@@ -1,7 +1,7 @@
 // What the user does with the main window, by mouse and keyboard.
 #include <regex>
 
-#include "qt/Diary.h"
+#include "qt/WindowUser.h"
 
 namespace {
 
@@ -12,8 +12,8 @@ std::string typed(const std::string& name, const std::string& type) {
 std::string twoFloors() {
     const std::string texts = typed("Text1", "EIS5") + typed("Text2_of_a_long_name", "EIS10_S") +
                               typed("Text3", "EIS11_S");
-    return configuration(plc("Plant", branch("FLOOR1", texts) + branch("FLOOR2", tag("Light1"))) +
-                         plc("Annex", tag("Door&#9786;")));
+    return configuration(plc("Annex", tag("Door&#9786;")) +
+                         plc("Plant", branch("FLOOR1", texts) + branch("FLOOR2", tag("Light1"))));
 }
 
 }  // namespace
@@ -23,143 +23,188 @@ class MainWindowTest : public QObject {
 
  private Q_SLOTS:
     static void nodesAreChosenByHand() {
-        Diary diary(twoFloors());
-        const QTreeView& tree = diary.tree;
-        const QWidget& viewport = *tree.viewport();
-        diary.clicks("Plant.FLOOR1");
-        diary.presses("Home Down Down Down");
-        const auto drags = [&](const char* from, const char* to) {
-            diary.drags(QString(from) + " to " + to, tree, diary.spotOnNode(from),
-                        diary.spotOnNode(to));
-        };
-        drags("Plant.FLOOR1", "Plant.FLOOR2");
-        diary.chooses("mnuIcon");
-        drags("Plant.FLOOR1", "Plant.FLOOR2");  // back to the one that was selected before
-        diary.clicks("Plant.FLOOR1", Qt::RightButton);
+        WindowUser user(twoFloors());
+        QTreeView& tree = user.tree;
+        const auto selected = [&] { return tree.currentIndex().data().toString(); };
+        QCOMPARE(user.shownTree(),
+                 "*/plant.xml[Annex[!Door\u263a] Plant[FLOOR1[Text1 "
+                 "Text2_of_a_long_name Text3] FLOOR2[Light1]]]");
+        user.clicks("Plant.FLOOR1");
+        QCOMPARE(user.shownRows(), "Text1 Text2_of_a_long_name Text3");
+        QCOMPARE(user.columns(), user.wantedColumns());
+        user.presses("Home");
+        QCOMPARE(user.columns(), user.wantedColumns());
+        user.presses("Down Down Down");
+        QCOMPARE(selected(), "Plant");
+        const QPoint one = user.spotOnNode("Plant.FLOOR1"), other = user.spotOnNode("Plant.FLOOR2");
+        user.drags(tree, one, other);
+        QCOMPARE(user.shownRows(), "Light1");
+        user.entry("mnuIcon").trigger();
+        user.drags(tree, one, other);  // back to the one that was selected before
+        QCOMPARE(user.shownRows(), "Light1");
+        user.clicks("Plant.FLOOR1", Qt::RightButton);
+        QCOMPARE(user.menu(),
+                 "*Properties, Add Branch, Add Item, Paste, Delete Object, "
+                 "Take to move, Take to copy");
+        QCOMPARE(selected(), "FLOOR1");
         QGuiApplication::clipboard()->setText("names");
-        diary.presses("F2 Return Menu Ctrl+C");
-        diary.does("double-clicks FLOOR2", [&] { diary.openNode("Plant.FLOOR2"); });
-        const QPoint item = diary.spotOnNode("Plant.FLOOR1.Text1");
-        diary.clicks("before Text1", tree, item - QPoint(tree.indentation(), 0));
+        for (const char* key : {"F2", "Return"}) {
+            user.presses(key);
+            QCOMPARE(user.opened(), "FLOOR1");
+        }
+        user.presses("Menu");
+        QVERIFY(user.menu().startsWith("*Properties"));
+        user.presses("Ctrl+C");
+        user.openNode("Plant.FLOOR2");
+        QCOMPARE(user.opened(), "FLOOR2");
+        const QPoint item = user.spotOnNode("Plant.FLOOR1.Text1");
+        user.clicks(tree, item - QPoint(tree.indentation(), 0));
+        QCOMPARE(user.shownRows(), "Text1");
 
         // What chooses no node: boxes, and what is beside and below the nodes.
-        const QPoint node = diary.spotOnNode("Plant.FLOOR1");
-        diary.clicks("the box of FLOOR1", tree, node - QPoint(tree.indentation(), 0));
-        diary.clicks("beside FLOOR1", tree, {viewport.width() - 2, node.y()});
-        diary.clicks("below the nodes", tree, {node.x(), viewport.height() - 2});
-        diary.clicks("FLOOR2 with Ctrl", tree, diary.spotOnNode("Plant.FLOOR2"), Qt::LeftButton,
-                     Qt::ControlModifier);
-        diary.clicks("config", Qt::RightButton);
-        diary.presses("Left");
-        diary.does("double-clicks the first device",
-                   [&] { Diary::doubleClick(diary.rows(), diary.spotOnRow(0)); });
-        diary.clicks("Plant.FLOOR1.Text3");
-        diary.desktop.willAnswer({Answer::no, Answer::yes, Answer::yes});
-        diary.desktop.willChoose("/other.xml");
-        diary.presses("Del Del Ctrl+S Ctrl+Shift+S");
-        const QSignalSpy ends(&diary.window, &MainWindow::applicationEnded);
-        diary.document.saved = false;
-        diary.disk.writeFault = ErrorNumber::diskFull;
-        diary.desktop.willAnswer({Answer::yes, Answer::yes, Answer::no});
-        diary.does("closes the window", [&] { QVERIFY(!diary.window.close()); });
-        diary.does("closes the window", [&] { QVERIFY(diary.window.close()); });
+        user.clicks(tree, one - QPoint(tree.indentation(), 0));
+        user.clicks(tree, {tree.viewport()->width() - 2, one.y()});
+        user.clicks(tree, {one.x(), tree.viewport()->height() - 2});
+        QCOMPARE(selected(), "Text1");
+        QVERIFY(!tree.isExpanded(user.indexOf("Plant.FLOOR1")));
+        user.clicks(tree, user.spotOnNode("Plant.FLOOR2"), Qt::LeftButton, Qt::ControlModifier);
+        QCOMPARE(user.shownRows(), "Light1");
+        user.clicks("config", Qt::RightButton);
+        QCOMPARE(user.menu(), "Add Object, Paste, Take to move, Take to copy");
+        user.presses("Left");
+        QCOMPARE(user.shownTree(), "*/plant.xml+");
+        WindowUser::doubleClick(user.rows(), user.spotOnRow(1));
+        QCOMPARE(user.opened(), "Plant");
+        QCOMPARE(user.keyboard(), "list");
+        QCOMPARE(user.shownTree(), "/plant.xml[Annex[!Door\u263a] oPlant[FLOOR1+ FLOOR2[Light1]]]");
+        user.clicks("Plant.FLOOR1.Text3");
+        user.desktop.willAnswer({Answer::no, Answer::yes, Answer::yes});
+        user.desktop.willChoose("/other.xml");
+        user.presses("Del Del Ctrl+S Ctrl+Shift+S");
+        QVERIFY(user.disk.files.contains("/other.xml"));
+        QCOMPARE(user.shownRows(), "Text1 Text2_of_a_long_name");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "names");
+
+        const QSignalSpy ends(&user.window, &MainWindow::applicationEnded);
+        user.document.saved = false;
+        user.disk.writeFault = ErrorNumber::diskFull;
+        user.desktop.willAnswer({Answer::yes, Answer::yes, Answer::no});
+        QVERIFY(!user.window.close());
+        QVERIFY(user.window.close());
         QCOMPARE(ends, QList({QVariantList{0}}));
-        QCOMPARE(QGuiApplication::clipboard()->text(), QString("names"));
-        approve("nodes-are-chosen", diary.text());
     }
 
     static void rowsAreChosenByHand() {
-        Diary diary(twoFloors());
-        diary.chooses("mnuIcon");  // waits for the first node click
-        diary.clicks("Plant.FLOOR1");
-        diary.presses("Tab Ctrl+A");
-        diary.clicks(0);
-        diary.clicks("row 2 with Ctrl", diary.rows(), diary.spotOnRow(2), Qt::LeftButton,
-                     Qt::ControlModifier);
-        const QSize size = diary.window.size();
+        WindowUser user(twoFloors());
+        user.entry("mnuIcon").trigger();  // waits for the first node click
+        QVERIFY(user.report() != nullptr);
+        user.clicks("Plant.FLOOR1");
+        user.presses("Tab");
+        QCOMPARE(user.keyboard(), "list");
+        user.presses("Ctrl+A");
+        QCOMPARE(user.shownRows(), "*Text1 *Text2_of_a_long_name *Text3");
+        QVERIFY(user.button("copy").isEnabled());
+        user.clicks(0);
+        user.clicks(2, Qt::LeftButton, Qt::ControlModifier);
+        QCOMPARE(user.shownRows(), "*Text1 Text2_of_a_long_name *Text3");
+        const QSize size = user.window.size();
         for (const char* mode : {"icon", "smallicon", "list"}) {
-            diary.does(mode, [&] { diary.button(mode).click(); });
-            diary.does("makes the window small", [&] { diary.window.resize(1, 1); });
-            diary.does("makes it as before", [&] { diary.window.resize(size); });
+            user.button(mode).click();
+            QCoreApplication::processEvents();
+            const QString rows = user.shownRows();
+            QCOMPARE(rows, QString(mode) == "icon"
+                               ? "*EIS5:Text1 EIS10_S:Text2_of_a_long_name *EIS11_S:Text3"
+                               : "*Text1 Text2_of_a_long_name *Text3");
+            user.window.resize(1, 1);
+            QCoreApplication::processEvents();
+            QCOMPARE(user.shownRows(), rows);
+            user.window.resize(size);
+            QCoreApplication::processEvents();
         }
-        diary.clicks(1, Qt::RightButton);
-        diary.chooses("mnuReport");
-        diary.drags("row 0 to row 2 with the right button", diary.rows(), diary.spotOnRow(0),
-                    diary.spotOnRow(2), Qt::RightButton);
-        diary.presses("Down Menu Ctrl+C Return");
-        diary.desktop.willAnswer({Answer::no});
-        diary.presses("Del");
+        user.clicks(1, Qt::RightButton);
+        QCOMPARE(user.menu().section(", ", 0, 5),
+                 "*Properties, Copy, Cut, Delete Object, Paste Item names from Clipboard, "
+                 "Paste Item comments from Clipboard");
+        QCOMPARE(user.shownRows(), "Text1 *Text2_of_a_long_name Text3");
+        user.entry("mnuReport").trigger();
+        user.drags(user.rows(), user.spotOnRow(0), user.spotOnRow(2), Qt::RightButton);
+        QCOMPARE(user.shownRows(), "*Text1 Text2_of_a_long_name Text3");
+        user.presses("Down Menu");
+        QVERIFY(user.menu().startsWith("*Properties"));
+        user.presses("Return");
+        QCOMPARE(user.opened(), "Text2_of_a_long_name");
+        user.desktop.willAnswer({Answer::no});
+        user.presses("Del");
+        QCOMPARE(user.told(), "Are you sure you want to delete the selected items ?");
 
         const auto clicksTitle = [&](int column) {
-            QHeaderView* header = diary.report()->header();
-            const QPoint spot(header->sectionViewportPosition(column) + 20, header->height() / 2);
-            diary.clicks(QString("title %1").arg(column), *header, spot);
+            QHeaderView* header = user.report()->header();
+            user.clicks(*header, {header->sectionViewportPosition(column) + 20, 9});
+            return header->sortIndicatorSection() * 10 + header->sortIndicatorOrder();
         };
-        clicksTitle(2);
-        clicksTitle(2);
-        // Whatever is clicked afterwards is sorted by that column, also where it has none.
-        diary.clicks("config");
-        diary.chooses("mnuSmallIcon");
-        diary.clicks("Plant.FLOOR2");
-        clicksTitle(0);
-        diary.clicks("Plant.FLOOR1");
-        QHeaderView& header = *diary.report()->header();
-        const QPoint border(header.sectionViewportPosition(1), header.height() / 2);
-        diary.drags("the end of title 0", header, border,
-                    border + QPoint(diary.list.width() / 5, 0));
-        diary.does("makes the window large", [&] { diary.window.resize(2 * size); });
-        diary.does("makes it small", [&] { diary.window.resize(1, 1); });
-        diary.does("makes it high", [&] { diary.window.resize(1, 2 * size.height()); });
-        approve("window-narrow", diary.window);
-        diary.does("makes it as before", [&] { diary.window.resize(size); });
-        diary.clicks("config");
-        diary.desktop.willAnswer({Answer::no});
-        diary.chooses("mnuNewCfg");
-        diary.clicks("config");
-        diary.chooses("mnuCloseCfg");
-        approve("rows-are-chosen", diary.text());
+        QCOMPARE(clicksTitle(2), 20);  // ascending
+        QCOMPARE(clicksTitle(2), 20);
+        QCOMPARE(user.shownRows(), "*Text2_of_a_long_name Text3 Text1");
+        user.clicks("config");
+        user.entry("mnuSmallIcon").trigger();
+        user.clicks("Plant.FLOOR1");
+        QVERIFY(user.report()->header()->isSortIndicatorShown());
+        QHeaderView& header = *user.report()->header();
+        const QPoint border(header.sectionViewportPosition(1), 9);
+        user.drags(header, border, border + QPoint(user.list.width() / 5, 0));
+        const QString wider = user.columns();
+        QVERIFY(wider.startsWith("Item Name 4, "));
+        for (const QSize now : {2 * size, QSize(1, 1), QSize(1, 2 * size.height()), size}) {
+            user.window.resize(now);
+            QCoreApplication::processEvents();
+            QCOMPARE(user.disagreement(), "");
+        }
+        QCOMPARE(user.columns(), wider);
+        user.entry("mnuCloseCfg").trigger();
+        QVERIFY(!user.tree.isVisible() && !user.list.isVisible());
     }
 
     /// One configuration, to be copied from where it is, and only where it can be opened.
     static void filesAreDroppedOnTheWindow() {
-        Diary diary(twoFloors());
-        diary.disk.files["/other.xml"] = configuration(plc("Other"));
-        const QUrl configuration = QUrl::fromLocalFile("/other.xml");
-        const QUrl another = QUrl::fromLocalFile("/other.txt");
-        for (const auto& [files, offered] :
-             std::initializer_list<QPair<QList<QUrl>, Qt::DropActions>>{
-                 {{configuration}, Qt::MoveAction},
-                 {{another}, Qt::CopyAction},
-                 {{configuration, configuration}, Qt::CopyAction},
-                 {{configuration}, Qt::CopyAction | Qt::MoveAction}}) {
+        WindowUser user(twoFloors());
+        user.disk.files["/other.xml"] = configuration(plc("Other"));
+        const QUrl file = QUrl::fromLocalFile("/other.xml");
+        const auto isTaken = [&](const QList<QUrl>& files, Qt::DropActions offered) {
             QMimeData content;
             content.setUrls(files);
             QDragEnterEvent enters({90, 90}, offered, &content, Qt::LeftButton, Qt::ShiftModifier);
             QDropEvent drops({90, 90}, offered, &content, Qt::LeftButton, Qt::ShiftModifier);
-            diary.does("drops " + content.text().simplified(), [&] {
-                QCoreApplication::sendEvent(diary.window.windowHandle(), &enters);
-                if (!enters.isAccepted()) return diary.tell("is refused");
-                QCoreApplication::sendEvent(diary.window.windowHandle(), &drops);
-                QVERIFY(enters.dropAction() == Qt::CopyAction &&
-                        drops.dropAction() == Qt::CopyAction);
-            });
-        }
-        approve("dropped", diary.text());
+            QCoreApplication::sendEvent(user.window.windowHandle(), &enters);
+            if (!enters.isAccepted()) return false;
+            QCoreApplication::sendEvent(user.window.windowHandle(), &drops);
+            QCoreApplication::processEvents();
+            return enters.dropAction() == Qt::CopyAction && drops.dropAction() == Qt::CopyAction;
+        };
+        QVERIFY(!isTaken({file}, Qt::MoveAction));
+        QVERIFY(!isTaken({QUrl::fromLocalFile("/other.txt")}, Qt::CopyAction));
+        QVERIFY(!isTaken({file, file}, Qt::CopyAction));
+        QVERIFY(isTaken({file}, Qt::CopyAction | Qt::MoveAction));
+        QCOMPARE(user.shownTree(), "*/other.xml[Other]");
     }
 
     static void longTextsAreCutInCellsAndWholeInTooltips() {
-        Diary diary(twoFloors());
-        const std::string comment = std::string(2'000, 'c') + "<b>";
-        diary.document.setComment(diary.document.tree().nodeAt("Plant.FLOOR2.Light1"), comment);
-        diary.clickNode("Plant.FLOOR2");
-        const QModelIndex cell = diary.rows().model()->index(0, 1);
+        WindowUser user(twoFloors());
+        user.document.setComment(user.document.tree().nodeAt("Plant.FLOOR2.Light1"),
+                                 std::string(2'000, 'c') + "<b>");
+        user.clickNode("Plant.FLOOR2");
+        const QModelIndex cell = user.rows().model()->index(0, 1);
         QCOMPARE(cell.data().toString().size(), 1'001);
-        diary.hovers(diary.rows(), cell.siblingAtColumn(0));
-        diary.hovers(diary.rows(), cell);
-        diary.hovers(diary.tree, diary.tree.currentIndex());
-        diary.tree.setGeometry(0, 40, 90, 400);
-        diary.hovers(diary.tree, diary.tree.currentIndex());
-        approve("tooltips", diary.text().mid(diary.text().indexOf("> hovers")));
+        const auto tip = [&](QAbstractItemView& view, const QModelIndex& index) {
+            return tooltipAt(*view.viewport(), WindowUser::spotOn(view, index));
+        };
+        QCOMPARE(tip(user.rows(), cell.siblingAtColumn(0)), "");
+        const QString whole = tip(user.rows(), cell);
+        QVERIFY(whole.startsWith("'<': the OPC server cannot read a file that holds this\ncccc"));
+        QCOMPARE(whole.count('c'), 2'001);  // that of "cannot" too
+        QVERIFY(whole.endsWith("<b>") && whole.contains(QChar(0x200B)));
+        QCOMPARE(tip(user.tree, user.tree.currentIndex()), "");
+        user.tree.setGeometry(0, 40, 90, 400);
+        QCOMPARE(tip(user.tree, user.tree.currentIndex()), "FLOOR2");
     }
 };
 

@@ -106,6 +106,13 @@ class WindowWorld {
         return area.contains(tree.geometry() | list.geometry()) ? "" : "a part is cut off";
     }
 
+    /// The texts of the list's only row.
+    QString cells() const {
+        QStringList texts;
+        for (int i = 0; i < rows().model()->columnCount(); ++i)
+            texts.append(rows().model()->index(0, i).data().toString());
+        return texts.join('|');
+    }
     /// The texts in the list's first column, from the first row to the last.
     QString names() const {
         QStringList texts;

@@ -1,0 +1,100 @@
+// What a window tells its user, read as an assistive tool does.
+#pragma once
+
+#include <QtTest>
+#include <QtWidgets>
+#include <functional>
+
+/// The controls that Tab reaches, from the one that has the keyboard.
+inline QList<QWidget*> tabOrder(const QWidget& window) {
+    QList<QWidget*> reached;
+    for (QWidget* now = window.focusWidget(); now != nullptr && !reached.contains(now);) {
+        reached.append(now);
+        QTest::keyClick(window.windowHandle(), Qt::Key_Tab);
+        now = window.focusWidget();
+    }
+    return reached;
+}
+
+inline QString accessible(QWidget& widget, QAccessible::Text text) {
+    return QAccessible::queryAccessibleInterface(&widget)->text(text);
+}
+
+/// "Branch: Branch name:=B, [OK], Cancel": the title and, in the order of Tab, all fields with what
+/// they hold and all buttons, the one that Enter presses in brackets.
+inline QString reading(const QWidget& window) {
+    QStringList parts;
+    for (QWidget* part : tabOrder(window)) {
+        const auto* button = qobject_cast<QPushButton*>(part);
+        QString told = accessible(*part, QAccessible::Name);
+        if (const auto* combo = qobject_cast<QComboBox*>(part)) {
+            told = combo->accessibleName() + "=" + combo->currentText();
+        } else if (qobject_cast<QLineEdit*>(part) != nullptr) {
+            const QString which = accessible(*part, QAccessible::Description);
+            told += (which.isEmpty() ? "=" : " (" + which + ")=") +
+                    accessible(*part, QAccessible::Value);
+        }
+        parts.append(button != nullptr && button->isDefault() ? "[" + told + "]" : told);
+    }
+    return window.windowTitle() + ": " + parts.join(", ");
+}
+
+/// At its own size and larger, no part of the window lies over another, or outside of it, or shows
+/// nothing; and all parts return to where they were.
+inline void expectSoundLayout(QWidget& window) {
+    const auto leaves = [&] {
+        QList<QWidget*> all;
+        for (auto* part : window.findChildren<QWidget*>())
+            if (part->isVisibleTo(&window) && part->window() == &window &&
+                qobject_cast<QSizeGrip*>(part) == nullptr &&
+                (part->layout() == nullptr && part->findChildren<QWidget*>().isEmpty()))
+                all.append(part);
+        return all;
+    };
+    const auto placeOf = [&](const QWidget* part) {
+        return QRect(part->mapTo(&window, QPoint()), part->size());
+    };
+    QList<QRect> before;
+    for (const QWidget* part : leaves())
+        before.append(placeOf(part));
+    const QSize own = window.size();
+    for (const QSize size : {own, own + QSize(200, 200), own}) {
+        window.resize(size);
+        QCoreApplication::processEvents();
+        const auto parts = leaves();
+        for (QWidget* part : parts) {
+            const QRect place = placeOf(part);
+            const QString name = part->objectName() + " " + part->metaObject()->className();
+            QVERIFY2(window.rect().contains(place), qPrintable(name + " is cut off"));
+            for (const QWidget* other : parts)
+                QVERIFY2(other == part || !placeOf(other).intersects(place),
+                         qPrintable(name + " lies over " + other->objectName()));
+        }
+    }
+    QList<QRect> after;
+    for (const QWidget* part : leaves())
+        after.append(placeOf(part));
+    QCOMPARE(after, before);
+}
+
+/// The tooltip at a spot of a widget, as plain text.
+inline QString tooltipAt(QWidget& widget, QPoint spot) {
+    QToolTip::showText({}, "none");
+    QHelpEvent hover(QEvent::ToolTip, spot, widget.mapToGlobal(spot));
+    QCoreApplication::sendEvent(&widget, &hover);
+    const QString tip = QTextDocumentFragment::fromHtml(QToolTip::text()).toPlainText();
+    return tip == "none" ? "" : tip;
+}
+
+/// Does something in the dialog that is opened by `open`, once it is active.
+inline void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act) {
+    bool shown = false;
+    QTimer::singleShot(0, qApp, [&] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        QVERIFY(dialog != nullptr && QTest::qWaitForWindowActive(dialog));
+        shown = true;
+        act(*dialog);
+    });
+    open();
+    QVERIFY(shown);
+}

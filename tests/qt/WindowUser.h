@@ -1,0 +1,166 @@
+// The main window, its user's hands, and what the user sees there.
+#pragma once
+
+#include <functional>
+
+#include "qt/Icons.h"
+#include "qt/Reading.h"
+#include "qt/WindowWorld.h"
+
+class WindowUser : public WindowWorld {
+ public:
+    explicit WindowUser(const std::string& configuration, Forms* ownForms = nullptr)
+        : WindowWorld(ownForms) {
+        forms.whenShown<frmItems>(
+            [this](auto& dialog) { opened_ = toQt(dialog.txtItemName.text); });
+        forms.whenShown<frmBranch>(
+            [this](auto& dialog) { opened_ = toQt(dialog.txtBranchName.text); });
+        forms.whenShown<frmPLC>([this](auto& dialog) { opened_ = toQt(dialog.txtName.text); });
+        openText(configuration);
+    }
+    ~WindowUser() { QTEST_ASSERT(disagreement() == ""); }
+    WindowUser(const WindowUser&) = delete;
+    WindowUser& operator=(const WindowUser&) = delete;
+
+    void presses(const QString& keys) {
+        for (const QString& key : keys.split(' ')) {
+            QWidget* at = window.focusWidget();
+            if (key != "Menu") {
+                QTest::keySequence(at, QKeySequence(key));
+                continue;
+            }
+            // As platforms with a display make of that key.
+            QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
+            QCoreApplication::sendEvent(qobject_cast<QAbstractScrollArea*>(at)->viewport(), &menu);
+        }
+    }
+    static void clicks(const QAbstractScrollArea& view, QPoint spot,
+                       Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers held = {}) {
+        QTest::mouseClick(view.viewport(), button, held, spot);
+        QCoreApplication::processEvents();
+    }
+    void clicks(const char* key, Qt::MouseButton button = Qt::LeftButton) const {
+        clicks(tree, spotOnNode(key), button);
+    }
+    void clicks(int row, Qt::MouseButton button = Qt::LeftButton,
+                Qt::KeyboardModifiers held = {}) const {
+        clicks(rows(), spotOnRow(row), button, held);
+    }
+    static void drags(const QAbstractScrollArea& view, QPoint from, QPoint to,
+                      Qt::MouseButton button = Qt::LeftButton) {
+        QTest::mousePress(view.viewport(), button, {}, from);
+        QTest::mouseMove(view.viewport(), to);
+        QTest::mouseRelease(view.viewport(), button, {}, to);
+        QCoreApplication::processEvents();
+    }
+    /// In a node's context menu.
+    void choosesAt(const char* key, const QString& choice) const {
+        clicks(key, Qt::RightButton);
+        QWidget* menu = QApplication::activePopupWidget();
+        for (QAction* action : menu->actions())
+            if (QString(action->text()).remove('&') == choice && action->isEnabled())
+                action->trigger();
+        menu->close();
+        QCoreApplication::processEvents();
+    }
+
+    /// "Plant[*FLOOR1[Text1] FLOOR2+]": what lies open, folded ones with a plus. The selected node
+    /// has a star, or while no command acts on it a hollow one ("o"), the drop's target a roof.
+    QString shownTree() const { return shownBelow({}, tree.viewport()->grab().toImage()); }
+    /// The same of the list's first column; in icon view with the pictures' names.
+    QString shownRows() const {
+        QStringList texts;
+        const QImage picture = rows().viewport()->grab().toImage();
+        for (int row = 0; list.isVisible() && row < rows().model()->rowCount(); ++row) {
+            const QModelIndex index = rows().model()->index(row, 0);
+            texts.append(marksOf(rows(), index, picture) + index.data().toString());
+        }
+        return texts.join(' ');
+    }
+    /// The property dialog that was opened since this was asked last.
+    QString opened() { return std::exchange(opened_, ""); }
+    /// What was told and asked since this was asked last.
+    QString told() {
+        QStringList texts;
+        for (const std::string& message : desktop.messages())
+            texts.append(toQt(message));
+        desktop.forgetMessages();
+        return texts.join('\n');
+    }
+    /// The entries of the menu that is open, without those that are off; closes it.
+    static QString menu() {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (menu == nullptr) return "none";
+        QStringList texts;
+        for (const QAction* action : menu->actions())
+            if (action->isEnabled() && !action->isSeparator())
+                texts.append((menu->defaultAction() == action ? "*" : "") +
+                             QString(action->text()).remove('&'));
+        menu->close();
+        return texts.join(", ");
+    }
+    QString keyboard() const {
+        return window.focusWidget() == &tree     ? "tree"
+               : window.focusWidget() == &rows() ? "list"
+                                                 : "";
+    }
+    /// Headers and widths, in tenths of the list's.
+    QString columns() const {
+        QStringList texts;
+        for (int i = 0; report() != nullptr && i < report()->model()->columnCount(); ++i)
+            texts.append(report()->model()->headerData(i, Qt::Horizontal).toString() + " " +
+                         QString::number(qRound(10.0 * report()->columnWidth(i) / list.width())));
+        return texts.join(", ");
+    }
+    /// The same, as the editor has them.
+    QString wantedColumns() const {
+        QStringList texts;
+        for (const auto& column : form.ListView1.columns())
+            texts.append(toQt(column.text) + " " + QString::number(qRound(10 * column.width)));
+        return texts.join(", ");
+    }
+
+ private:
+    QString shownBelow(const QModelIndex& parent, const QImage& picture) const {
+        QStringList texts;
+        for (int row = 0; tree.isVisible() && row < tree.model()->rowCount(parent); ++row) {
+            const QModelIndex index = tree.model()->index(row, 0, parent);
+            texts.append(marksOf(tree, index, picture) + index.data().toString() +
+                         (tree.isExpanded(index) ? "[" + shownBelow(index, picture) + "]"
+                          : tree.model()->hasChildren(index) ? "+"
+                                                             : ""));
+        }
+        return texts.join(' ');
+    }
+
+    /// Of the colours in the row, and of its picture: a fault's sign is an exclamation mark.
+    static QString marksOf(const QAbstractItemView& view, const QModelIndex& index,
+                           const QImage& picture) {
+        static const auto names = [] {
+            QHash<qint64, QString> known;
+            for (const QString& key : QDir(":/icons/tree").entryList())
+                known[icons::tree(fromQt(key.chopped(4))).cacheKey()] = "";
+            for (const QString& key : QDir(":/icons/list").entryList())
+                known[icons::list(fromQt(key.chopped(4))).cacheKey()] = key.chopped(4) + ":";
+            return known;
+        }();
+        const QRect place = view.visualRect(index) & picture.rect();
+        const auto colour = [&](QPalette::ColorRole role) {
+            return view.palette().color(QPalette::Active, role).rgb();
+        };
+        bool shines = false;
+        for (int y = place.top(); y <= place.bottom(); ++y)
+            for (int x = place.left(); x <= place.right(); ++x)
+                shines |= picture.pixel(x, y) == colour(QPalette::Highlight);
+        const QPoint corner = place.topRight() + QPoint(-2, 2);
+        const bool plain = place.isEmpty() || view.currentIndex() == index ||
+                           picture.pixel(corner) == colour(QPalette::Base);
+        const auto icon = index.data(Qt::DecorationRole).value<QIcon>().cacheKey();
+        return (view.selectionModel()->isSelected(index) ? (shines ? "*" : "o")
+                : plain                                  ? ""
+                                                         : "^") +
+               names.value(icon, "!");
+    }
+
+    QString opened_;
+};
