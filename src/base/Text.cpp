@@ -1,9 +1,11 @@
 #include "base/Text.h"
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <optional>
+#include <random>
 
 namespace {
 
@@ -72,12 +74,47 @@ std::optional<std::uint64_t> asciiBlock(std::string_view text) {
     return bytes;
 }
 
+/// Fewer than eight bytes and their number, where all are ASCII.
+std::optional<std::uint64_t> asciiEnd(std::string_view text) {
+    std::uint64_t bytes = 0;
+    if (text.size() >= sizeof bytes) return std::nullopt;
+    for (const char c : text)
+        bytes = bytes << 8U | static_cast<unsigned char>(c);
+    if ((bytes & everyByte(0x80)) != 0) return std::nullopt;
+    return bytes | std::uint64_t{text.size()} << 56U;
+}
+
 /// The same eight ASCII characters in capitals.
 std::uint64_t upperAscii(std::uint64_t block) {
     const std::uint64_t fromA = block + everyByte(0x80 - 'a');       // top bit: not before "a"
     const std::uint64_t afterZ = block + everyByte(0x80 - 'z' - 1);  // top bit: after "z"
     const std::uint64_t lower = fromA & ~afterZ & everyByte(0x80);
     return block - (lower >> 2U);
+}
+
+/// Others than in any other process: who does not know them cannot write a file of names that all
+/// have the same hash.
+struct HashSecrets {
+    std::uint64_t start = random();
+    std::uint64_t factor = random() | 1U;
+
+ private:
+    static std::uint64_t random() {
+        std::random_device device;
+        const std::uint64_t high = device();
+        return high << 32U | device();
+    }
+};
+
+/// A product of 128 bits, folded to 64 in the way of wyhash for 32-bit machines
+/// (https://github.com/wangyi-fudan/wyhash): each bit of both numbers counts in all of it.
+std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
+    const std::uint64_t aLow = a & 0xFFFFFFFFU;
+    const std::uint64_t bLow = b & 0xFFFFFFFFU;
+    const std::uint64_t aHigh = a >> 32U;
+    const std::uint64_t bHigh = b >> 32U;
+    return std::rotl(aHigh * bLow, 32) ^ (aHigh * bHigh) ^ std::rotl(aLow * bHigh, 32) ^
+           (aLow * bLow);
 }
 
 /// How many ASCII characters the text begins with.
@@ -161,26 +198,22 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 std::uint32_t hashIgnoringCase(std::string_view text) {
-    // The steps of FNV-1a, 64 bits (http://www.isthe.com/chongo/tech/comp/fnv/), taken over
-    // eight ASCII characters at a time where there are so many, else over one character. Texts
-    // that differ in case only are cut at the same places.
-    std::uint64_t hash = 0xCBF29CE484222325U;
-    const auto step = [&hash](std::uint64_t value) {
-        hash = (hash ^ value) * 0x100000001B3U;
-        hash ^= hash >> 29U;
-    };
+    // Taken over eight ASCII characters at a time, or those that are left at the end, else over
+    // one character. Texts that differ in case only are cut at the same places.
+    static const HashSecrets secrets;
+    std::uint64_t hash = secrets.start;
     for (std::size_t i = 0; i < text.size();) {
         if (const auto block = asciiBlock(text.substr(i))) {
-            step(upperAscii(*block));
+            hash = mixed(hash ^ upperAscii(*block), secrets.factor);
             i += sizeof *block;
+        } else if (const auto end = asciiEnd(text.substr(i))) {
+            hash = mixed(hash ^ upperAscii(*end), secrets.factor);
+            break;
         } else {
-            step(upper(nextCharacter(text, i)));
+            hash = mixed(hash ^ upper(nextCharacter(text, i)), secrets.factor);
         }
     }
-    // The last characters of a block, often the only ones in which numbered names differ, have
-    // reached the upper bits only. Multiplied once more (by 2^64 over the golden ratio: D. E.
-    // Knuth, The Art of Computer Programming, 6.4), they count in all that are given.
-    return static_cast<std::uint32_t>((hash * 0x9E3779B97F4A7C15U) >> 32U);
+    return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
 }
 
 bool alphabeticallyBefore(std::string_view a, std::string_view b) {
@@ -195,11 +228,13 @@ bool alphabeticallyBefore(std::string_view a, std::string_view b) {
     return a < b;
 }
 
-std::string trimBlanks(std::string_view text) {
+std::string_view withoutBlanks(std::string_view text) {
     const auto first = text.find_first_not_of(' ');
     if (first == std::string_view::npos) return {};
-    return std::string(text.substr(first, text.find_last_not_of(' ') - first + 1));
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
+
+std::string trimBlanks(std::string_view text) { return std::string(withoutBlanks(text)); }
 
 void appendLatin1(std::string& out, std::string_view text) {
     for (std::size_t i = 0; i < text.size();) {

@@ -24,7 +24,8 @@ void appendUpperCase(std::string& out, std::string_view text);
 /// True when both texts are the same but for letter case.
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 
-/// A hash that is equal for texts which are equal ignoring case.
+/// A hash that is equal for texts which are equal ignoring case. It is another one in each run of
+/// the program.
 std::uint32_t hashIgnoringCase(std::string_view text);
 
 /// True when `a` comes before `b` in an alphabetical list: letters of either case and with or
@@ -34,6 +35,8 @@ bool alphabeticallyBefore(std::string_view a, std::string_view b);
 
 /// The text without leading and trailing blanks.
 std::string trimBlanks(std::string_view text);
+/// The same, as a part of the text that is given.
+std::string_view withoutBlanks(std::string_view text);
 
 /// The UTF-8 of a text in the code page Windows-1252. The five bytes that it leaves undefined
 /// become the control characters of the same numbers, as Windows has it
