@@ -7,22 +7,32 @@
 #include "model/Checks.h"
 #include "model/Keys.h"
 
-std::vector<std::string> pastedLines(std::string_view text) {
+namespace {
+
+/// Gives the lines of a text from the clipboard, each less the blanks around it, until `take`
+/// answers false. A line ends with CR LF; in a text without any, where the desktop has turned them
+/// into LF, with LF. What follows the last line's end is dropped; a text without a line's end is
+/// one line, blanks and all.
+void forEachPastedLine(std::string_view text,
+                       const std::function<bool(std::string_view line)>& take) {
     const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
-    std::vector<std::string> lines;
-    std::string_view rest = text;
-    for (auto end = rest.find(lineEnd); end != std::string_view::npos; end = rest.find(lineEnd)) {
-        lines.push_back(trimBlanks(rest.substr(0, end)));
-        rest.remove_prefix(end + lineEnd.size());
-    }
+    auto end = text.find(lineEnd);
     // Meant: a last line without an end counts only when there is no other.
-    if (lines.empty()) lines.emplace_back(text);
-    return lines;
+    if (end == std::string_view::npos) {
+        take(text);
+        return;
+    }
+    for (; end != std::string_view::npos; end = text.find(lineEnd)) {
+        if (!take(withoutBlanks(text.substr(0, end)))) return;
+        text.remove_prefix(end + lineEnd.size());
+    }
 }
+
+}  // namespace
 
 void PastedTexts::Paste_Name_Click() {
     reportErrors(desktop_, "Paste_Name_Click", [&] {
-        paste([&](const Lines& lines) { return areNamesFree(lines); }, "name",
+        paste([&](std::string_view line) { return isNameFree(line); }, "name",
               [&](std::size_t row) -> const SharedText& { return list_.rows()[row].text; },
               [&](const Rows& rows, const Lines& lines, const Tell& tell) {
                   const ConfigTree::BulkChange bulk(document_.tree());
@@ -37,7 +47,7 @@ void PastedTexts::Paste_Comment_Click() {
         const auto nodeOf = [&](std::size_t row) -> Node& {
             return document_.itemNodeAt(list_.rows()[row].key);
         };
-        paste([](const Lines& /*lines*/) { return true; }, "comment",
+        paste([](std::string_view /*line*/) { return true; }, "comment",
               [&](std::size_t row) -> const SharedText& {
                   return document_.items().at(nodeOf(row).key()).sComment;
               },
@@ -51,17 +61,29 @@ void PastedTexts::Paste_Comment_Click() {
 }
 
 /// The steps that both commands have in common. `present` gives what a row has now.
-void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::string_view what,
+void PastedTexts::paste(const std::function<bool(std::string_view line)>& check,
+                        std::string_view what,
                         const std::function<const SharedText&(std::size_t row)>& present,
                         const Apply& apply) {
     const std::string text = desktop_.clipboardText();
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
-    const Lines lines = pastedLines(text);
-    if (!check(lines)) return;
+    // Counted before they are kept: a clipboard may hold millions.
+    std::size_t count = 0;
+    bool passed = true;
+    forEachPastedLine(text, [&](std::string_view line) {
+        ++count;
+        return passed = check(line);
+    });
+    if (!passed) return;
     Rows rows;
     for (std::size_t row = 0; row < list_.rows().size(); ++row)
         if (list_.rows()[row].selected) rows.push_back(row);
-    if (rows.size() != lines.size()) return desktop_.showMessage("Invalid selection");
+    if (rows.size() != count) return desktop_.showMessage("Invalid selection");
+    Lines lines;
+    forEachPastedLine(text, [&](std::string_view line) {
+        lines.emplace_back(line);
+        return true;
+    });
     if (!isAccepted(rows, lines, what, present)) return;
 
     const Document::Step step(document_, "Paste", what);
@@ -74,22 +96,19 @@ void PastedTexts::paste(const std::function<bool(const Lines&)>& check, std::str
     });
 }
 
-/// False, after telling the user and emptying the clipboard, when a name belongs to an item of
+/// False, after telling the user and emptying the clipboard, when the name belongs to an item of
 /// the selected node that gets no new one.
-bool PastedTexts::areNamesFree(const Lines& lines) {
+bool PastedTexts::isNameFree(std::string_view name) {
     const Node& parent = document_.selectedNode();
-    for (const std::string& line : lines) {
-        const Node* holder = document_.tree().FindNode(joinKey(parent.key(), line));
-        // Not one further below, to whom a line with a "." would lead.
-        if (holder == nullptr || holder->parent() != &parent) continue;
-        if (holder->kind() != NodeKind::item) continue;
-        const auto row = list_.findRow(holder->key());
-        if (row && list_.rows()[*row].selected) continue;
-        desktop_.showMessage("Name already existing");
-        desktop_.clearClipboard();
-        return false;
-    }
-    return true;
+    const Node* holder = document_.tree().FindNode(joinKey(parent.key(), name));
+    // Not one further below, to whom a line with a "." would lead.
+    if (holder == nullptr || holder->parent() != &parent) return true;
+    if (holder->kind() != NodeKind::item) return true;
+    const auto row = list_.findRow(holder->key());
+    if (row && list_.rows()[*row].selected) return true;
+    desktop_.showMessage("Name already existing");
+    desktop_.clearClipboard();
+    return false;
 }
 
 bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_view what,

@@ -29,10 +29,10 @@ class PastedTexts {
     /// Gives the rows the lines, and tells what it cannot do.
     using Apply = std::function<void(const Rows&, const Lines&, const Tell&)>;
 
-    void paste(const std::function<bool(const Lines&)>& check, std::string_view what,
+    void paste(const std::function<bool(std::string_view line)>& check, std::string_view what,
                const std::function<const SharedText&(std::size_t row)>& present,
                const Apply& apply);
-    bool areNamesFree(const Lines& lines);
+    bool isNameFree(std::string_view name);
     bool isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
                     const std::function<const SharedText&(std::size_t row)>& present);
     void rename(std::size_t row, const std::string& name);
@@ -42,8 +42,3 @@ class PastedTexts {
     Forms& forms_;
     ListView& list_;
 };
-
-/// The lines of a text from the clipboard, each less the blanks around it. A line ends with
-/// CR LF; in a text without any, where the desktop has turned them into LF, with LF. What follows
-/// the last line's end is dropped; a text without a line's end is one line, blanks and all.
-std::vector<std::string> pastedLines(std::string_view text);
