@@ -12,8 +12,12 @@
 
 /// What tells whether a file is still the one that was read or written.
 struct FileStamp {
-    std::uint64_t size;  ///< bytes
-    std::int64_t time;   ///< of the last change, in the unit of the system
+    std::uint64_t size;        ///< bytes
+    std::int64_t time;         ///< of the last change, in the unit of the system
+    std::uint64_t number = 0;  ///< of the file on its disk; another one once it was replaced
+    /// Of the last change of anything about it, which no program can set back; 0 where the system
+    /// does not tell.
+    std::int64_t statusTime = 0;
     bool operator==(const FileStamp&) const = default;
 };
 
@@ -51,17 +55,27 @@ class Disk {
 
     /// Reads the file, a piece after the other and most often in one: `room` makes room for a
     /// piece, and `take` hears how many bytes came, fewer than were asked for with the last piece
-    /// only.
-    void readPieces(const std::string& path, const std::function<char*(std::size_t bytes)>& room,
-                    const std::function<void(std::size_t bytes, bool isLast)>& take) {
+    /// only. `meanwhile` is called again and again while a piece comes, which takes long from a
+    /// slow disk.
+    void readPieces(
+        const std::string& path, const std::function<char*(std::size_t bytes)>& room,
+        const std::function<void(std::size_t bytes, bool isLast)>& take,
+        const std::function<void()>& meanwhile = [] {}) {
         constexpr std::uint64_t least = 64UL * 1024;
         constexpr std::uint64_t most = 512UL * 1024 * 1024;
         const InputFile file = openToRead(path);
         std::uint64_t left = file.size + 1;  // the end is met, though the file may have grown
         for (bool ended = false; !ended;) {
             const auto piece = static_cast<std::size_t>(std::clamp(left, least, most));
-            const std::size_t got = file.read(room(piece), piece);
-            ended = got < piece;
+            char* const to = room(piece);
+            std::size_t got = 0;
+            while (!ended && got < piece) {
+                const std::size_t asked = std::min<std::size_t>(piece - got, least);
+                const std::size_t came = file.read(to + got, asked);
+                ended = came < asked;
+                got += came;
+                meanwhile();
+            }
             left -= std::min<std::uint64_t>(left, got);
             take(got, ended);
         }

@@ -8,7 +8,6 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <csignal>
 #include <filesystem>
 #include <memory>
@@ -51,8 +50,10 @@ class File {
  public:
     explicit File(int descriptor) : descriptor_(descriptor) {}
     File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-    File(const File&) = delete;
-    File& operator=(const File&) = delete;
+    File& operator=(File&& other) noexcept {
+        std::swap(descriptor_, other.descriptor_);
+        return *this;
+    }
     ~File() {
         if (descriptor_ >= 0) ::close(descriptor_);
     }
@@ -63,46 +64,63 @@ class File {
     int descriptor_;
 };
 
-/// How the names begin of the files that this machine's processes write before they take another's
-/// place; the number of the process follows. Machines that share a folder have names of their own.
+/// How the names begin of the files that this machine writes before they take another's place.
+/// Machines that share a folder have names of their own: not all file systems show one machine the
+/// locks of another.
 std::string temporaryPrefix() {
     std::array<char, HOST_NAME_MAX + 1> host{};
     ::gethostname(host.data(), HOST_NAME_MAX);
     return ".new-" + std::string(host.data()) + "-";
 }
 
-/// A name that no other file has. Not made from the target's: that may be as long as names can be.
-std::string temporaryName() {
-    return temporaryPrefix() + std::to_string(::getpid()) + "-" +
-           std::to_string(std::random_device()());
+/// Locks an open file until it is closed, at the latest when its process ends, whatever kills it
+/// (fcntl(2), "Open file description locks"). False, and `errno`, where another has the lock, or
+/// the file system has none.
+bool lock(int file) {
+    struct flock whole {};
+    whole.l_type = F_WRLCK;
+    return ::fcntl(file, F_OFD_SETLK, &whole) == 0;
 }
 
-/// True for what a process of this machine left that was killed while it saved.
-bool isLeftByTheDead(std::string_view name) {
-    const std::string prefix = temporaryPrefix();
-    if (!name.starts_with(prefix)) return false;
-    pid_t process = 0;
-    unsigned number = 0;
-    const char* const end = name.data() + name.size();
-    const auto dash = std::from_chars(name.data() + prefix.size(), end, process);
-    if (dash.ec != std::errc() || dash.ptr == end || *dash.ptr != '-' || process <= 0) return false;
-    const auto rest = std::from_chars(dash.ptr + 1, end, number);
-    return rest.ec == std::errc() && rest.ptr == end && ::kill(process, 0) != 0 && errno == ESRCH;
-}
-
+/// Removes what was left by processes that were killed while they saved: what nobody has locked.
 /// Nothing here is worth failing a save.
 void removeWhatTheDeadLeft(const fs::path& folder) {
+    const std::string prefix = temporaryPrefix();
     std::error_code failure;
     for (fs::directory_iterator each(folder, failure), end; !failure && each != end;
          each.increment(failure)) {
-        if (isLeftByTheDead(each->path().filename().native())) ::unlink(each->path().c_str());
+        if (!each->path().filename().native().starts_with(prefix)) continue;
+        const File file(::open(each->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+        if (file.descriptor() >= 0 && lock(file.descriptor())) ::unlink(each->path().c_str());
     }
 }
 
-/// Removes a file unless it has been kept.
+struct stat statusOf(int file, const fs::path& path) {
+    struct stat status {};
+    if (::fstat(file, &status) != 0) throw errorFor(errno, path);
+    return status;
+}
+
+/// A new file of a name that no other has, removed unless it has been kept. Not named after the
+/// target: its name may be as long as names can be.
 class TemporaryFile {
  public:
-    explicit TemporaryFile(fs::path path) : path_(std::move(path)) {}
+    TemporaryFile(const fs::path& folder, mode_t mode) {
+        std::random_device random;
+        // Before it is locked it may pass for one that the dead left, and be gone.
+        constexpr int mostTries = 16;
+        for (int tries = 0; tries < mostTries; ++tries) {
+            path_ = folder / (temporaryPrefix() + std::to_string(random()));
+            file_ = File(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+            if (file_.descriptor() < 0) throw errorFor(errno, path_);
+            struct stat status {};
+            const bool isLocked = lock(file_.descriptor());
+            const bool isGone =
+                isLocked ? ::fstat(file_.descriptor(), &status) == 0 && status.st_nlink == 0
+                         : errno == EAGAIN;
+            if (!isGone) return;
+        }
+    }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile() {
@@ -110,10 +128,12 @@ class TemporaryFile {
     }
 
     const fs::path& path() const { return path_; }
+    int descriptor() const { return file_.descriptor(); }
     void keep() { path_.clear(); }
 
  private:
     fs::path path_;
+    File file_{-1};
 };
 
 /// Where a chain of symbolic links ends; the file there need not exist.
@@ -187,12 +207,6 @@ void carryUserAttributes(const fs::path& old, int file) {
     }
 }
 
-struct stat statusOf(int file, const fs::path& path) {
-    struct stat status {};
-    if (::fstat(file, &status) != 0) throw errorFor(errno, path);
-    return status;
-}
-
 /// Gives the file owner, group and rights of the old one. Only root may give a file away; where
 /// the owner cannot be kept, the group is, or it would be locked out, unless it may just what
 /// others may. What is right already is not set: not every file system can.
@@ -220,6 +234,19 @@ void flushFolder(const fs::path& folder) {
     if (file.descriptor() >= 0) static_cast<void>(::fsync(file.descriptor()));
 }
 
+/// A file system of a network may have renamed the file and tell of a failure all the same: the
+/// answer was lost, and asked again the server found no such file any more.
+void takePlace(const TemporaryFile& file, const fs::path& target) {
+    if (::rename(file.path().c_str(), target.c_str()) == 0) return;
+    const auto error = errorFor(errno, target);
+    struct stat there {};
+    const struct stat ours = statusOf(file.descriptor(), target);
+    if (::lstat(target.c_str(), &there) != 0 || there.st_dev != ours.st_dev ||
+        there.st_ino != ours.st_ino) {
+        throw error;
+    }
+}
+
 class PosixDisk : public Disk {
  public:
     bool exists(const std::string& path) override {
@@ -230,9 +257,11 @@ class PosixDisk : public Disk {
     std::optional<FileStamp> stampOf(const std::string& path) override {
         struct stat status {};
         if (::stat(path.c_str(), &status) != 0) return std::nullopt;
-        return FileStamp{
-            static_cast<std::uint64_t>(status.st_size),
-            status.st_mtim.tv_sec * std::int64_t{1'000'000'000} + status.st_mtim.tv_nsec};
+        const auto nanoseconds = [](const timespec& time) {
+            return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+        };
+        return FileStamp{static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
+                         status.st_ino, nanoseconds(status.st_ctim)};
     }
 
     InputFile openToRead(const std::string& path) override {
@@ -266,21 +295,13 @@ class PosixDisk : public Disk {
         const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
         removeWhatTheDeadLeft(folder);
 
-        TemporaryFile temporary(folder / temporaryName());
-        const mode_t mode = old ? 0600U : 0666U;  // nobody else's until it has the old one's rights
-        const File file(
-            ::open(temporary.path().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-        if (file.descriptor() < 0) {
-            const auto error = errorFor(errno, temporary.path());
-            temporary.keep();  // it is not ours
-            throw error;
-        }
-        contents([&](std::string_view bytes) { writeAll(file.descriptor(), bytes, target); });
-        if (old) carryRights(target, *old, file.descriptor());
-        if (::fsync(file.descriptor()) != 0) throw errorFor(errno, target);
-        if (::rename(temporary.path().c_str(), target.c_str()) != 0) {
-            throw errorFor(errno, target);
-        }
+        // Nobody else's until it has the old one's rights.
+        TemporaryFile temporary(folder, old ? 0600U : 0666U);
+        const int file = temporary.descriptor();
+        contents([&](std::string_view bytes) { writeAll(file, bytes, target); });
+        if (old) carryRights(target, *old, file);
+        if (::fsync(file) != 0) throw errorFor(errno, target);
+        takePlace(temporary, target);
         temporary.keep();
         flushFolder(folder);
     }
