@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <utility>
 
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
@@ -399,11 +400,17 @@ void frmEditing::InitObjects() {
 void frmEditing::loadingStarted() {
     pnlImpStat.visible = true;
     pnlImpStat.progress = 0;
+    pnlImpStat.offersCancel = false;
     EnMenuButt(commandStates::loading);
     desktop_.processPendingEvents();  // the panel is to be seen before the work begins
 }
 
 void frmEditing::itemLoaded() { pnlImpStat.progress = (pnlImpStat.progress + 1) % 100; }
+
+void frmEditing::loadingTakesLong() {
+    if (std::exchange(pnlImpStat.offersCancel, true)) return;
+    formChanged();
+}
 
 /// What follows, the opened configuration or none, is shown with it.
 void frmEditing::loadingEnded() { pnlImpStat.visible = false; }

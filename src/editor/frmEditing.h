@@ -70,7 +70,8 @@ class frmEditing final : public LifecycleWindow {
     struct StatusPanel {
         bool visible = false;
         std::string lblLabel = "Loading File ....";
-        int progress = 0;  ///< runs from 0 to 99, again and again
+        int progress = 0;           ///< runs from 0 to 99, again and again
+        bool offersCancel = false;  ///< once the file has been read for a second
     };
 
     frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk& disk,
@@ -111,6 +112,8 @@ class frmEditing final : public LifecycleWindow {
     void ListView1_ColumnClick(std::size_t column);
     /// Whether what is selected in a view has properties, which its double click opens.
     bool hasProperties(ActiveControl view) const;
+    /// The status panel's Cancel: ends the reading of the file.
+    void pnlImpStat_Cancel() { lifecycle_.cancelLoading(); }
     /// A drag within the tree.
     TreeDrag& treeDrag() { return drag_; }
     /// What the signs in the views tell.
@@ -165,6 +168,7 @@ class frmEditing final : public LifecycleWindow {
     void InitObjects() override;
     void loadingStarted() override;
     void itemLoaded() override;
+    void loadingTakesLong() override;
     void loadingEnded() override;
     void configurationOpened() override;
     void configurationClosed() override;

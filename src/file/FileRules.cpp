@@ -346,7 +346,7 @@ class FileRules::Surveyor {
         if (place.isAsItStands && (glance.isReadAsItStands() ||
                                    ::faultOf(name, FilePlace::content).kind == FaultKind::none)) {
             // Of such items no two have one key, as their records do not.
-            if (place.keyLength + 1 + name.size() > mostKeyBytes) refuse(item, tooLong);
+            countKey(item, place.keyLength + 1 + name.size());
             if (glance.hasPoint || !hasNoBranchBeside) toMeet_.push_back(&item);
             return;
         }
@@ -370,9 +370,17 @@ class FileRules::Surveyor {
             meetOthers(*item, item->key(), items_);
     }
 
+    void countKey(const Node& node, std::size_t length) {
+        if (length > mostKeyBytes) refuse(node, "has a path longer than 64 KB");
+        keyBytes_ += length;
+        if (keyBytes_ > mostBytesOfAllKeys) {
+            refuse(node, "and all before it have paths longer than 128 MB together");
+        }
+    }
+
     /// The key may differ in case from the one that is read. It is as long.
     void meet(const Node& node, const SharedText& key, Set& ofItsKind) {
-        if (key.size() > mostKeyBytes) refuse(node, tooLong);
+        countKey(node, key.size());
         meetOthers(node, key, ofItsKind);
         ofItsKind.add({key, &node});
     }
@@ -429,13 +437,13 @@ class FileRules::Surveyor {
     const FileRules& rules_;
     const Document& document_;
     Survey found_;
-    static constexpr const char* tooLong = "has a path longer than 64 KB";
 
     Set devices_, branches_, items_;
     bool hasPoint_ = false;                         // in the name of a device or a branch
     std::unordered_set<const Node*> changedItems_;  // that reading changes, or their path
     std::vector<const Node*> toMeet_;               // of the other items
     std::size_t branchCount_ = 0;
+    std::size_t keyBytes_ = 0;  // of all keys so far
     std::size_t itemCount_ = 0;
 };
 

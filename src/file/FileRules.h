@@ -59,10 +59,12 @@ std::string asRead(std::string_view text, FilePlace place);
 /// below which there is no branch and no item.
 bool isSaved(const Node& node);
 
-/// What is read and saved at most: branches within one another in a device, and bytes of a key.
-/// Keys are paths: without bounds, the memory for them grows with the square of a file's depth.
+/// What is read and saved at most: branches within one another in a device, bytes of a key, and
+/// bytes of all keys together. Keys are paths: without bounds, the memory for them grows with the
+/// square of a file. All keys: 2 KB for each of the 65,536 group addresses of a bus.
 inline constexpr std::size_t mostBranchLevels = 1000;
 inline constexpr std::size_t mostKeyBytes = 64UL * 1024;
+inline constexpr std::size_t mostBytesOfAllKeys = 128UL * 1024 * 1024;
 
 /// The rules for one document as it is now. What takes a look at the whole of it is worked out when
 /// it is first asked for after a change, in one walk.

@@ -1,7 +1,7 @@
 #include "file/ImportXML.h"
 
+#include <cstdint>
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "base/Numbers.h"
@@ -27,24 +27,22 @@ std::size_t lengthOfName(const XmlElement& device) {
 /// element: a key cannot tell, as names may hold the "." that keys are joined with.
 class Importer : public XmlListener {
  public:
-    Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead)
-        : document_(document), turns_(desktop), itemRead_(itemRead) {}
+    Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead,
+             const std::function<bool()>& goesOn)
+        : document_(document), turns_(desktop, goesOn), itemRead_(itemRead) {}
 
     bool began(const XmlElement& element) override {
-        path_.push_back(refusal_ ? Place() : placeOf(element));
+        path_.push_back(placeOf(element));
         return path_.back().role == Role::item;
     }
 
     void ended(const XmlElement& element) override {
         const Role role = path_.back().role;
         path_.pop_back();
-        if (role == Role::item && !refusal_) readItem(element, path_.back());
+        if (role == Role::item) readItem(element, path_.back());
     }
 
-    /// After the whole file: raises what reading it was refused for.
-    void finish() const {
-        if (refusal_) throw RunTimeError(*refusal_);
-    }
+    void pieceRead() override { turns_.pieceDone(); }
 
     /// False when the file is another one's.
     bool isConfiguration() const { return isConfiguration_; }
@@ -93,19 +91,23 @@ class Importer : public XmlListener {
                     parent.branches + 1};
         if (place.branches > mostBranchLevels) {
             refuse("Branches lie within one another more than 1,000 deep");
-        } else if (isWithinLimit(place.length) && parent.node != nullptr) {
-            place.node = BrowseBranch(element, *parent.node);
         }
+        countKey(place.length);
+        if (parent.node != nullptr) place.node = BrowseBranch(element, *parent.node);
         return place;
     }
 
-    /// Once it is sure that the rest of the file is XML, that is told.
-    void refuse(const char* reason) { refusal_.emplace(ErrorNumber::invalidFileFormat, reason); }
+    [[noreturn]] static void refuse(const char* reason) {
+        throw RunTimeError(ErrorNumber::invalidFileFormat, reason);
+    }
 
-    bool isWithinLimit(std::size_t keyLength) {
-        if (keyLength <= mostKeyBytes) return true;
-        refuse("The path to a branch or an item is longer than 64 KB");
-        return false;
+    /// Before the key is made.
+    void countKey(std::size_t length) {
+        if (length > mostKeyBytes) refuse("The path to a branch or an item is longer than 64 KB");
+        keyBytes_ += length;
+        if (keyBytes_ > mostBytesOfAllKeys) {
+            refuse("The paths to all branches and items are longer than 128 MB together");
+        }
     }
 
     void readSettings(const XmlElement& element) {
@@ -141,7 +143,6 @@ class Importer : public XmlListener {
                 node = &document_.add(item, parent);
                 makeVisible(*node);
                 itemRead_();
-                turns_.pieceDone();
             } else {
                 const auto branch = std::make_shared<clsBranch>();
                 branch->build(element, deviceName_);
@@ -156,7 +157,8 @@ class Importer : public XmlListener {
         std::size_t length = parent.length + 1;
         for (const auto& child : element.children)
             if (child.name == "NAME") length += child.text.size();
-        if (isWithinLimit(length) && parent.node != nullptr) BrowseBranch(element, *parent.node);
+        countKey(length);
+        if (parent.node != nullptr) BrowseBranch(element, *parent.node);
     }
 
     /// The parent's own parents are expanded since it was read itself.
@@ -168,30 +170,30 @@ class Importer : public XmlListener {
     const std::function<void()>& itemRead_;
     std::vector<Place> path_;  // of the elements that have begun and not ended
     SharedText deviceName_;
-    std::optional<RunTimeError> refusal_;
+    std::uint64_t keyBytes_ = 0;  // of all keys so far
     bool isConfiguration_ = false;
 };
 
 }  // namespace
 
 bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop& desktop,
-               const std::function<void()>& itemRead) {
+               const std::function<void()>& itemRead, const std::function<bool()>& goesOn) {
     const BusyPointer busy(desktop);
-    Importer importer(document, desktop, itemRead);
+    Importer importer(document, desktop, itemRead, goesOn);
     const bool isRead = reportErrors(desktop, "ImportXML", [&] {
         const ConfigTree::BulkChange bulk(document.tree());
         const GlobalSets settings = document.settings();
         try {
             readXml(disk, path, importer);
-            importer.finish();
+            if (!goesOn()) throw RunTimeError(ErrorNumber::cancelled);
         } catch (...) {
             // Nothing is made of a part of a file.
             document.setSettings(settings);
             document.startAt(path);
-            throw;
+            if (goesOn()) throw;  // who cancelled the reading need not be told
         }
     });
-    if (!isRead) return false;
+    if (!isRead || !goesOn()) return false;
     reportErrors(desktop, "ImportXML", [&] {
         importer.messages().showOn(desktop);
         if (!importer.isConfiguration()) {

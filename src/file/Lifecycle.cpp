@@ -35,24 +35,53 @@ void Lifecycle::mnuOpenCfg_Click(const std::string& given) {
         // A file that cannot even be read costs the user nothing: what is open stays open.
         if (!reportErrors(desktop_, "ImportXML", [&] { disk_.openToRead(path); })) return;
 
-        window_.InitObjects();
-        // The old configuration is gone. Were it still counted as open, a failed reading would
-        // leave an empty one that asks to be saved over the file just chosen.
-        document_.open = false;
-        document_.startAt(path);
-        noteFile(path);
-        window_.loadingStarted();
-        const bool read =
-            ImportXML(path, document_, disk_, desktop_, [&] { window_.itemLoaded(); });
-        window_.loadingEnded();
-        if (!read) return window_.configurationClosed();
-
-        document_.setCountersFromRecords();
-        window_.listDevices();
-        document_.open = true;
-        document_.saved = true;
-        window_.configurationOpened();
+        load(path);
+        if (loading_.endsApplication) mnuExit_Click();
     });
+}
+
+/// Lives while a file is read.
+class Lifecycle::LoadingUnderWay {
+ public:
+    explicit LoadingUnderWay(Loading& loading) : loading_(loading) {
+        loading_ = {.underWay = true};
+    }
+    LoadingUnderWay(const LoadingUnderWay&) = delete;
+    LoadingUnderWay& operator=(const LoadingUnderWay&) = delete;
+    ~LoadingUnderWay() { loading_.underWay = false; }
+
+ private:
+    Loading& loading_;
+};
+
+void Lifecycle::load(const std::string& path) {
+    window_.InitObjects();
+    // The old configuration is gone. Were it still counted as open, a failed reading would
+    // leave an empty one that asks to be saved over the file just chosen.
+    document_.open = false;
+    document_.startAt(path);
+    noteFile(path);
+    const LoadingUnderWay underWay(loading_);
+    window_.loadingStarted();
+    const auto began = std::chrono::steady_clock::now();
+    const bool read = ImportXML(
+        path, document_, disk_, desktop_, [&] { window_.itemLoaded(); },
+        [&] { return goesOn(began); });
+    window_.loadingEnded();
+    if (!read) return window_.configurationClosed();
+
+    document_.setCountersFromRecords();
+    window_.listDevices();
+    document_.open = true;
+    document_.saved = true;
+    window_.configurationOpened();
+}
+
+/// Whether the reading goes on that began then.
+bool Lifecycle::goesOn(std::chrono::steady_clock::time_point began) {
+    constexpr std::chrono::seconds patience(1);
+    if (std::chrono::steady_clock::now() - began > patience) window_.loadingTakesLong();
+    return loading_.goesOn;
 }
 
 void Lifecycle::mnuSaveCfg_Click() { save(); }
@@ -75,6 +104,7 @@ bool Lifecycle::Form_Unload() { return leave("Form_Unload"); }
 
 bool Lifecycle::mayEnd(const std::function<bool()>& mayAsk) {
     bool may = false;
+    if (loading_.underWay) cancelLoading();
     reportErrors(desktop_, "Form_Unload", [&] { may = !unsaved() || !mayAsk() || saveFirst(); });
     return may;
 }
@@ -99,7 +129,8 @@ Lifecycle::SaveOutcome Lifecycle::save() {
             return;
         }
         const std::string path = document_.currentPath();
-        if (!mayReplace(path)) {
+        auto known = path == lastPath_ ? lastStamp_ : disk_.stampOf(path);
+        if (!mayReplace(path, known)) {
             outcome = SaveOutcome::declined;
             return;
         }
@@ -110,6 +141,11 @@ Lifecycle::SaveOutcome Lifecycle::save() {
         switch (answer) {
             case Answer::yes:
                 if (!canBeReadBack()) return;
+                // The questions may have stood for long.
+                if (!mayReplace(path, known)) {
+                    outcome = SaveOutcome::declined;
+                    break;
+                }
                 outcome = write(path);
                 if (outcome == SaveOutcome::saved) desktop_.showMessage(path + " saved");
                 break;
@@ -133,11 +169,12 @@ Lifecycle::SaveOutcome Lifecycle::saveAs() {
             const std::string folder = present.substr(0, present.find_last_of(separator) + 1);
             const std::string path = desktop_.chooseFileToSave(
                 "Save configuration", configurationFiles, folder + proposedFileName());
-            if (!mayReplace(path)) {
+            auto known = path == lastPath_ ? lastStamp_ : disk_.stampOf(path);
+            if (!canBeReadBack()) return;
+            if (!mayReplace(path, known)) {
                 outcome = SaveOutcome::declined;
                 return;
             }
-            if (!canBeReadBack()) return;
             document_.setPath(path);
             outcome = write(path);
         } catch (const RunTimeError& error) {
@@ -153,15 +190,18 @@ void Lifecycle::noteFile(const std::string& path) {
     lastStamp_ = disk_.stampOf(path);
 }
 
-/// Asks when another program has changed the file since it was read or written here. One that was
-/// removed meanwhile is in nobody's way.
-bool Lifecycle::mayReplace(const std::string& path) {
-    if (path != lastPath_) return true;
-    const auto stamp = disk_.stampOf(path);
-    return !stamp || stamp == lastStamp_ ||
-           desktop_.askYesNo("File " + path +
-                             " was changed by another program since it was last read or saved "
-                             "here. Go on with saving?");
+/// Asks while another program has changed the file since it was as `known`, which becomes what the
+/// user knows of. One that was removed meanwhile is in nobody's way.
+bool Lifecycle::mayReplace(const std::string& path, std::optional<FileStamp>& known) {
+    for (auto stamp = disk_.stampOf(path); stamp && stamp != known; stamp = disk_.stampOf(path)) {
+        if (!desktop_.askYesNo("File " + path +
+                               " was changed by another program since it was last read or saved "
+                               "here. Go on with saving?")) {
+            return false;
+        }
+        known = stamp;
+    }
+    return true;
 }
 
 /// Whether it is to be written. Else the user has been told, or has said so, and sees the node.
@@ -208,6 +248,11 @@ bool Lifecycle::saveFirst(const char* question) {
 /// when the user wanted to save and the writing failed, it goes on, or the work would be lost.
 bool Lifecycle::leave(const char* routine) {
     bool leaving = false;
+    if (loading_.underWay) {
+        loading_.goesOn = false;
+        loading_.endsApplication = true;
+        return false;
+    }
     reportErrors(desktop_, routine, [&] {
         if (unsaved() && desktop_.askYesNo(saveActiveQuestion) && save() == SaveOutcome::failed) {
             return;

@@ -1,6 +1,7 @@
 // New, open, save, save as, close and exit: the life of the open configuration.
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <optional>
 #include <string>
@@ -21,6 +22,8 @@ class LifecycleWindow {
     /// A file begins to be read: all commands wait.
     virtual void loadingStarted() = 0;
     virtual void itemLoaded() = 0;
+    /// The file has been read for a second: the user may want to end that.
+    virtual void loadingTakesLong() = 0;
     virtual void loadingEnded() = 0;
     /// There is a configuration to show and to edit.
     virtual void configurationOpened() = 0;
@@ -53,11 +56,14 @@ class Lifecycle {
     void mnuNewCfg_Click();
     /// Asks for the file, unless it is given.
     void mnuOpenCfg_Click(const std::string& given = {});
+    /// Ends the reading of a file, if there is one under way, as if it had failed.
+    void cancelLoading() { loading_.goesOn = false; }
     void mnuSaveCfg_Click();
     void mnuSaveAs_Click();
     void mnuCloseCfg_Click();
     void mnuExit_Click();
-    /// The main window is being closed. False when it must stay.
+    /// The main window is being closed. False when it must stay. While a file is read, that comes
+    /// to an end first; then the application ends.
     bool Form_Unload();
     /// The program is told to end, by the desktop whose session ends. False when it must not: the
     /// user wanted to save, and it is still not saved. Where `mayAsk` says that no question may be
@@ -76,12 +82,23 @@ class Lifecycle {
  private:
     enum class SaveOutcome { saved, declined, failed };
 
+    /// The reading of a file: events may come to the editor meanwhile.
+    struct Loading {
+        bool underWay = false;
+        bool goesOn = true;
+        bool endsApplication = false;
+    };
+
     SaveOutcome save();
     SaveOutcome saveAs();
     bool canBeReadBack();
     SaveOutcome write(const std::string& path);
+    class LoadingUnderWay;
+
+    void load(const std::string& path);
+    bool goesOn(std::chrono::steady_clock::time_point began);
     void noteFile(const std::string& path);
-    bool mayReplace(const std::string& path);
+    bool mayReplace(const std::string& path, std::optional<FileStamp>& known);
     bool leave(const char* routine);
     bool unsaved() const { return document_.open && !document_.saved; }
 
@@ -94,4 +111,5 @@ class Lifecycle {
     /// The file that was read or written last, as it was then.
     std::string lastPath_;
     std::optional<FileStamp> lastStamp_;
+    Loading loading_;
 };

@@ -29,7 +29,10 @@ class Builder {
         if (parser_ == nullptr) throw std::bad_alloc();
         XML_SetUserData(parser_.get(), this);
         XML_SetElementHandler(parser_.get(), startElement, endElement);
+        XML_SetCommentHandler(parser_.get(), comment);
+        XML_SetProcessingInstructionHandler(parser_.get(), processingInstruction);
         XML_SetEntityDeclHandler(parser_.get(), entityDeclared);
+        XML_SetAttlistDeclHandler(parser_.get(), attributeDeclared);
         XML_SetNotStandaloneHandler(parser_.get(), notStandalone);
         XML_SetUnknownEncodingHandler(parser_.get(), unknownEncoding, this);
     }
@@ -56,10 +59,7 @@ class Builder {
         if (status == XML_STATUS_OK) return;
         const auto code = XML_GetErrorCode(parser_.get());
         if (code == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
-        const char* reason = refusal_ != nullptr ? refusal_ : XML_ErrorString(code);
-        throw RunTimeError(
-            ErrorNumber::invalidFileFormat,
-            "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
+        refuse(XML_ErrorString(code));
     }
 
  private:
@@ -75,9 +75,10 @@ class Builder {
         }
     }
 
-    void refuse(const char* reason) {
-        refusal_ = reason;
-        XML_StopParser(parser_.get(), XML_FALSE);
+    [[noreturn]] void refuse(const char* reason) {
+        throw RunTimeError(
+            ErrorNumber::invalidFileFormat,
+            "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
     }
 
     static Builder& of(void* userData) { return *static_cast<Builder*>(userData); }
@@ -112,11 +113,28 @@ class Builder {
         return XML_STATUS_OK;
     }
 
+    static void XMLCALL comment(void* userData, const XML_Char* /*text*/) {
+        of(userData).guard([](Builder& builder) { builder.listener_.pieceRead(); });
+    }
+
+    static void XMLCALL processingInstruction(void* userData, const XML_Char* /*target*/,
+                                              const XML_Char* /*data*/) {
+        comment(userData, nullptr);
+    }
+
     static void XMLCALL entityDeclared(void* userData, const XML_Char* /*name*/, int /*parameter*/,
                                        const XML_Char* /*value*/, int /*length*/,
                                        const XML_Char* /*base*/, const XML_Char* /*system*/,
                                        const XML_Char* /*publicId*/, const XML_Char* /*notation*/) {
-        of(userData).refuse("entity declarations are not accepted");
+        of(userData).guard(
+            [](Builder& builder) { builder.refuse("entity declarations are not accepted"); });
+    }
+
+    static void XMLCALL attributeDeclared(void* userData, const XML_Char* /*element*/,
+                                          const XML_Char* /*attribute*/, const XML_Char* /*type*/,
+                                          const XML_Char* /*value*/, int /*isRequired*/) {
+        of(userData).guard(
+            [](Builder& builder) { builder.refuse("attribute declarations are not accepted"); });
     }
 
     /// A text that leans on declarations elsewhere is refused: entities whose declarations were
@@ -124,6 +142,10 @@ class Builder {
     static int XMLCALL notStandalone(void* /*userData*/) { return XML_STATUS_ERROR; }
 
     void start(const XML_Char* name, const XML_Char** attributes) {
+        listener_.pieceRead();
+        if (open_ + levelsInside_ == mostElementLevels) {
+            refuse("elements lie within one another too deep");
+        }
         if (wantsChildren_) {
             if (levelsInside_++ == 0) {
                 beginChild(name);
@@ -140,10 +162,8 @@ class Builder {
         element.name.clear();
         appendUpperCase(element.name, name);
         element.attributes.clear();
-        // Not those that a document type adds: they are not in the element.
-        const int specified = XML_GetSpecifiedAttributeCount(parser_.get());
-        for (int i = 0; i < specified; i += 2)
-            element.attributes.emplace_back(attributes[i], attributes[i + 1]);
+        for (; *attributes != nullptr; attributes += 2)
+            element.attributes.emplace_back(attributes[0], attributes[1]);
         element.children = {};
         wantsChildren_ = listener_.began(element);
         childCount_ = 0;
@@ -207,7 +227,6 @@ class Builder {
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser_;
     std::deque<XmlElement> elements_;  // those that are open come first; the others are used anew
     std::size_t open_ = 0;
-    const char* refusal_ = nullptr;
     std::exception_ptr failure_;
     char* room_ = nullptr;  // for the piece that comes next
     bool hasBegun_ = false;
@@ -228,5 +247,6 @@ void readXml(Disk& disk, const std::string& path, XmlListener& listener) {
     Builder builder(listener);
     disk.readPieces(
         path, [&](std::size_t bytes) { return builder.room(bytes); },
-        [&](std::size_t bytes, bool isLast) { builder.parse(bytes, isLast); });
+        [&](std::size_t bytes, bool isLast) { builder.parse(bytes, isLast); },
+        [&] { listener.pieceRead(); });
 }

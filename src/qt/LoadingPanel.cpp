@@ -1,13 +1,21 @@
 #include "qt/LoadingPanel.h"
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "qt/Text.h"
 
-LoadingPanel::LoadingPanel(const frmEditing::StatusPanel& panel, QWidget* parent)
-    : QFrame(parent), panel_(panel), label_(new QLabel(this)), bar_(new QProgressBar(this)) {
+LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
+    : QFrame(parent),
+      form_(form),
+      panel_(form.pnlImpStat),
+      label_(new QLabel(this)),
+      bar_(new QProgressBar(this)),
+      cancel_(new QPushButton(tr("Cancel"), this)) {
     setObjectName("pnlImpStat");
     setAccessibleName(tr("Loading"));
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
@@ -17,12 +25,22 @@ LoadingPanel::LoadingPanel(const frmEditing::StatusPanel& panel, QWidget* parent
     bar_->setRange(0, 99);
     bar_->setTextVisible(false);
     bar_->setAccessibleName(tr("Progress of loading"));
+    cancel_->setObjectName("cmdCancel");
+    cancel_->setFocusPolicy(Qt::NoFocus);
+    QSizePolicy keepsItsPlace = cancel_->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    cancel_->setSizePolicy(keepsItsPlace);
     auto* column = new QVBoxLayout(this);
     const int margin = fontMetrics().height();
     column->setContentsMargins(margin * 2, margin, margin * 2, margin);
     column->addWidget(label_);
     column->addWidget(bar_);
-    connect(&refresh_, &QTimer::timeout, this, [this] { bar_->setValue(panel_.progress); });
+    column->addWidget(cancel_, 0, Qt::AlignCenter);
+    connect(cancel_, &QPushButton::clicked, this, [this] { form_.pnlImpStat_Cancel(); });
+    connect(&refresh_, &QTimer::timeout, this, [this] {
+        bar_->setValue(panel_.progress);
+        if (panel_.offersCancel) takeInput();
+    });
     hide();
 }
 
@@ -33,6 +51,7 @@ void LoadingPanel::centerIn(QSize area) {
 }
 
 void LoadingPanel::follow() {
+    cancel_->setVisible(panel_.offersCancel);
     if (isVisible() == panel_.visible) return;
     label_->setText(toQt(panel_.lblLabel));
     bar_->setValue(panel_.progress);
@@ -42,5 +61,41 @@ void LoadingPanel::follow() {
         refresh_.start(40);
     } else {
         refresh_.stop();
+    }
+}
+
+/// The work gives events a turn, but none to the user's, which would find the editor in the middle
+/// of something. Here they have one, and only the panel gets them.
+void LoadingPanel::takeInput() {
+    refresh_.stop();
+    qApp->installEventFilter(this);
+    QCoreApplication::processEvents();
+    qApp->removeEventFilter(this);
+    if (panel_.visible) refresh_.start();
+}
+
+bool LoadingPanel::eventFilter(QObject* object, QEvent* event) {
+    if (QApplication::activeModalWidget() != nullptr) return false;  // which keeps all to itself
+    switch (event->type()) {
+        case QEvent::KeyPress:
+            if (static_cast<QKeyEvent*>(event)->matches(QKeySequence::Cancel)) {
+                form_.pnlImpStat_Cancel();
+            }
+            return true;
+        case QEvent::MouseButtonPress:
+        case QEvent::MouseButtonRelease:
+        case QEvent::MouseButtonDblClick:
+        case QEvent::MouseMove:
+            // A window's goes to the widget under the pointer, and comes here again.
+            return !object->isWindowType() && object != cancel_;
+        case QEvent::KeyRelease:
+        case QEvent::ShortcutOverride:
+        case QEvent::Shortcut:
+        case QEvent::InputMethod:
+        case QEvent::ContextMenu:
+        case QEvent::Wheel:
+        case QEvent::TouchBegin:
+        case QEvent::TabletPress: return true;
+        default: return false;
     }
 }

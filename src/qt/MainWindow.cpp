@@ -81,7 +81,7 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
       toolbar_(new QToolBar(client_)),
       tree_(new TreePane(document.tree(), form.fileRules(), form.treeDrag(), client_)),
       list_(new ListPane(form.ListView1, form.fileRules(), client_)),
-      panel_(new LoadingPanel(form.pnlImpStat, client_)),
+      panel_(new LoadingPanel(form, client_)),
       hint_(makeHint(client_)),
       innerArea_(client_) {
     setObjectName("frmEditing");
@@ -270,11 +270,13 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
                        form_.acceptsFile(fromQt(fileIn(*event))));
 }
 
-/// Once the drag is over: it may hold the mouse, and the questions need it.
+/// Once the drag is over: it may hold the mouse, and the questions need it. By then a command may
+/// have begun, and its dialog be open: then the file was dropped too late.
 void MainWindow::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
     event->accept();
     QTimer::singleShot(0, this, [this, path = fromQt(fileIn(*event))] {
+        if (QApplication::activeModalWidget() != nullptr) return;
         activateWindow();
         form_.dropFile(path);
     });

@@ -1,9 +1,14 @@
 // The samples, and files and configurations at the ends of what the editor takes.
 #ifndef _WIN32
 #include <malloc.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #endif
 
+#include <chrono>
 #include <ctime>
+#include <thread>
 
 #include "support/EditorWorld.h"
 
@@ -102,6 +107,8 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
         " Error n. 321  The path to a branch or an item is longer than 64 KB in ImportXML\n";
     EXPECT_EQ(opened(nested(1001, "F", "")), deep);
     EXPECT_EQ(opened(nested(60000, "F", tag("x"))), deep);
+    EXPECT_EQ(opened("<a>" + nested(2000, "F", "") + "</a>"),
+              " Error n. 321  Line 1: elements lie within one another too deep in ImportXML\n");
     EXPECT_EQ(opened(nested(200, std::string(600, 'n'), "")), lengthy);
     EXPECT_EQ(opened(nested(1, "F", tag(std::string(65533, 'n')))), lengthy);
     std::string wide;
@@ -168,6 +175,45 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
 #endif
 }
 
+/// As an assistive tool or the desktop can at any time, and the panel's Cancel once it is there.
+TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
+    std::string branches;
+    for (int i = 0; i < 300'000; ++i)
+        branches += "<B" + std::to_string(i) + "/>";
+    const std::string many = configuration(plc("P", branches), "<SETTINGS port='COM7'/>");
+    const std::pair<std::function<void()>, bool> ends[] = {
+        {[&] { EXPECT_FALSE(editor.Form_Unload()); }, true},
+        {[&] { editor.run(commandNamed("mnuExit")); }, true},
+        {[&] { EXPECT_TRUE(editor.mayEnd([] { return true; })); }, false},
+        {[&] { editor.pnlImpStat_Cancel(); }, false}};
+    for (const auto& [end, endsApplication] : ends) {
+        open("/small.xml", configuration(plc("Plant")));
+        int turns = 0;
+        desktop.onPendingEvents = [&, act = end] {
+            EXPECT_FALSE(editor.pnlImpStat.offersCancel || applicationEnded);
+            if (++turns == 2) act();
+        };
+        open("/many.xml", many);
+        desktop.onPendingEvents = [] {};
+        EXPECT_EQ(turns, 2);
+        EXPECT_EQ(std::exchange(applicationEnded, false), endsApplication);
+        EXPECT_EQ(told(), endsApplication ? "" : outline(document));
+        EXPECT_EQ(document.branches().count(), 0U);
+        EXPECT_EQ(document.settings().port, "COM1");
+        EXPECT_TRUE(!document.open && !editor.pnlImpStat.visible && !editor.TreeView1.enabled);
+    }
+    EXPECT_EQ(document.currentPath(), "/many.xml");
+    EXPECT_EQ(enabledNow(), enabledIn(commandStates::noConfiguration));
+
+    bool offered = false;
+    desktop.onPendingEvents = [&] {
+        offered |= editor.pnlImpStat.offersCancel;
+        std::this_thread::sleep_for(std::chrono::milliseconds(offered ? 0 : 1100));
+    };
+    open("/many.xml", many);
+    EXPECT_TRUE(offered && document.open) << "after a second";
+}
+
 TEST_F(Limits, PastesAreCountedIn16Bits) {
     for (const char* path : {"/a.xml", "/b.xml"}) {
         open(path, configuration(plc("P")));  // nothing is copied, but pastes count, from 1 on
@@ -181,6 +227,140 @@ TEST_F(Limits, PastesAreCountedIn16Bits) {
 }
 
 #ifndef _WIN32
+/// What is made of an input, in a process of its own.
+struct Cost {
+    double seconds = 0;  // of the processor
+    double wait = 0;     // the longest without a turn for the windows
+    double megabytes = 0;
+};
+
+Cost costOf(const std::function<void(EditorWorld&)>& act) {
+    int result[2] = {};
+    EXPECT_EQ(::pipe(result), 0);
+    const auto now = [] { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; };
+    const auto peak = [] {
+        rusage used{};
+        ::getrusage(RUSAGE_SELF, &used);
+        return static_cast<double>(used.ru_maxrss) / 1024;
+    };
+    ::malloc_trim(0);  // or the child would use again what the last input needed
+    const pid_t child = ::fork();
+    if (child == 0) {
+        EditorWorld world;
+        world.disk.writesSpoiledFiles = true;
+        Cost cost;
+        const double memory = peak();
+        const double start = now();
+        double last = start;
+        world.desktop.onPendingEvents = [&] {
+            cost.wait = std::max(cost.wait, now() - last);
+            last = now();
+        };
+        act(world);
+        world.desktop.onPendingEvents();
+        cost.seconds = last - start;
+        cost.megabytes = peak() - memory;
+        const auto written = ::write(result[1], &cost, sizeof cost);
+        ::_exit(written == sizeof cost ? 0 : 1);
+    }
+    Cost cost;
+    EXPECT_EQ(::read(result[0], &cost, sizeof cost), static_cast<ssize_t>(sizeof cost));
+    ::waitpid(child, nullptr, 0);
+    ::close(result[0]);
+    ::close(result[1]);
+    return cost;
+}
+
+std::string repeated(int count, const std::function<std::string(int)>& piece) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += piece(i);
+    return text;
+}
+
+std::string nestedIn(int levels, const std::string& name, const std::string& contents) {
+    const auto all = [&](const std::string& tag) {
+        return repeated(levels, [&](int /*level*/) { return tag; });
+    };
+    return all("<" + name + ">") + contents + all("</" + name + ">");
+}
+
+std::string branchOf(int number) { return "<B" + std::to_string(number) + "/>"; }
+
+/// Each name has 20 parts of 16 letters, which come in two forms: a hash that only multiplies and
+/// shifts takes many of the names for one, whatever it begins with.
+std::string colliding(int number) {
+    std::string name;
+    for (unsigned part = 0; part < 20; ++part)
+        name += (static_cast<unsigned>(number) >> part & 1U) != 0 ? "xxxxxxx{0000200{"
+                                                                  : "xxxxxxx;0000000;";
+    return tag(name);
+}
+
+std::string device(const std::string& contents) { return configuration(plc("P", contents)); }
+
+/// Prints a line of a table for each: COSTS_SCALE=10 makes the inputs ten times as large.
+TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
+    const auto opens = [](EditorWorld& world, const std::string& text) {
+        world.open("/house.xml", text);
+    };
+    const auto pastes = [](EditorWorld& world, const std::string& text) {
+        world.open("/house.xml", device(tag("x")));
+        world.click("P");
+        world.desktop.clipboard = text;
+        world.editor.mnuPasteName_Click();
+    };
+    const struct {
+        const char* name;
+        int count;
+        std::string (*made)(int count);
+        void (*act)(EditorWorld& world, const std::string& text);
+    } inputs[] = {
+        {"branches below a path of 64 KB", 1500,
+         [](int n) { return device(nestedIn(999, std::string(64, 'n'), repeated(n, branchOf))); },
+         opens},
+        {"attributes declared", 20'000,
+         [](int n) {
+             const auto one = [](int i) { return "b" + std::to_string(i) + " CDATA #IMPLIED "; };
+             return "<!DOCTYPE a [<!ATTLIST a " + repeated(n, one) + ">]><a/>";
+         },
+         opens},
+        {"names made to collide", 2000, [](int n) { return device(repeated(n, colliding)); },
+         opens},
+        {"branches", 20'000, [](int n) { return device(repeated(n, branchOf)); }, opens},
+        {"branches of one name", 10'000,
+         [](int n) { return device(repeated(n, [](int /*i*/) { return branchOf(1); })); }, opens},
+        {"comments", 50'000,
+         [](int n) { return device(repeated(n, [](int /*i*/) { return "<!---->"; })); }, opens},
+        {"unknown elements in one another", 50'000, [](int n) { return nestedIn(n, "a", ""); },
+         opens},
+        {"elements in one another in an item", 50'000,
+         [](int n) { return device("<tag>" + nestedIn(n, "a", "") + "</tag>"); }, opens},
+        {"elements in an item", 20'000,
+         [](int n) { return device("<tag>" + repeated(n, branchOf) + "</tag>"); }, opens},
+        {"line feeds pasted as names", 500'000,
+         [](int n) { return std::string(static_cast<std::size_t>(n), '\n'); }, pastes}};
+    const char* const asked = std::getenv("COSTS_SCALE");
+    const int scale = asked == nullptr ? 1 : std::atoi(asked);
+    for (const auto& input : inputs) {
+        Cost before;
+        for (const int times : {1, 3, 9}) {
+            const std::string text = input.made(input.count * times * scale);
+            const double size = static_cast<double>(text.size()) / 1e6;
+            const Cost cost = costOf([&](EditorWorld& world) { input.act(world, text); });
+            std::printf("| %s | %.1f MB | %.2f s | %.2f s | %.0f MB |\n", input.name, size,
+                        cost.seconds, cost.wait, cost.megabytes);
+#ifdef NDEBUG  // promised for the program as it is delivered
+            EXPECT_LT(cost.megabytes, 200 + 60 * size);
+            EXPECT_LT(cost.seconds, 0.5 + 2 * size);
+            EXPECT_LT(cost.wait, 0.5 * scale);
+            EXPECT_TRUE(times == 1 || cost.seconds < 0.3 + 6 * before.seconds);
+#endif
+            before = cost;
+        }
+    }
+}
+
 TEST_F(Limits, MemoryDoesNotGrowInAThousandRounds) {
     std::size_t before = 0;
     for (int round = 1; round <= 1000; ++round) {

@@ -111,6 +111,32 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
     expectTreeAndRegistriesAgree(document);
 }
 
+/// Once for each write of another program that the user has not heard of.
+TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
+    const std::string overwrite = "File " + house + " already existing. Overwrite?\n";
+    const std::string changed = "File " + house +
+                                " was changed by another program since it was last read or saved "
+                                "here. Go on with saving?\n";
+    for (const int before : {0, 1}) {
+        for (const int meanwhile : {0, 1, 2}) {
+            EditorWorld world;
+            world.open(house, example);
+            world.disk.time += before;
+            int left = meanwhile;
+            world.desktop.whileOpen = [&] { world.disk.time += left-- > 0 ? 1 : 0; };
+            world.desktop.willAnswer({Answer::yes, Answer::yes, Answer::yes, Answer::yes});
+            world.editor.mnuSaveCfg_Click();
+            std::string expected = before == 0 ? "" : changed;
+            if (before != 0 && meanwhile > 0) expected = changed + changed;
+            if (before != 0 && meanwhile > 1) expected += changed;
+            expected += overwrite;
+            for (int i = 0; before == 0 && i < meanwhile; ++i)
+                expected += changed;
+            EXPECT_EQ(world.told(), expected + house + " saved\n") << before << meanwhile;
+        }
+    }
+}
+
 TEST(Lifecycle, CostsNobodyWorkOrFileWhateverIsAnsweredAndFails) {
     using enum Answer;
     std::set<std::string> told;

@@ -47,6 +47,9 @@ class FakeDesktop : public Desktop {
     /// When set, the next message or question finds too little memory, and is not shown.
     bool fails = false;
 
+    /// Called in each message, question and chooser while it is open.
+    std::function<void()> whileOpen = [] {};
+
     std::string folder = "/home/ann/Documents/";
     /// Called whenever pending events are given a turn.
     std::function<void()> onPendingEvents = [] {};
@@ -103,9 +106,11 @@ class FakeDesktop : public Desktop {
         onMessage();
         messages_.push_back(text);
         manners_.emplace_back(manner);
+        whileOpen();
     }
 
     std::string choose() {
+        whileOpen();
         if (chooserFault) throw RunTimeError(*chooserFault);
         if (!chosen_) throw RunTimeError(ErrorNumber::cancelled);
         std::string path = std::move(*chosen_);
