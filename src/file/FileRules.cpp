@@ -372,8 +372,9 @@ class FileRules::Surveyor {
 
     void countKey(const Node& node, std::size_t length) {
         if (length > mostKeyBytes) refuse(node, "has a path longer than 64 KB");
+        const bool wasWithin = keyBytes_ <= mostBytesOfAllKeys;
         keyBytes_ += length;
-        if (keyBytes_ > mostBytesOfAllKeys) {
+        if (wasWithin && keyBytes_ > mostBytesOfAllKeys) {
             refuse(node, "and all before it have paths longer than 128 MB together");
         }
     }
