@@ -32,8 +32,7 @@ void frmFind::selectMatch(int skipped) {
         match = node.get();
         if (skipped-- == 0) break;
     }
-    if (match == nullptr) return;
-    focusTree_();
+    if (match == nullptr || !focusTree_()) return;
     document_.tree().select(match);
     document_.tree().ensureVisible(*match);
 }

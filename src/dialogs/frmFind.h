@@ -13,8 +13,9 @@
 /// were added. It stays open beside the main window.
 class frmFind {
  public:
-    /// `focusTree` gives the main window's tree the focus.
-    frmFind(Document& document, Desktop& desktop, std::function<void()> focusTree)
+    /// `focusTree` gives the main window's tree the focus; false, and nothing may be selected,
+    /// while that window waits for another dialog.
+    frmFind(Document& document, Desktop& desktop, std::function<bool()> focusTree)
         : document_(document), desktop_(desktop), focusTree_(std::move(focusTree)) {}
 
     static constexpr const char* caption = "Find Item";
@@ -40,7 +41,7 @@ class frmFind {
 
     Document& document_;
     Desktop& desktop_;
-    std::function<void()> focusTree_;
+    std::function<bool()> focusTree_;
     std::int16_t nextCounter_ = 0;
     bool loaded_ = false;
 };

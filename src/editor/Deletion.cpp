@@ -60,21 +60,23 @@ void Deletion::removeSelectedRows() {
 }
 
 void Deletion::deleteNode() {
-    Node& node = document_.selectedNode();
+    const ConfigTree::Reference node(document_.tree(), &document_.selectedNode());
     const std::string question = "Are you sure you want to delete " + node.text();
-    switch (node.kind()) {
+    switch (node.node().kind()) {
         case NodeKind::plc:
         case NodeKind::branch:
-            if (desktop_.askYesNo(question + " and all its items?", Answer::no)) remove(node);
+            if (desktop_.askYesNo(question + " and all its items?", Answer::no)) {
+                remove(node.node());
+            }
             return;
         case NodeKind::item: return deleteItem(node, question + " ?");
         case NodeKind::config: return;
     }
 }
 
-void Deletion::deleteItem(Node& node, const std::string& question) {
+void Deletion::deleteItem(const ConfigTree::Reference& item, const std::string& question) {
     const Document::Step step(document_, "Delete");
-    if (desktop_.askYesNo(question, Answer::no)) remove(node);
+    if (desktop_.askYesNo(question, Answer::no)) remove(item.node());
     // On No as well; that is meant.
     form_.TreeView1_NodeClick(parentOf(document_.selectedNode()));
 }

@@ -21,7 +21,7 @@ class Deletion {
     void deleteRows();
     void removeSelectedRows();
     void deleteNode();
-    void deleteItem(Node& node, const std::string& question);
+    void deleteItem(const ConfigTree::Reference& item, const std::string& question);
     void remove(Node& node);
 
     Document& document_;

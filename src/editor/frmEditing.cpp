@@ -49,11 +49,11 @@ int fractionOf(double fraction, int whole) {
 frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk& disk,
                        FLRegistry& registry)
     : document_(document),
-      desktop_(desktop),
-      forms_(forms),
+      desktop_(desktop, boxes_),
+      forms_(forms, boxes_),
       fileRules_(document),
-      lifecycle_(document, fileRules_, desktop, disk, registry, *this),
-      import_(document, desktop, disk, lifecycle_, *this),
+      lifecycle_(document, fileRules_, desktop_, disk, registry, *this),
+      import_(document, desktop_, disk, lifecycle_, *this),
       enabled_(commandTable().size()) {}
 
 void frmEditing::Form_Initialize() {
@@ -72,7 +72,7 @@ void frmEditing::Form_Load(FormSize screen) {
 }
 
 bool frmEditing::Form_Unload() {
-    if (!lifecycle_.Form_Unload()) return false;
+    if (!isFree() || !lifecycle_.Form_Unload()) return false;
     unloadFind();
     return true;
 }
@@ -92,6 +92,7 @@ EditingLayout frmEditing::layoutFor(FormSize client) {
 }
 
 void frmEditing::TreeView1_NodeClick(Node& node) {
+    if (!isFree()) return;
     const BusyPointer busy(desktop_);
     reportErrors(desktop_, "TreeView1_NodeClick", [&] {
         document_.sortChildren(node);
@@ -154,6 +155,7 @@ void frmEditing::listDevices() {
 }
 
 void frmEditing::TreeView1_DblClick() {
+    if (!isFree()) return;
     reportErrors(desktop_, "TreeView1_DblClick", [&] {
         Node& node = document_.selectedNode();
         switch (node.kind()) {
@@ -176,7 +178,7 @@ bool frmEditing::acceptsFile(std::string_view path) const {
 }
 
 void frmEditing::dropFile(const std::string& path) {
-    if (!acceptsFile(path)) return;
+    if (!isFree() || !acceptsFile(path)) return;
     if (isExport(path)) {
         import_.mnuImpCfg_Click(path);
     } else {
@@ -227,6 +229,7 @@ void frmEditing::changeItem(Node& node) {
 }
 
 void frmEditing::ListView1_Click() {
+    if (!isFree()) return;
     reportErrors(desktop_, "ListView1_Click", [&] {
         const auto* row = ListView1.selectedRow();
         if (row == nullptr) return;
@@ -240,6 +243,7 @@ void frmEditing::ListView1_Click() {
 }
 
 void frmEditing::ListView1_DblClick() {
+    if (!isFree()) return;
     reportErrors(desktop_, "ListView1_DblClick", [&] {
         const auto* row = ListView1.selectedRow();
         if (row == nullptr) return;
@@ -249,6 +253,7 @@ void frmEditing::ListView1_DblClick() {
 }
 
 void frmEditing::ListView1_ColumnClick(std::size_t column) {
+    if (!isFree()) return;
     reportErrors(desktop_, "ListView1_ColumnClick", [&] { ListView1.sortBy(column); });
 }
 
@@ -364,7 +369,7 @@ void frmEditing::mnuFind_Click() {
 }
 
 void frmEditing::run(const Command& command) {
-    if (command.handler != nullptr) (this->*command.handler)();
+    if (isFree() && command.handler != nullptr) (this->*command.handler)();
 }
 
 void frmEditing::Toolbar1_ButtonClick(std::string_view key) {
@@ -428,9 +433,11 @@ void frmEditing::configurationClosed() {
     EnMenuButt(commandStates::noConfiguration);
 }
 
-void frmEditing::focusTree() {
+bool frmEditing::focusTree() {
+    if (!isFree()) return false;
     activeControl = ActiveControl::tree;
     if (window_ != nullptr) window_->focusTree();
+    return true;
 }
 
 void frmEditing::showFault(const Node& node) {

@@ -9,6 +9,7 @@
 #include "desktop/Desktop.h"
 #include "desktop/FirstMessages.h"
 #include "dialogs/Forms.h"
+#include "dialogs/WatchedForms.h"
 #include "dialogs/frmFind.h"
 #include "editor/Commands.h"
 #include "editor/CopyPaste.h"
@@ -95,6 +96,11 @@ class frmEditing final : public LifecycleWindow {
     /// False when the window is to stay open.
     bool Form_Unload();
     bool mayEnd(const std::function<bool()>& mayAsk) { return lifecycle_.mayEnd(mayAsk); }
+
+    /// False while a box, a chooser or a modal dialog is open: then none of the events and commands
+    /// below does anything. The end of the session may come all the same.
+    bool isFree() const { return !boxes_.any(); }
+
     /// Makes the window's parts follow the size of its inner area; `reference` is the size that
     /// it had, or would have had, as the window opened.
     void Form_Resize(ResizableForm& innerArea, FormSize reference) {
@@ -189,14 +195,15 @@ class frmEditing final : public LifecycleWindow {
     void showViews(ViewState state);
     void listContents(const Node& container, FirstMessages& messages);
     void listItem(const Node& node);
-    void focusTree();
+    bool focusTree();
     void unloadFind();
     void end(int exitStatus);
     void formChanged();
 
     Document& document_;
-    Desktop& desktop_;
-    Forms& forms_;
+    OpenBoxes boxes_;
+    WatchedDesktop desktop_;
+    WatchedForms forms_;
     FileRules fileRules_;
     Lifecycle lifecycle_;
     EtsImport import_;
@@ -204,7 +211,7 @@ class frmEditing final : public LifecycleWindow {
     Deletion deletion_{document_, desktop_, *this};
     TreeDrag drag_{document_, desktop_};
     PastedTexts pastedTexts_{document_, desktop_, forms_, ListView1};
-    frmFind find_{document_, desktop_, [this] { focusTree(); }};
+    frmFind find_{document_, desktop_, [this] { return focusTree(); }};
     mResize resizing_;
     Window* window_ = nullptr;
     std::vector<bool> enabled_;  // by the command table's rows

@@ -265,8 +265,7 @@ void MainWindow::addCommands(QMenu& menu, frmEditing::ActiveControl view) {
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
     // A moved file would be taken away from where it is.
     event->setDropAction(Qt::CopyAction);
-    const bool waits = QApplication::activeModalWidget() != nullptr;
-    event->setAccepted(!waits && event->possibleActions().testFlag(Qt::CopyAction) &&
+    event->setAccepted(form_.isFree() && event->possibleActions().testFlag(Qt::CopyAction) &&
                        form_.acceptsFile(fromQt(fileIn(*event))));
 }
 
@@ -276,7 +275,7 @@ void MainWindow::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
     event->accept();
     QTimer::singleShot(0, this, [this, path = fromQt(fileIn(*event))] {
-        if (QApplication::activeModalWidget() != nullptr) return;
+        if (!form_.isFree()) return;
         activateWindow();
         form_.dropFile(path);
     });

@@ -168,7 +168,27 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
     std::deque<std::string> messages_;
 };
 
+/// All that may come while a box or a dialog is open, none of which may do anything then.
+void allThatMayCome(EditorWorld& world) {
+    world.editor.dropFile("/dropped.xml");
+    for (const Command& command : commandTable())
+        world.editor.run(command);
+    for (const Command* command : toolbarCommands())
+        world.editor.Toolbar1_ButtonClick(command->toolbarKey);
+    if (Node* root = world.document.tree().root()) world.editor.TreeView1_NodeClick(*root);
+    world.editor.TreeView1_DblClick();
+    world.editor.ListView1_Click();
+    world.editor.ListView1_DblClick();
+    world.editor.ListView1_ColumnClick(0);
+    if (world.forms.find != nullptr) world.forms.find->cmdNext_Click();
+    EXPECT_FALSE(world.editor.Form_Unload());
+    // The session, which may not ask. It ends a reading, whose messages may be open now.
+    if (world.editor.pnlImpStat.visible) return;
+    EXPECT_TRUE(world.editor.mayEnd([] { return false; }));
+}
+
 TEST_P(Stories, ComeOutAsTold) {
+    desktop.whileOpen = forms.whileOpen = [this] { allThatMayCome(*this); };
     std::ifstream file(GetParam());
     for (std::string line; std::getline(file, line) && !HasFailure();)
         tell(line);

@@ -25,6 +25,9 @@ class FakeForms : public Forms {
         std::get<std::function<void(Form&)>>(users_) = std::move(user);
     }
 
+    /// Called in each modal dialog before the user does anything there.
+    std::function<void()> whileOpen = [] {};
+
     int aboutShown = 0;
     /// The find dialog while it is shown.
     frmFind* find = nullptr;
@@ -36,12 +39,16 @@ class FakeForms : public Forms {
     void showModal(frmReplace& form) override { playUser(form); }
     void show(frmFind& form) override { find = &form; }
     void close(frmFind& /*form*/) override { find = nullptr; }
-    void showAbout() override { ++aboutShown; }
+    void showAbout() override {
+        ++aboutShown;
+        whileOpen();
+    }
 
  private:
     template <typename Form>
     void playUser(Form& form) {
         const auto user = std::get<std::function<void(Form&)>>(users_);  // who may name another
+        whileOpen();
         if (!user) ADD_FAILURE() << "Nobody said what to do in: " << Form::caption;
         if (user) user(form);
     }

@@ -1,0 +1,68 @@
+// Knows whether a box, a chooser or a modal dialog is open.
+#pragma once
+
+#include <string>
+
+#include "desktop/Desktop.h"
+
+/// While one is open, events go on to come: a file that was dropped before, an entry that an
+/// assistive tool or the desktop's own menu chooses, the second of two clicks. The command that
+/// opened it is half done, and holds what these would change; so nothing else may begin.
+class OpenBoxes {
+ public:
+    /// Lives while one is open.
+    class Open {
+     public:
+        explicit Open(OpenBoxes& boxes) : boxes_(boxes) { ++boxes_.count_; }
+        Open(const Open&) = delete;
+        Open& operator=(const Open&) = delete;
+        ~Open() { --boxes_.count_; }
+
+     private:
+        OpenBoxes& boxes_;
+    };
+
+    bool any() const { return count_ > 0; }
+
+ private:
+    int count_ = 0;
+};
+
+/// Another desktop, whose boxes and choosers are counted.
+class WatchedDesktop : public Desktop {
+ public:
+    WatchedDesktop(Desktop& desktop, OpenBoxes& boxes) : desktop_(desktop), boxes_(boxes) {}
+
+    using Desktop::showMessage;
+    void showMessage(const std::string& text, MessageIcon icon) override {
+        const OpenBoxes::Open open(boxes_);
+        desktop_.showMessage(text, icon);
+    }
+    using Desktop::askYesNo;
+    bool askYesNo(const std::string& text, Answer proposed) override {
+        const OpenBoxes::Open open(boxes_);
+        return desktop_.askYesNo(text, proposed);
+    }
+    Answer askYesNoCancel(const std::string& text) override {
+        const OpenBoxes::Open open(boxes_);
+        return desktop_.askYesNoCancel(text);
+    }
+    std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) override {
+        const OpenBoxes::Open open(boxes_);
+        return desktop_.chooseFileToOpen(title, filter);
+    }
+    std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
+                                 const std::string& proposed) override {
+        const OpenBoxes::Open open(boxes_);
+        return desktop_.chooseFileToSave(title, filter, proposed);
+    }
+    std::string defaultFolder() override { return desktop_.defaultFolder(); }
+    std::string clipboardText() override { return desktop_.clipboardText(); }
+    void clearClipboard() override { desktop_.clearClipboard(); }
+    void setPointer(Pointer pointer) override { desktop_.setPointer(pointer); }
+    void processPendingEvents() override { desktop_.processPendingEvents(); }
+
+ private:
+    Desktop& desktop_;
+    OpenBoxes& boxes_;
+};
