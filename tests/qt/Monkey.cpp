@@ -1,6 +1,9 @@
 #include "qt/Monkey.h"
 
+#include <qpa/qplatformdrag.h>
+#include <qpa/qwindowsysteminterface.h>
 #include <QAbstractItemModelTester>
+
 #include <fstream>
 #include <random>
 #include <regex>
@@ -70,6 +73,7 @@ class Monkey : public QObject {
         std::ofstream(fromQt(folder_.filePath("odd.xml"))) << oddText();
         QGuiApplication::styleHints()->setKeyboardInputInterval(-1);  // the clock plays no part
         qInfo("Seed %d, %d events", seed_, events_);
+        qApp->installEventFilter(this);
         QTimer::singleShot(0, this, &Monkey::turn);
         while (goesOn()) {
             Program program;
@@ -105,7 +109,7 @@ class Monkey : public QObject {
         stage_ = QApplication::activePopupWidget();
         if (stage_ == nullptr) stage_ = QApplication::activeModalWidget();
         if (stage_ == nullptr || !leaves()) act();
-        QCoreApplication::processEvents();
+        if (!oneIn(4)) QCoreApplication::processEvents();
         // While a dialog is open, the work that it belongs to is half done.
         if (level != 1 || QApplication::activeModalWidget() != nullptr) return;
         expectTreeAndRegistriesAgree(program_->document);
@@ -151,10 +155,25 @@ class Monkey : public QObject {
         if (chance < 830) return type();
         if (chance < 920) return scroll();
         if (chance < 970) return resize();
+        if (chance < 976) return dropFile();
+        if (chance < 984) return trigger();
+        if (chance < 988) {
+            note("closes " + stage_->objectName());
+            QWindowSystemInterface::handleCloseEvent(stage_->windowHandle());
+        }
         if (chance < 995) return;
         // As the desktop's session, or a signal, does at any time.
         note("is told to end");
+        if (oneIn(2)) return QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit));
         if (program_->form.mayEnd([this] { return !oneIn(4); })) QCoreApplication::exit();
+    }
+
+    /// As main() does.
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (object != qApp || event->type() != QEvent::Quit) return false;
+        if (program_ != nullptr && program_->form.mayEnd([] { return true; }))
+            QCoreApplication::exit();
+        return true;
     }
 
     QWidget* anyWindow() {
@@ -184,24 +203,64 @@ class Monkey : public QObject {
                 qBound(1, place.y(), stage_->height() - 1)};
     }
 
+    /// Into the toolkit's queue, as a desktop does: what comes second waits there while the first
+    /// may open a box.
     void mouse(QTest::MouseAction deed, Qt::MouseButton button, QPoint place) {
-        // The first click may hide the dialog; no second one reaches a hidden window.
-        if (deed == QTest::MouseDClick &&
-            qobject_cast<QAbstractButton*>(stage_->childAt(place)) != nullptr)
-            deed = QTest::MouseClick;
         QString what;
         QDebug(&what) << "mouse" << deed << button << place << stage_->objectName();
         note(what);
         static const QList<Qt::KeyboardModifiers> modifiers{
             {}, {}, {}, Qt::ControlModifier, Qt::ShiftModifier};
-        held_ = deed == QTest::MousePress ? button : Qt::NoButton;
-        QTest::mouseEvent(deed, stage_->windowHandle(), button, oneOf(modifiers), place);
+        const auto held = oneOf(modifiers);
+        time_ += 1000;  // no double click by chance
+        const int clicks = deed == QTest::MouseDClick ? 2 : 1;
+        for (int click = 0; click < clicks; ++click) {
+            if (deed != QTest::MouseRelease) queue(QEvent::MouseButtonPress, button, held, place);
+            if (deed != QTest::MousePress) queue(QEvent::MouseButtonRelease, button, held, place);
+        }
+    }
+    void queue(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
+               QPoint place) {
+        if (type == QEvent::MouseButtonPress) held_ = button;
+        if (type == QEvent::MouseButtonRelease) held_ = Qt::NoButton;
+        QWindow* const window = stage_->windowHandle();
+        QWindowSystemInterface::handleMouseEvent(window, ++time_, place, window->mapToGlobal(place),
+                                                 held_, button, type, modifiers);
+    }
+
+    /// A file from another program, let go over the window.
+    void dropFile() {
+        const QString file = oneOf(files);
+        note("drops the file " + file);
+        QMimeData content;
+        content.setUrls({QUrl::fromLocalFile(folder_.absoluteFilePath(file))});
+        QWindow* const window = program_->window.windowHandle();
+        const QPoint place(below(window->width()), below(window->height()));
+        const auto copying = Qt::CopyAction | Qt::MoveAction;
+        const bool isTaken =
+            QWindowSystemInterface::handleDrag(window, &content, place, copying, Qt::LeftButton, {})
+                .isAccepted();
+        if (!isTaken) {  // it leaves again
+            QWindowSystemInterface::handleDrag(window, nullptr, {}, Qt::IgnoreAction, {}, {});
+            return;
+        }
+        QWindowSystemInterface::handleDrop(window, &content, place, copying, {}, {});
+        if (oneIn(2)) press(oneOf(keys));  // at once
+    }
+
+    /// Whatever is open: an assistive tool asks nobody.
+    void trigger() {
+        const auto actions = program_->window.findChildren<QAction*>();
+        QAction* const action =
+            oneIn(30) ? program_->window.findChild<QAction*>("mnuExit") : oneOf(actions);
+        note("triggers " + action->objectName() + " " + action->text());
+        action->trigger();
     }
 
     void drag() {
         if (oneIn(8)) return press("Esc");
         const QPoint place = spot();
-        QTest::mouseMove(stage_->windowHandle(), place);
+        queue(QEvent::MouseMove, Qt::NoButton, {}, place);
         if (stage_ != nullptr && oneIn(3)) mouse(QTest::MouseRelease, held_, within(place));
     }
 
@@ -210,6 +269,7 @@ class Monkey : public QObject {
         const QKeyCombination code = QKeySequence(key)[0];
         // A modifier alone may close a menu, and the test library goes on with its window.
         if (qobject_cast<QMenu*>(stage_) != nullptr && code.keyboardModifiers() != 0) return;
+        if (stage_ == nullptr) return;
         const QPointer<QWindow> window(stage_->windowHandle());
         QTest::keyPress(window, code.key(), code.keyboardModifiers());
         if (window) QTest::keyRelease(window, code.key(), code.keyboardModifiers());
@@ -275,6 +335,7 @@ class Monkey : public QObject {
     Program* program_ = nullptr;
     QPointer<QWidget> stage_;  // what is done in a dialog may end it
     Qt::MouseButton held_ = Qt::NoButton;
+    unsigned long time_ = 0;  // of the mouse's last event, in milliseconds
 };
 
 }  // namespace
