@@ -5,11 +5,13 @@
 #include "base/Reporting.h"
 #include "model/Checks.h"
 #include "model/Keys.h"
+#include "model/ProposedNames.h"
 
 void frmBranch::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
-        txtBranchName.text = modify_ ? document_.branches().at(node_.node().key()).sName.string()
-                                     : "NewBranch" + std::to_string(document_.branchCounter());
+        txtBranchName.text =
+            modify_ ? document_.branches().at(node_.node().key()).sName.string()
+                    : std::string(proposedBranchName) + std::to_string(document_.branchCounter());
     });
 }
 

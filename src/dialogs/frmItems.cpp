@@ -6,21 +6,13 @@
 #include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "model/Checks.h"
-
-namespace {
-
-const std::vector<std::string> dataTypes{
-    "EIS1",    "EIS2_P", "EIS2_C", "EIS5",    "EIS6_P",  "EIS6_D",  "EIS7_M",
-    "EIS7_S",  "EIS8_P", "EIS8_C", "EIS9",    "EIS10_S", "EIS10_U", "EIS11_S",
-    "EIS11_U", "EIS12",  "EIS13",  "EIS14_S", "EIS14_U", "EIS15",   "NOEIS"};
-const std::vector<std::string> accessRights{"READ", "WRITE", "READWRITE"};
-
-}  // namespace
+#include "model/DataTypes.h"
+#include "model/ProposedNames.h"
 
 void frmItems::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
-        cmbDataType.list = dataTypes;
-        cmbAccessRight.list = accessRights;
+        cmbDataType.list = dataTypeNames();
+        cmbAccessRight.list = accessRightNames();
         if (modify_) {
             loadItem();
         } else {
@@ -50,7 +42,7 @@ void frmItems::loadItem() {
 
 void frmItems::loadDefaults() {
     cmdOk.caption = "Add and Exit";
-    txtItemName.text = "New Item " + std::to_string(document_.itemCounter());
+    txtItemName.text = std::string(proposedItemName) + std::to_string(document_.itemCounter());
     cmbDataType.text = "EIS1";
     setElements("");
     cmbAccessRight.text = "READWRITE";
@@ -66,32 +58,15 @@ void frmItems::setElements(const std::string& text) {
 
 void frmItems::cmbDataType_Click() { setElements(txtElements.text); }
 
-bool frmItems::complain(const std::string& text) {
-    desktop_.showMessage(text);
-    return false;
-}
-
 bool frmItems::CheckFields() {
     bool correct = false;
     reportErrors(desktop_, "CheckFields", [&] {
-        correct = [&] {
-            if (txtItemName.text.empty()) return complain("Item name field is empty.");
-            for (const TextBox& part : txtAddress) {
-                if (part.text.empty()) return complain("Group Address field is empty.");
-                // All three parts share one range, wider than the bus has for the first two.
-                const double value = leadingNumber(part.text);
-                if (value < 0 || value > 255) {
-                    return complain(
-                        "Group Address field is not valid. It must be between 0 and 255.");
-                }
-            }
-            if (!txtElements.enabled) return true;
-            if (txtElements.text.empty()) return complain("Number of elements field is empty.");
-            if (leadingNumber(txtElements.text) < 0) {
-                return complain("Number of elements field is not valid.");
-            }
-            return true;
-        }();
+        std::string_view fault = faultOfItemName(txtItemName.text);
+        for (const TextBox& part : txtAddress)
+            if (fault.empty()) fault = faultOfAddressPart(part.text);
+        if (fault.empty() && txtElements.enabled) fault = faultOfElements(txtElements.text);
+        if (!fault.empty()) desktop_.showMessage(std::string(fault));
+        correct = fault.empty();
     });
     return correct;
 }
@@ -138,7 +113,8 @@ bool frmItems::addAndIncrement() {
     bool added = false;
     reportErrors(desktop_, "cmdAdd_Click", [&] {
         if (!AddItemToColl()) return;
-        txtItemName.text = "New_Item_" + std::to_string(document_.itemCounter());
+        txtItemName.text =
+            std::string(proposedNextItemName) + std::to_string(document_.itemCounter());
         txtComment.text.clear();
         // No carry and no wrap: 255 becomes 256, which the next check refuses.
         txtAddress[2].text = plainDecimal(leadingNumber(txtAddress[2].text) + 1);

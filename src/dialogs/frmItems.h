@@ -80,7 +80,6 @@ class frmItems {
     void loadItem();
     void loadDefaults();
     void setElements(const std::string& text);
-    bool complain(const std::string& text);
     ItemFields fields() const;
     bool addAndIncrement();
 

@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "dialogs/Connections.h"
 #include "model/Checks.h"
+#include "model/ProposedNames.h"
 
 void frmPLC::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
@@ -19,7 +19,8 @@ void frmPLC::Form_Load() {
             txtTimeout.text = std::to_string(device.getTimeout());
         } else {
             const GlobalSets& settings = document_.settings();
-            txtName.text = "New Device " + std::to_string(document_.deviceCounter());
+            txtName.text =
+                std::string(proposedDeviceName) + std::to_string(document_.deviceCounter());
             cmbPort.text = settings.port;
             cmbEdiType.text = settings.ediType;
             txtTimeout.text = std::to_string(settings.timeout);
@@ -29,16 +30,10 @@ void frmPLC::Form_Load() {
 
 bool frmPLC::CheckPlcFields() {
     try {
-        const char* fault = nullptr;
-        if (txtName.text.empty()) {
-            fault = "Object Name field is empty.";
-        } else if (txtTimeout.text.empty()) {
-            fault = "Receive Timeout field is empty.";
-        } else if (!isNumber(txtTimeout.text)) {
-            fault = "Receive Timeout field is not correct.";
-        }
-        if (fault != nullptr) desktop_.showMessage(fault);
-        return fault == nullptr;
+        std::string_view fault = faultOfDeviceName(txtName.text);
+        if (fault.empty()) fault = faultOfTimeout(txtTimeout.text);
+        if (!fault.empty()) desktop_.showMessage(std::string(fault));
+        return fault.empty();
     } catch (...) {
         desktop_.showMessage("Error. Check fields.");
         return false;

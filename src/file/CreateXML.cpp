@@ -7,6 +7,7 @@
 #include "base/Reporting.h"
 #include "base/Text.h"
 #include "file/FileRules.h"
+#include "model/ItemRecords.h"
 
 namespace {
 
@@ -36,25 +37,6 @@ class Lines {
 
  private:
     std::string bytes_;
-};
-
-/// Finds the records of item nodes that are asked for in the order of the file. The order of their
-/// registry is most often the same, and then none is searched for.
-class ItemRecords {
- public:
-    explicit ItemRecords(const Registry<clsItem>& items) : items_(items), next_(items.begin()) {}
-
-    /// Raises ErrorNumber::invalidCall for a node without a record.
-    const clsItem& at(const Node& node) {
-        if (next_ == items_.end() || (*next_).key != node.key()) return items_.at(node.key());
-        const clsItem* record = (*next_).record;
-        ++next_;
-        return *record;
-    }
-
- private:
-    const Registry<clsItem>& items_;
-    Registry<clsItem>::Iterator next_;
 };
 
 /// What is made of a configuration on the way to its file.
