@@ -23,32 +23,65 @@ std::size_t lengthOfName(const XmlElement& device) {
     }
 }
 
+/// Where the messages about faults go: to the listener where there is one, with the place that is
+/// being read.
+class Faults {
+ public:
+    explicit Faults(ReadingListener* listener) : listener_(listener) {}
+
+    void readAt(const Node* parent, std::size_t line) {
+        parent_ = parent;
+        line_ = line;
+    }
+
+    void showMessage(const std::string& text) {
+        if (listener_ == nullptr) return messages_.showMessage(text);
+        listener_->fault(text, parent_, line_);
+    }
+
+    void read(const Node& node) {
+        if (listener_ != nullptr) listener_->read(node, line_);
+    }
+
+    bool areHeard() const { return listener_ != nullptr; }
+    const FirstMessages& messages() const { return messages_; }
+
+ private:
+    ReadingListener* listener_;
+    FirstMessages messages_;
+    const Node* parent_ = nullptr;
+    std::size_t line_ = 0;
+};
+
 /// Turns the elements of one file into records and nodes. The parent of each is that of its
 /// element: a key cannot tell, as names may hold the "." that keys are joined with.
 class Importer : public XmlListener {
  public:
     Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead,
-             const std::function<bool()>& goesOn)
-        : document_(document), turns_(desktop, goesOn), itemRead_(itemRead) {}
+             const std::function<bool()>& goesOn, Faults& faults)
+        : document_(document), faults_(faults), turns_(desktop, goesOn), itemRead_(itemRead) {}
+
+    bool wantsLines() const override { return faults_.areHeard(); }
 
     bool began(const XmlElement& element) override {
+        faults_.readAt(path_.empty() ? nullptr : path_.back().node, line);
         path_.push_back(placeOf(element));
+        path_.back().line = line;
         return path_.back().role == Role::item;
     }
 
     void ended(const XmlElement& element) override {
-        const Role role = path_.back().role;
+        const Place place = path_.back();
         path_.pop_back();
-        if (role == Role::item) readItem(element, path_.back());
+        if (place.role != Role::item) return;
+        faults_.readAt(path_.back().node, place.line);
+        readItem(element, path_.back());
     }
 
     void pieceRead() override { turns_.pieceDone(); }
 
     /// False when the file is another one's.
     bool isConfiguration() const { return isConfiguration_; }
-
-    /// What was told of faults.
-    const FirstMessages& messages() const { return messages_; }
 
  private:
     /// What an element is, where it stands.
@@ -59,6 +92,7 @@ class Importer : public XmlListener {
         Node* node = nullptr;      ///< of a device or of contents; null where it could not be made
         std::size_t length = 0;    ///< of that node's key
         std::size_t branches = 0;  ///< within one another, the element's own among them
+        std::size_t line = 0;      ///< in which the element begins
     };
 
     Place placeOf(const XmlElement& element) {
@@ -111,7 +145,7 @@ class Importer : public XmlListener {
     }
 
     void readSettings(const XmlElement& element) {
-        reportErrors(messages_, "ImportXML", [&] {
+        reportErrors(faults_, "ImportXML", [&] {
             GlobalSets settings;
             settings.port = element.attribute("port");
             settings.ediType = element.attribute("editype");
@@ -123,12 +157,13 @@ class Importer : public XmlListener {
     /// Reads one device, without its contents; null when that could not be done.
     Node* BrowsePlc(const XmlElement& element) {
         Node* node = nullptr;
-        reportErrors(messages_, "BrowsePlc", [&] {
+        reportErrors(faults_, "BrowsePlc", [&] {
             const auto device = std::make_shared<clsPLC>();
             device->SetByXml(element);
             deviceName_ = device->getName();
             node = &document_.add(device);
             makeVisible(*node);
+            faults_.read(*node);
         });
         return node;
     }
@@ -136,7 +171,7 @@ class Importer : public XmlListener {
     /// Reads one branch, without its contents, or one item; null when that could not be done.
     Node* BrowseBranch(const XmlElement& element, Node& parent) {
         Node* node = nullptr;
-        reportErrors(messages_, "BrowseBranch", [&] {
+        reportErrors(faults_, "BrowseBranch", [&] {
             if (element.name == "TAG") {
                 const auto item = std::make_shared<clsItem>();
                 item->SetByXml(element, deviceName_, parent.key());
@@ -149,6 +184,7 @@ class Importer : public XmlListener {
                 node = &document_.add(branch, parent);
                 makeVisible(*node);
             }
+            faults_.read(*node);
         });
         return node;
     }
@@ -165,7 +201,7 @@ class Importer : public XmlListener {
     void makeVisible(const Node& node) { ConfigTree::setExpanded(*node.parent(), true); }
 
     Document& document_;
-    FirstMessages messages_;
+    Faults& faults_;
     EventTurns turns_;
     const std::function<void()>& itemRead_;
     std::vector<Place> path_;  // of the elements that have begun and not ended
@@ -177,25 +213,29 @@ class Importer : public XmlListener {
 }  // namespace
 
 bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop& desktop,
-               const std::function<void()>& itemRead, const std::function<bool()>& goesOn) {
+               const std::function<void()>& itemRead, const std::function<bool()>& goesOn,
+               ReadingListener* listener) {
     const BusyPointer busy(desktop);
-    Importer importer(document, desktop, itemRead, goesOn);
-    const bool isRead = reportErrors(desktop, "ImportXML", [&] {
-        const ConfigTree::BulkChange bulk(document.tree());
-        const GlobalSets settings = document.settings();
-        try {
-            readXml(disk, path, importer);
-            if (!goesOn()) throw RunTimeError(ErrorNumber::cancelled);
-        } catch (...) {
-            // Nothing is made of a part of a file.
-            document.setSettings(settings);
-            document.startAt(path);
-            if (goesOn()) throw;  // who cancelled the reading need not be told
-        }
-    });
+    Faults faults(listener);
+    Importer importer(document, desktop, itemRead, goesOn, faults);
+    const bool isRead =
+        reportErrors(listener == nullptr ? Tell(desktop) : Tell(faults), "ImportXML", [&] {
+            const ConfigTree::BulkChange bulk(document.tree());
+            const GlobalSets settings = document.settings();
+            try {
+                readXml(disk, path, importer);
+                if (!goesOn()) throw RunTimeError(ErrorNumber::cancelled);
+            } catch (...) {
+                // Nothing is made of a part of a file.
+                faults.readAt(nullptr, importer.line);
+                document.setSettings(settings);
+                document.startAt(path);
+                if (goesOn()) throw;  // who cancelled the reading need not be told
+            }
+        });
     if (!isRead || !goesOn()) return false;
     reportErrors(desktop, "ImportXML", [&] {
-        importer.messages().showOn(desktop);
+        faults.messages().showOn(desktop);
         if (!importer.isConfiguration()) {
             desktop.showMessage("The configuration file is not valid.");
         }

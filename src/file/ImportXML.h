@@ -1,12 +1,25 @@
 // Reads a configuration file.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <string>
 
 #include "desktop/Desktop.h"
 #include "file/Disk.h"
 #include "model/Document.h"
+
+/// Hears of what is read, and in which line of the file it begins.
+class ReadingListener {
+ public:
+    virtual ~ReadingListener() = default;
+
+    /// A device, branch or item was read.
+    virtual void read(const Node& node, std::size_t line) = 0;
+    /// The message about a fault, in the element of that line in what `parent` stands for: null
+    /// where that is no device or branch. Line 0 where none is known.
+    virtual void fault(const std::string& message, const Node* parent, std::size_t line) = 0;
+};
 
 /// Reads the configuration file at `path` into the document, whose tree holds the root only and
 /// whose registries are empty.
@@ -20,7 +33,9 @@
 /// False when nothing was read: it was ended so; or, after telling the user, the file cannot be
 /// read, is not XML, has another root element, or would take more memory than any configuration
 /// needs.
+///
+/// A `listener` is told of all faults, each with its line, in the user's place.
 bool ImportXML(
     const std::string& path, Document& document, Disk& disk, Desktop& desktop,
     const std::function<void()>& itemRead,
-    const std::function<bool()>& goesOn = [] { return true; });
+    const std::function<bool()>& goesOn = [] { return true; }, ReadingListener* listener = nullptr);

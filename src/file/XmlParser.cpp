@@ -76,9 +76,9 @@ class Builder {
     }
 
     [[noreturn]] void refuse(const char* reason) {
-        throw RunTimeError(
-            ErrorNumber::invalidFileFormat,
-            "Line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ": " + reason);
+        listener_.line = XML_GetCurrentLineNumber(parser_.get());
+        throw RunTimeError(ErrorNumber::invalidFileFormat,
+                           "Line " + std::to_string(listener_.line) + ": " + reason);
     }
 
     static Builder& of(void* userData) { return *static_cast<Builder*>(userData); }
@@ -165,6 +165,7 @@ class Builder {
         for (; *attributes != nullptr; attributes += 2)
             element.attributes.emplace_back(attributes[0], attributes[1]);
         element.children = {};
+        if (listener_.wantsLines()) listener_.line = XML_GetCurrentLineNumber(parser_.get());
         wantsChildren_ = listener_.began(element);
         childCount_ = 0;
     }

@@ -19,6 +19,12 @@ class XmlListener {
 
     /// One more little piece of the file was read, whatever it holds.
     virtual void pieceRead() {}
+
+    /// True when it wants to know lines, which takes a twentieth longer.
+    virtual bool wantsLines() const { return false; }
+    /// The line in which the element that began last begins, from 1; after an error of the text,
+    /// that of the error.
+    std::size_t line = 0;
 };
 
 /// Elements that may lie within one another. A reader needs memory for each of them.

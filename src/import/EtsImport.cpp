@@ -64,10 +64,14 @@ void addEtsRecords(Document& document, std::string_view bytes) {
     constexpr std::string_view utf8Mark = "\xEF\xBB\xBF";
     const bool isUtf8 = bytes.starts_with(utf8Mark);
     if (isUtf8) bytes.remove_prefix(utf8Mark.size());
-    while (!bytes.empty()) {
+    for (std::size_t number = 1; !bytes.empty(); ++number) {
         const std::string_view line = takeUntil(bytes, "\r\n");
         if (line.find('\t') == std::string_view::npos) continue;
-        addRecord(document, isUtf8 ? std::string(line) : fromWindows1252(line));
+        try {
+            addRecord(document, isUtf8 ? std::string(line) : fromWindows1252(line));
+        } catch (const RunTimeError& error) {
+            throw EtsError(number, error.description());
+        }
     }
 }
 
@@ -93,7 +97,7 @@ void EtsImport::mnuImpCfg_Click(const std::string& given) {
         try {
             importFile(path);
         } catch (const std::exception&) {
-            desktop_.showMessage("This file is not in ETS2 or ETS3 Esf format.");
+            desktop_.showMessage(notAnExport);
         }
     });
 }

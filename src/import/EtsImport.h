@@ -1,8 +1,11 @@
 // Builds a configuration from an ETS export.
 #pragma once
 
+#include <cstddef>
+#include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "desktop/Desktop.h"
 #include "file/Disk.h"
@@ -44,6 +47,19 @@ class EtsImport {
     LifecycleWindow& window_;
 };
 
-/// Adds the records of an export's text to the document. Raises the error of the first record
-/// that cannot be added; those before it stay.
+/// What is told of a file that cannot be imported whole.
+inline constexpr const char* notAnExport = "This file is not in ETS2 or ETS3 Esf format.";
+
+/// A record that cannot be added.
+struct EtsError : std::exception {
+    EtsError(std::size_t inLine, std::string itsReason)
+        : line(inLine), reason(std::move(itsReason)) {}
+    const char* what() const noexcept override { return reason.c_str(); }
+
+    std::size_t line;  ///< from 1
+    std::string reason;
+};
+
+/// Adds the records of an export's text to the document. Raises EtsError for the first that cannot
+/// be added; those before it stay.
 void addEtsRecords(Document& document, std::string_view bytes);

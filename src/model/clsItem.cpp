@@ -29,7 +29,11 @@ std::int16_t byteCount(std::string_view text) {
     };
     const auto start = position("(") + 1;
     const auto stop = position("Byte)") - 1;
-    if (stop < start) throw RunTimeError(ErrorNumber::invalidCall);
+    if (stop < start) {
+        throw RunTimeError(ErrorNumber::invalidCall,
+                           "a size that is not in bytes, of a type other "
+                           "than EIS 1");
+    }
     return readInt16(
         text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(stop - start)));
 }
@@ -93,11 +97,13 @@ void clsItem::SetByForm(const ItemFields& dialog, const Node* selected, bool key
 }
 
 SharedText clsItem::SetByEts(const std::vector<std::string>& fields) {
-    if (fields.size() < 3) throw RunTimeError(ErrorNumber::subscriptOutOfRange);
+    if (fields.size() < 3) {
+        throw RunTimeError(ErrorNumber::subscriptOutOfRange, "fewer than three fields");
+    }
     const std::string_view path = fields[0];
     const auto addressDot = path.rfind('.');
     if (addressDot == std::string_view::npos) {
-        throw RunTimeError(ErrorNumber::subscriptOutOfRange);
+        throw RunTimeError(ErrorNumber::subscriptOutOfRange, "an address without a middle group");
     }
     const std::string_view groups = path.substr(0, addressDot);
     const auto middleDot = groups.rfind('.');  // npos + 1 is 0: a path without a main group
