@@ -1,0 +1,78 @@
+#include "tool/Export.h"
+
+#include <ostream>
+#include <vector>
+
+#include "base/RunTimeError.h"
+#include "model/Addresses.h"
+#include "tool/Columns.h"
+#include "tool/Csv.h"
+#include "tool/Files.h"
+
+namespace {
+
+/// Empty for an address that is too large to have one.
+std::string indexOf(std::string_view address) {
+    try {
+        return AddressToHex(address, 4);
+    } catch (const RunTimeError&) {
+        return {};
+    }
+}
+
+void addRow(CsvWriter& table, const Document& document, ItemRecords& items, const Node& node,
+            std::string_view path) {
+    const Values values(document, items, node);
+    const bool isItem = node.kind() == NodeKind::item;
+    table.add(path);
+    for (std::size_t i = 1; i < columnNames.size(); ++i) {
+        const auto column = static_cast<Column>(i);
+        if (column == Column::index && isItem) {
+            table.add(indexOf(values[Column::address]));
+        } else {
+            table.add(values[column]);
+        }
+    }
+    table.endRow();
+}
+
+void writeTable(const Document& document, char separator, const Write& write) {
+    CsvWriter table(separator, write);
+    for (const std::string_view name : columnNames)
+        table.add(name);
+    table.endRow();
+    const Node& root = *document.tree().root();
+    ItemRecords items(document.items());
+    addRow(table, document, items, root, {});
+    std::string path;
+    std::vector<std::size_t> lengths{0};  // of the paths down to that of the last node's parent
+    for (TreeWalk walk(root); const Node* node = walk.next();) {
+        lengths.resize(walk.depth());
+        path.resize(lengths.back());
+        appendToPath(path, node->text());
+        lengths.push_back(path.size());
+        addRow(table, document, items, *node, path);
+    }
+    table.finish();
+}
+
+}  // namespace
+
+int exportTable(const Tool& tool, const ExportOptions& options) {
+    const char separator = options.separator == "tab" ? '\t' : options.separator.front();
+    Document& document = tool.documents.emplace_back();
+    if (!options.table.empty() && !mayWrite(tool, options.table, options.force)) return 2;
+    if (!readConfiguration(tool, options.file, document)) return 2;
+    if (options.table.empty()) {
+        writeTable(document, separator, [&](std::string_view bytes) { tool.out << bytes; });
+        return 0;
+    }
+    try {
+        tool.disk.replace(options.table,
+                          [&](const Write& write) { writeTable(document, separator, write); });
+        return 0;
+    } catch (const RunTimeError& error) {
+        tool.err << Finding{.file = options.table, .text = error.description()} << '\n';
+        return 2;
+    }
+}

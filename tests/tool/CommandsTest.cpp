@@ -1,0 +1,324 @@
+#include <fstream>
+#include <iterator>
+
+#include "support/EditorWorld.h"
+#include "tool/ToolWorld.h"
+
+namespace {
+
+std::string sample(const std::string& name) {
+    std::ifstream file(SAMPLES_DIR "/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// The lines of what was told.
+std::size_t linesIn(const std::string& text) {
+    return static_cast<std::size_t>(std::ranges::count(text, '\n'));
+}
+
+TEST(Commands, ATableOfARealHouseIsEditedAndComesBack) {
+    ToolWorld world;
+    world.disk.files["house.xml"] = sample("house.xml");
+    world.must("export house.xml -o house.csv --separator ;");
+    TableRows rows = rowsOf(world.disk.files["house.csv"], ';');
+    int names = 0;
+    int addresses = 0;
+    for (TableRow& row : rows) {
+        if (row["kind"] != "item") continue;
+        if (names < 20 && row["name"].starts_with("Light_")) {
+            row["name"].replace(0, 6, "Lamp, \"");
+            ++names;
+        } else if (addresses < 3) {
+            row["address"] = "31/7/25" + std::to_string(addresses++);
+        }
+    }
+    world.disk.files["house.csv"] = csvOf(rows, allHeadings, ';');
+    world.must("import house.csv -o new.xml");
+    EXPECT_EQ(world.run("diff house.xml new.xml"), 1);
+    EXPECT_EQ(linesIn(world.out), 23U) << world.out;
+    EXPECT_NE(world.out.find("changed item Cellar_Line.BOILER_ROOM.Boiler_Fault: "
+                             "address \"10/1/1\" -> \"31/7/250\"\n"
+                             "changed item"),
+              std::string::npos)
+        << world.out;
+    EXPECT_NE(world.out.find("renamed item Cellar_Line.BOILER_ROOM.Light_Ceiling -> "
+                             "Cellar_Line.BOILER_ROOM.Lamp, \"Ceiling\n"),
+              std::string::npos)
+        << world.out;
+    world.must("check house.xml new.xml");
+    EXPECT_EQ(world.out, "");
+    // Put into the first, the same rows do the same.
+    world.must("import house.csv --into house.xml -o into.xml");
+    EXPECT_EQ(world.disk.files["into.xml"], world.disk.files["new.xml"]);
+}
+
+const std::string smallTable =
+    "path,kind,name,comment,address,data type,elements,flag,port,time-out\n"
+    ",settings,,,,,,,COM1,1000\n"
+    "Plant,device,Plant,,,,,,COM2,1500\n"
+    "Plant.F,branch,F,,,,,,,\n"
+    "Plant.F.Text,item,Text,,1/2/3,EIS15,14,READ,,\n"
+    "Plant.F.Lamp,item,Lamp,\"two\nlines\",1/2/4,EIS1,,TRANSMIT,,\n";
+
+/// What is wrong with the table once `from` in it is `to`, and nothing was written for it.
+std::string faultsWith(const std::string& from, const std::string& to) {
+    ToolWorld world;
+    std::string table = smallTable;
+    const auto place = table.find(from);
+    EXPECT_NE(place, std::string::npos) << from;
+    table.replace(place, from.size(), to);
+    world.disk.files["t.csv"] = table;
+    world.disk.files["old.xml"] = "old";
+    EXPECT_EQ(world.run("import t.csv -o new.xml"), 2) << to;
+    EXPECT_FALSE(world.disk.exists("new.xml")) << to;
+    const std::string told = world.err;
+    EXPECT_EQ(world.run("import t.csv -o old.xml --force"), 2) << to;
+    EXPECT_EQ(world.disk.files["old.xml"], "old") << to;
+    EXPECT_EQ(world.err, told);
+    return told;
+}
+
+TEST(Commands, AFaultInATableIsToldWithItsLineAndColumnAndNothingIsWritten) {
+    const struct {
+        const char* from;
+        const char* to;
+        const char* told;
+    } spoilings[] = {
+        {"COM1,1000", "COM1,", "2: error: time-out: Receive Timeout field is empty."},
+        {",settings", "x,settings", "2: error: path: the settings have no path"},
+        {"COM2,1500", "COM2,10ms", "3: error: time-out: Receive Timeout field is not correct."},
+        {"COM2,1500", "COM2,1e10", "3: error: time-out: Overflow"},
+        {"device,Plant", "device,", "3: error: name: Object Name field is empty."},
+        {"Plant,device", "Plant,plc", "3: error: kind: not settings, device, branch or item"},
+        {"Plant,device", "Plant,branch", "3: error: kind: below no device"},
+        {"branch,F,", "branch,F,hall", "4: error: comment: the branch has none: to be left empty"},
+        {"branch,F", "branch,1F",
+         "4: error: name: '1' at the start of a branch name: the OPC server cannot read a file "
+         "that holds this"},
+        {"Plant.F,branch", "Plant.F,device", "4: error: kind: a device stands below nothing"},
+        {"Plant.F,branch,F,,,,,,,\n", "", "4: error: path: no device or branch \"Plant.F\""},
+        {"Plant.F,branch", "Plant\\F,branch", "4: error: path: no path: \"Plant\\F\""},
+        {"item,Text", "item,", "5: error: name: Item name field is empty."},
+        {"item,Text", "item,Lamp",
+         "6: error: name: Name already existing. Please use a different name"},
+        {"Plant.F.Text", "plant.f.lamp", "6: error: path: also in line 5"},
+        {"1/2/3", "1/2", "5: error: address: Group Address field is empty."},
+        {"1/2/3", "1/2/256",
+         "5: error: address: Group Address field is not valid. It must be between 0 and 255."},
+        {"1/2/3", "1/2/3/4",
+         "5: error: address: Group Address field is not valid. It must be between 0 and 255."},
+        {"EIS15,14", "EIS15,", "5: error: elements: Number of elements field is empty."},
+        {"EIS15,14", "EIS15,-1", "5: error: elements: Number of elements field is not valid."},
+        {"EIS15,14", "EIS15,14x", "5: error: elements: Number of elements field is not valid."},
+        {"EIS15,14", "EIS15,32768", "5: error: elements: Overflow"},
+        {"EIS15,14", "EIS5,14", "5: error: elements: the data type has none: to be left empty"},
+        {"14,READ", "14,YES", "5: error: flag: neither READ nor TRANSMIT"},
+        {"two\nlines", "a & b",
+         "6: error: comment: '&': the OPC server cannot read a file that holds this"},
+        {"TRANSMIT,,", "TRANSMIT,,,", "6: error: 11 fields, but 10 headings"},
+        {"1/2/4", "1/2/\"4", "6: error: a quotation mark is missing, or stands within a field"},
+        {"lines\"", "lines", "6: error: a quotation mark is missing, or stands within a field"},
+        {"Lamp", "L\xE4mp", "6: error: not UTF-8; save the table in that encoding"},
+        {"path", "Pfad", "1: error: Pfad: no column of that name is known"},
+        {"flag", "kind", "1: error: kind: this column is there twice"},
+    };
+    for (const auto& [from, to, told] : spoilings) {
+        const std::string faults = faultsWith(from, to);
+        EXPECT_NE(faults.find("t.csv:" + std::string(told) + "\n"), std::string::npos) << to << "\n"
+                                                                                       << faults;
+    }
+    // All of them, not only the first.
+    EXPECT_EQ(faultsWith("Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
+                         ",,1/2,EIS15,x,,,\nPlant.F.Lamp,item,"),
+              "t.csv:5: error: name: Item name field is empty.\n"
+              "t.csv:5: error: address: Group Address field is empty.\n"
+              "t.csv:5: error: elements: Number of elements field is not valid.\n"
+              "t.csv:5: error: flag: neither READ nor TRANSMIT\n"
+              "t.csv:6: error: name: Item name field is empty.\n");
+}
+
+TEST(Commands, EveryRowSpoiledInTurnIsTheOneThatIsNamed) {
+    ToolWorld world;
+    world.disk.files["house.xml"] = sample("house.xml");
+    world.must("export house.xml");
+    const TableRows rows = rowsOf(world.out);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        TableRows spoiled = rows;
+        spoiled[i][rows[i].at("kind") == "item" ? "address" : "time-out"] = "?";
+        world.disk.files["t.csv"] = csvOf(spoiled, allHeadings);
+        EXPECT_EQ(world.run("import t.csv -o new.xml"), 2);
+        EXPECT_EQ(linesIn(world.err), 1U);
+        EXPECT_TRUE(world.err.starts_with("t.csv:" + std::to_string(i + 2) + ": ")) << world.err;
+        EXPECT_FALSE(world.disk.exists("new.xml"));
+    }
+}
+
+TEST(Commands, DiffSaysWhatAPersonWouldSay) {
+    const auto item = [](const std::string& name, const std::string& address,
+                         const std::string& type = "EIS1") {
+        std::string text = tag(name);
+        text.replace(text.find("1/2/3"), 5, address);
+        return text.replace(text.find("EIS1"), 4, type);
+    };
+    const std::string a = item("a", "1/1/1");
+    const std::string b = item("b", "1/1/2");
+    const std::string c = item("c", "1/1/3");
+    const struct {
+        std::string from;
+        std::string to;
+        const char* told;
+    } cases[] = {
+        {plc("P", a + b), plc("P", b + a), ""},
+        {plc("P", branch("F", a + b)), plc("Q", branch("F", a + b)), "renamed device P -> Q\n"},
+        {plc("P", branch("F", a + b)), plc("P", branch("G", branch("F", a + b))),
+         "added branch P.G\nmoved branch P.F -> P.G.F\n"},
+        {plc("P", branch("F", a + b + c)), plc("P", branch("G", a + b + item("d", "1/1/4"))),
+         "renamed branch P.F -> P.G\n"
+         "added item P.G.d: comment \"\", address \"1/1/4\", data type \"EIS1\", elements \"\", "
+         "access right \"READ\", flag \"READ\"\n"
+         "removed item P.F.c\n"},
+        {plc("P", a + b), plc("P", item("b", "1/1/1") + item("a", "1/1/2")),
+         "changed item P.b: address \"1/1/2\" -> \"1/1/1\"\n"
+         "changed item P.a: address \"1/1/1\" -> \"1/1/2\"\n"},
+        {plc("P", branch("F", a) + branch("G", b)),
+         plc("P", branch("F", item("x", "1/1/2")) + branch("G", item("y", "1/1/1", "EIS5"))),
+         "moved item P.G.b -> P.F.x\n"
+         "added item P.G.y: comment \"\", address \"1/1/1\", data type \"EIS5\", elements \"\", "
+         "access right \"READ\", flag \"READ\"\n"
+         "removed item P.F.a\n"},
+    };
+    for (const auto& [from, to, told] : cases) {
+        ToolWorld world;
+        world.disk.files["a.xml"] = configuration(from);
+        world.disk.files["b.xml"] = configuration(to);
+        EXPECT_EQ(world.run("diff a.xml b.xml"), *told == '\0' ? 0 : 1);
+        EXPECT_EQ(world.out, told);
+    }
+}
+
+const std::string doubtful =
+    "<QUONEibCfg>\n"
+    "<SETTINGS port='COM1' editype='\u20AC' timeout='1'/><OPC_DA>\n"
+    "<DEVICE name='New Device 3' port='COM1' editype='x' timeout='1'><tags></tags></DEVICE>\n"
+    "<DEVICE port='COM1'/>\n"
+    "<DEVICE name='P' port='COM1' editype='x' timeout='1'><tags>\n" +
+    tag("a") + "\n" + tag("a") + "\n" + tag("b.c") +
+    "\n<newbranch2>\n"
+    "<tag><name>New_Item_1</name><comment>&amp;</comment><address>31/7/255</address>"
+    "<eistype>EIS15</eistype><flag>READ</flag><accessrights>ALL</accessrights></tag>\n"
+    "<tag><name>d</name><comment/><address>0/0/0</address><eistype>EIS6</eistype><flag/>"
+    "<accessrights>READ</accessrights><elements>3</elements></tag>\n"
+    "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
+    "</newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
+
+TEST(Commands, CheckTellsOfAllThatIsDoubtful) {
+    ToolWorld world;
+    world.disk.files["a.xml"] = doubtful;
+    EXPECT_EQ(world.run("check a.xml"), 2);
+    EXPECT_EQ(world.out,
+              "a.xml: warning: EDI type: '\u20AC': saved as \"?\"\n"
+              "a.xml:3: note: New Device 3: the name was proposed, and never changed\n"
+              "a.xml:3: note: New Device 3: the device holds nothing\n"
+              "a.xml:4: error: Error n. 94  Invalid use of Null in BrowsePlc\n"
+              "a.xml:7: error: P: Error n. 457  This key is already associated with an element of "
+              "this collection in BrowseBranch\n"
+              "a.xml:8: warning: P.b\\.c: address 1/2/3 is also that of P.a\n"
+              "a.xml:9: note: P.NEWBRANCH2: the name was proposed, and never changed\n"
+              "a.xml:10: note: P.NEWBRANCH2.New_Item_1: the name was proposed, and never changed\n"
+              "a.xml:10: error: P.NEWBRANCH2.New_Item_1: comment: '&': the OPC server cannot read "
+              "a file that holds this\n"
+              "a.xml:10: warning: P.NEWBRANCH2.New_Item_1: no number of elements, which EIS15 "
+              "needs\n"
+              "a.xml:10: warning: P.NEWBRANCH2.New_Item_1: unknown access right \"ALL\"\n"
+              "a.xml:11: error: P.NEWBRANCH2.d: address \"0/0/0\" is none of 0/0/1 to 31/7/255\n"
+              "a.xml:11: warning: P.NEWBRANCH2.d: unknown data type \"EIS6\"\n"
+              "a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for "
+              "EIS6\n"
+              "a.xml:12: error: P.NEWBRANCH2: Error n. 94  Invalid use of Null in BrowseBranch\n");
+    EXPECT_EQ(world.run("check --json a.xml"), 2);
+    const auto json = nlohmann::json::parse(world.out);
+    EXPECT_EQ(json.size(), 15U);
+    EXPECT_EQ(json[5], (nlohmann::json{{"file", "a.xml"},
+                                       {"line", 8},
+                                       {"severity", "warning"},
+                                       {"path", "P.b\\.c"},
+                                       {"text", "address 1/2/3 is also that of P.a"}}));
+    world.disk.files["warnings.xml"] = configuration(plc("P", tag("a") + tag("b")));
+    world.disk.files["notes.xml"] = configuration(plc("P"));
+    world.disk.files["broken.xml"] = "<QUONEibCfg>\n</OPC_DA>";
+    EXPECT_EQ(world.run("check --quiet notes.xml"), 0);
+    EXPECT_EQ(world.run("check --quiet notes.xml warnings.xml"), 1);
+    EXPECT_EQ(world.run("check --quiet warnings.xml none.xml notes.xml"), 2);
+    EXPECT_EQ(world.out + world.err, "");
+    EXPECT_EQ(world.run("check broken.xml none.xml"), 2);
+    EXPECT_EQ(world.out,
+              "broken.xml:2: error: Error n. 321  Line 2: mismatched tag in ImportXML\n"
+              "none.xml: error: Error n. 53  File not found in ImportXML\n");
+    // What is left out of such a file would be lost.
+    for (const char* command : {"export a.xml -o x", "diff a.xml notes.xml", "diff notes.xml a.xml",
+                                "import notes.csv --into a.xml -o x"}) {
+        EXPECT_EQ(world.run(command), 2) << command;
+        EXPECT_FALSE(world.disk.exists("x"));
+    }
+}
+
+TEST(Commands, AnEtsExportBecomesTheConfigurationThatTheEditorMakesOfIt) {
+    EditorWorld editor;
+    editor.disk.files["/house.esf"] = sample("house.esf");
+    editor.document.setSettings({.port = "USB", .ediType = "USBEMI1", .timeout = 500});
+    editor.desktop.willChoose("/house.esf");
+    editor.editor.mnuImpCfg_Click();
+    editor.editor.mnuSaveCfg_Click();
+    ToolWorld world;
+    world.disk.files["house.esf"] = sample("house.esf");
+    world.disk.files["dimmer.esf"] = sample("house-dimmer.esf");
+    world.must("convert house.esf -o house.xml --port USB --edi USBEMI1 --timeout 5e2");
+    EXPECT_EQ(world.disk.files["house.xml"], editor.disk.files["/house.xml"]);
+    EXPECT_EQ(world.run("convert dimmer.esf -o dimmer.xml"), 2);
+    EXPECT_EQ(world.err,
+              "dimmer.esf:12: error: This file is not in ETS2 or ETS3 Esf format. (a "
+              "size that is not in bytes, of a type other than EIS 1)\n");
+    EXPECT_FALSE(world.disk.exists("dimmer.xml"));
+}
+
+TEST(Commands, AFileIsReplacedWhenThatIsAskedForAndNeverSpoiled) {
+    ToolWorld world;
+    world.disk.files = {{"a.xml", configuration(plc("P", tag("a")))}, {"old", "old"}};
+    world.must("export a.xml -o a.csv");
+    world.disk.files["a.esf"] = "t\r\nC.L.1/1/1\tx\tEIS 1\r\n";
+    for (const std::string command :
+         {"export a.xml -o old", "import a.csv -o old", "convert a.esf -o old"}) {
+        EXPECT_EQ(world.run(command), 2);
+        EXPECT_EQ(world.err, "old: error: is there already; --force replaces it\n");
+        world.disk.writeFault = ErrorNumber::diskFull;
+        EXPECT_EQ(world.run(command + " --force"), 2);
+        EXPECT_NE(world.err.find("Disk full"), std::string::npos) << world.err;
+        EXPECT_EQ(world.disk.files["old"], "old");
+        world.disk.writeFault.reset();
+        world.must(command + " --force");
+        EXPECT_NE(std::exchange(world.disk.files["old"], "old"), "old");
+    }
+    // What is saved as another text is a warning, what cannot be read back a fault.
+    world.disk.files["a.csv"] = "path,port\nP\u20AC,COM1\n";
+    EXPECT_EQ(world.run("import a.csv -o b.xml"), 1);
+    EXPECT_EQ(world.err, "a.csv:2: warning: name: '\u20AC': saved as \"?\"\n");
+    EXPECT_TRUE(world.disk.exists("b.xml"));
+}
+
+TEST(Commands, TheCommandLineIsExplainedOrRefused) {
+    ToolWorld world;
+    for (const std::string command : {"", "check ", "diff ", "export ", "import ", "convert "}) {
+        EXPECT_EQ(world.run(command + "--help"), 0);
+        EXPECT_NE(world.out.find("Usage: opcolvan-cli"), std::string::npos);
+        EXPECT_EQ(world.run(command + "--version"), 0);
+        EXPECT_TRUE(world.out.starts_with("opcolvan-cli 1.")) << world.out;
+        EXPECT_EQ(world.run(command), 2);
+        EXPECT_NE(world.err, "");
+    }
+    for (const char* wrong : {"foo", "diff a", "diff a b c", "import a", "convert a",
+                              "check a --yaml", "export a --separator x",
+                              "convert a -o b --timeout 10ms", "convert a -o b --timeout 1e10"})
+        EXPECT_EQ(world.run(wrong), 2) << wrong;
+}
+
+}  // namespace
