@@ -273,6 +273,20 @@ void DetachChange::collect(ReservedPlaces& places) {
     (isDetached_ ? places.tree : places.detached).push_back(&there_);
 }
 
+void RedirectChange::make(Contents& contents, Node& from, Node& to) {
+    nodes_.emplace_back(&from, &to);
+    contents.tree.redirect(from, to);
+}
+
+void RedirectChange::toggle(Contents& contents, bool back) {
+    for (const auto& [from, to] : nodes_)
+        back ? contents.tree.redirect(*to, *from) : contents.tree.redirect(*from, *to);
+}
+
+std::size_t RedirectChange::bytes() const {
+    return sizeof *this + nodes_.size() * sizeof(nodes_.front());
+}
+
 void SettingsChange::toggle(Contents& contents, bool /*back*/) {
     std::swap(contents.settings, other_);
 }

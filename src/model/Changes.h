@@ -150,6 +150,18 @@ class DetachChange {
     ConfigTree::Cut there_;  // where it was in the other tree
 };
 
+/// Nodes were made anew in another place, and what referred to the old ones follows.
+class RedirectChange {
+ public:
+    void make(Contents& contents, Node& from, Node& to);
+
+    void toggle(Contents& contents, bool back);
+    std::size_t bytes() const;
+
+ private:
+    std::vector<std::pair<Node*, Node*>> nodes_;
+};
+
 /// The global settings are others.
 class SettingsChange {
  public:
@@ -164,4 +176,4 @@ class SettingsChange {
 
 /// Any of these.
 using Change = std::variant<PresenceChange, RenameChange, RecordTextChange, ItemChange, OrderChange,
-                            DetachChange, SettingsChange>;
+                            DetachChange, RedirectChange, SettingsChange>;

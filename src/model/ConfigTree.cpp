@@ -222,6 +222,15 @@ void ConfigTree::forget(const Node& node) const {
     references.erase(first, last);
 }
 
+void ConfigTree::redirect(const Node& from, Node& to) const {
+    std::vector<Reference*> references;
+    const auto [first, last] = references_.equal_range(&from);
+    for (auto each = first; each != last; ++each)
+        references.push_back(each->second);
+    for (Reference* reference : references)
+        *reference = &to;
+}
+
 ConfigTree::Reference& ConfigTree::Reference::operator=(Node* node) {
     if (node_ != nullptr) {
         const auto [first, last] = tree_.references_.equal_range(node_);

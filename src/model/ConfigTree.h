@@ -243,6 +243,11 @@ class ConfigTree {
     Node* selected() const { return selected_; }
     void select(Node* node) const;
 
+    /// True for a node that a Reference remembers, or did.
+    static bool isReferredTo(const Node& node) { return node.isReferredTo_; }
+    /// What refers to one node refers to the other from now on: it took its place.
+    void redirect(const Node& from, Node& to) const;
+
     /// True for a node that is in this tree, and this is the tree that is shown.
     static bool isPresent(const Node& node) { return node.isPresent_; }
 

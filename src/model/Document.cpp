@@ -220,15 +220,18 @@ Node& Document::place(const Placement& placement, bool move) {
     const Step step(*this, move ? "Move" : "Copy");
     const ConfigTree::BulkChange bulk(tree());
     auto key = placement.keys_.begin();
-    const auto copyNode = [&](const Node& node, Node& parent) -> Node& {
+    std::vector<std::pair<Node*, Node*>> moved;  // that something refers to
+    const auto copyNode = [&](Node& node, Node& parent) -> Node& {
         Node& added = contents_.tree.AddNode(&parent, *key, node.text(), node.kind());
         copyRecord(node, *key++);
+        if (move && withContents && ConfigTree::isReferredTo(node))
+            moved.emplace_back(&node, &added);
         return added;
     };
     Node& added = copyNode(source, placement.target_);
     std::vector<Node*> path{&added};  // the copies of the present node's parents
     if (withContents) {
-        for (TreeWalk walk(source); const Node* below = walk.next();) {
+        for (TreeWalk walk(source); Node* below = walk.next();) {
             path.resize(walk.depth());
             path.push_back(&copyNode(*below, *path.back()));
         }
@@ -237,6 +240,8 @@ Node& Document::place(const Placement& placement, bool move) {
     ConfigTree::setExpanded(added, true);
     history_.concerns(added, move ? &source : nullptr);
     if (!move) return added;
+    for (const auto& [from, to] : moved)
+        history_.current<RedirectChange>().make(contents_, *from, *to);
     if (withContents) {
         history_.record<PresenceChange>(contents_, std::vector<Node*>{&source});
     } else {

@@ -40,7 +40,7 @@ TEST_F(RandomWalk, DoesAsTheNaiveEditorAndSavesWhatIsReadBack) {
     std::mt19937 random(walkSetting("WALK_SEED", 7));
     RandomUser user([&](std::size_t below) { return random() % below; }, *this);
     std::vector<std::string> steps;
-    const unsigned count = walkSetting("WALK_STEPS", 20000);
+    const unsigned count = walkSetting("WALK_STEPS", 30000);
     for (unsigned i = 1; i <= count && !HasFailure(); ++i) {
         steps.push_back(user.nextStep());
         if (steps.back().starts_with("mnuNew")) steps = {steps.back()};
