@@ -334,9 +334,12 @@ class WindowsDisk : public Disk {
             return std::nullopt;
         }
         const FILETIME time = data.ftLastWriteTime;
-        return FileStamp{
-            joined(data.nFileSizeHigh, data.nFileSizeLow),
-            static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime))};
+        FILE_BASIC_INFO times{};
+        ::GetFileInformationByHandleEx(file.handle(), FileBasicInfo, &times, sizeof times);
+        return FileStamp{joined(data.nFileSizeHigh, data.nFileSizeLow),
+                         static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime)),
+                         joined(data.nFileIndexHigh, data.nFileIndexLow),
+                         times.ChangeTime.QuadPart};
     }
 
     InputFile openToRead(const std::string& path) override {
