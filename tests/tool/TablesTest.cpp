@@ -38,6 +38,7 @@ class RandomTables : public ::testing::Test {
 TEST_F(RandomTables, AnExportedConfigurationIsImportedByteForByte) {
     forEachHouse([](RandomHouse& house) {
         ToolWorld world;
+        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
         world.disk.files["a.csv"] = describe(house.rows());
         world.must("import a.csv -o a.xml");
         for (const std::string separator : {",", ";", "tab"}) {
@@ -58,6 +59,7 @@ TEST_F(RandomTables, AnExportedConfigurationIsImportedByteForByte) {
 TEST_F(RandomTables, RowsAndColumnsComeInAnyOrder) {
     forEachHouse([](RandomHouse& house) {
         ToolWorld world;
+        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
         world.disk.files["a.csv"] = describe(house.rows());
         world.must("import a.csv -o a.xml");
         TableRows rows = house.rows();
@@ -126,6 +128,7 @@ std::map<std::string, TableRow> applied(const nlohmann::json& changes,
 TEST_F(RandomTables, WhatDiffNamesMakesTheOneOfTheOther) {
     forEachHouse([](RandomHouse& house) {
         ToolWorld world;
+        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
         world.disk.files["a.csv"] = describe(house.rows());
         world.must("import a.csv -o a.xml");
         const auto before = byPath(house.rows());
@@ -143,6 +146,7 @@ TEST_F(RandomTables, WhatDiffNamesMakesTheOneOfTheOther) {
 TEST_F(RandomTables, RowsChangeWhatIsThereAndAddWhatIsMissing) {
     forEachHouse([](RandomHouse& house) {
         ToolWorld world;
+        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
         world.disk.files["a.csv"] = describe(house.rows());
         world.must("import a.csv -o a.xml");
         const std::vector<Thing> before = house.things;
