@@ -188,17 +188,21 @@ void frmEditing::dropFile(const std::string& path) {
 
 /// Shows in the list, in place, what a dialog has made of the node, which had that key.
 void frmEditing::showChange(const Node& node, const SharedText& oldKey) {
+    const ListView::Update update(ListView1);
+    const auto ownRow = ListView1.findRow(oldKey);
     ListView1.rekeyRows(oldKey, node.key(), [&](const SharedText& newKey) {
         const Node* shown = document_.tree().FindNode(newKey);
         while (shown != nullptr && shown != &node)
             shown = shown->parent();
         return shown != nullptr;
     });
+    // A row that is out of date may have had the key already; it is the node's now too.
     if (node.kind() != NodeKind::item || !ListView1.findRow(node.key())) return;
     ListView shown;
     const bool withIndex = ListView1.columns().size() == itemColumns.size();
     document_.itemAt(node)->AddToListView(shown, withIndex, desktop_);
     ListView1.replaceRow(shown.rows().front());
+    if (ownRow) ListView1.replaceRow(*ownRow, shown.rows().front());
 }
 
 void frmEditing::changeBranch(Node& node) {

@@ -99,8 +99,11 @@ void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey,
 
 void ListView::replaceRow(Row row) {
     const auto place = findRow(row.key);
-    if (!place) return;
-    Row& shown = rows_[*place];
+    if (place) replaceRow(*place, std::move(row));
+}
+
+void ListView::replaceRow(std::size_t place, Row row) {
+    Row& shown = rows_.at(place);
     row.selected = shown.selected;
     if (row == shown) return;
     const Update update(*this);

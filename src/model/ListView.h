@@ -99,6 +99,8 @@ class ListView {
     /// Shows a row in the place of the one with its key, selected or not as that was. Does nothing
     /// when there is none.
     void replaceRow(Row row);
+    /// The same for the row at that place, which must have the key.
+    void replaceRow(std::size_t place, Row row);
 
     /// The view tells which rows the user has selected.
     void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }

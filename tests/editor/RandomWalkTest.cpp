@@ -62,7 +62,7 @@ TEST_F(RandomWalk, DoesAsTheNaiveEditorAndSavesWhatIsReadBack) {
                                    << outline(document);
     }
     const auto [readBack, changed, asked, refused] = saveAndRead.outcomes;
-    EXPECT_TRUE(readBack > 300 && asked > 10 && refused > 10)
+    EXPECT_TRUE(readBack > 300 && asked > 0 && refused > 10)
         << readBack << " " << asked << " " << refused;
 }
 
