@@ -44,7 +44,8 @@ inline bool holdsAny(const Node& node) {
 inline Thing thingOf(const Document& document, const Node& node) {
     Thing thing{node.isDevice() ? 'd' : 'b', node.text().string(), {}, {}, &node};
     if (node.kind() == NodeKind::item) {
-        const clsItem& item = *document.itemAt(node);
+        const auto record = document.itemAt(node);
+        const clsItem& item = *record;
         thing.kind = 'i';
         for (const auto& text : {item.sComment, item.sAddress, item.sDataType, item.sAccessRight})
             thing.texts.push_back(text.string());
