@@ -73,8 +73,8 @@ class NaiveEditor {
             return keys;
         };
         return {{"nodes", nodes},
-                {"devices", keysOf(registries_[plc])},
-                {"branches", keysOf(registries_[branch])},
+                {"devices", keysOf(registries_[plcKind])},
+                {"branches", keysOf(registries_[branchKind])},
                 {"items", items},
                 {"list", rows},
                 {"selected", selected_->key()},
@@ -86,7 +86,7 @@ class NaiveEditor {
     }
 
  private:
-    enum Kind : std::size_t { config, plc, branch, item };
+    enum Kind : std::size_t { config, plcKind, branchKind, item };
     static constexpr std::array tags{"config", "plc", "branch", "item"};
     /// Copies that were dragged share it; its key is that of the place where it came last.
     struct Record {
@@ -108,7 +108,7 @@ class NaiveEditor {
             for (const ThingPtr& child : below)  // on the clipboard, it outlives its parent
                 child->parent = nullptr;
         }
-        bool isDevice() const { return kind == plc && record != nullptr; }
+        bool isDevice() const { return kind == plcKind && record != nullptr; }
         std::string key() const {
             if (kind == config) return "config";
             if (parent == nullptr) return "";
@@ -283,7 +283,7 @@ class NaiveEditor {
                                         : "container";
         if (thing.kind == item) list(thing);
         if (thing.kind == config)
-            for (Thing* device : registries_[plc])
+            for (Thing* device : registries_[plcKind])
                 list(*device);
         else
             for (const ThingPtr& child : thing.below)
@@ -314,14 +314,14 @@ class NaiveEditor {
     bool store(Kind kind, const std::string& name, bool modify, const char* routine) {
         if (!isNameFree(kind, name, modify)) return false;
         return report(routine, [&] {
-            Thing& parent = kind == plc ? *root_ : *selected_;
+            Thing& parent = kind == plcKind ? *root_ : *selected_;
             if (modify) {
                 rename(*selected_, name);
             } else {
-                requireFree(kind, true, kind == plc ? name : parent.key() + "." + name);
+                requireFree(kind, true, kind == plcKind ? name : parent.key() + "." + name);
                 Thing& added = add(parent, kind, name, std::make_shared<Record>());
                 if (kind != item) selected_ = &added;
-                if (kind == plc) added.record->comment = "COM1";
+                if (kind == plcKind) added.record->comment = "COM1";
             }
             saved_ = false;
         });
@@ -338,7 +338,7 @@ class NaiveEditor {
         }
     }
     void nameDialog(Kind kind, bool modify) {
-        const bool isDevice = kind == plc;
+        const bool isDevice = kind == plcKind;
         if (isDevice && typed(0).empty()) return void(tell("Object Name field is empty."));
         if (!store(kind, typed(0), modify, isDevice ? "cmdApply_Click" : "cmdOk_Click")) return;
         if (isDevice) nodeClick(*selected_);
@@ -354,10 +354,10 @@ class NaiveEditor {
     void openProperties() {
         report("TreeView1_DblClick", [&] {
             Thing& thing = *selected_;
-            if (thing.kind == plc && !thing.record) throw invalid;
-            if (thing.kind == branch) nameDialog(branch, true);
-            if (thing.kind == plc) nameDialog(plc, true);
-            if (thing.kind == plc) nodeClick(thing);
+            if (thing.kind == plcKind && !thing.record) throw invalid;
+            if (thing.kind == branchKind) nameDialog(branchKind, true);
+            if (thing.kind == plcKind) nameDialog(plcKind, true);
+            if (thing.kind == plcKind) nodeClick(thing);
             if (thing.kind != item) return;
             itemDialog(true);
             for (Row& row : rows_) {
@@ -375,7 +375,7 @@ class NaiveEditor {
             const std::string refusal =
                 "Please change Item name (do not use default name) before copying";
             if (focus_ == "tree") {
-                if (selected_->kind == branch)
+                if (selected_->kind == branchKind)
                     tell("Please use Drag&Drop to copy and paste branches");
                 if (selected_->kind != item) return;
                 if (selected_->name.starts_with("New_Item")) return void(tell(refusal));
@@ -394,7 +394,7 @@ class NaiveEditor {
     }
     void paste() {
         Thing& target = *selected_;
-        if (target.kind != plc && target.kind != branch) return;
+        if (target.kind != plcKind && target.kind != branchKind) return;
         bool any = false;
         const bool isWhole = report("mnuPaste_Click", [&] {
             for (const ThingPtr& source : copied_) {
@@ -455,7 +455,7 @@ class NaiveEditor {
                                 key + each->key().substr(source.key().size()));
         });
         if (!isFree) return;
-        if (source.isDevice()) add(*target, plc, source.name, nullptr);
+        if (source.isDevice()) add(*target, plcKind, source.name, nullptr);
         if (isCopy && !source.isDevice()) copyBelow(source, *target);
         if (isCopy) return;
         takeOut({&source});
@@ -542,7 +542,9 @@ class NaiveEditor {
             report("ListView1_Click", [&] {
                 if (selectedRow() == nullptr) return;
                 const Kind kind = at(selectedRow()->key).kind;
-                enabled_ = kind == plc ? "device row" : kind == branch ? "container" : "item";
+                enabled_ = kind == plcKind      ? "device row"
+                           : kind == branchKind ? "container"
+                                                : "item";
             });
         } else if (verb == "doublerow") {
             selectRows({what});
@@ -559,11 +561,11 @@ class NaiveEditor {
             const auto [from, target] = cut(nodes, " to ");
             drag(at(from), find(target), !shift.empty());
         } else if (verb == "mnuAddPlc") {
-            nameDialog(plc, false);
+            nameDialog(plcKind, false);
         } else if (verb == "mnuAddBranch") {
             report("EH_mnuAddbranch_Click", [&] {
                 selectContainer();
-                nameDialog(branch, false);
+                nameDialog(branchKind, false);
             });
         } else if (verb == "mnuAddItem") {
             report("mnuAddItem_Click", [&] {
