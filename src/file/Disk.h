@@ -12,8 +12,8 @@
 
 /// What tells whether a file is still the one that was read or written.
 struct FileStamp {
-    std::uint64_t size;        ///< bytes
-    std::int64_t time;         ///< of the last change, in the unit of the system
+    std::uint64_t size = 0;    ///< bytes
+    std::int64_t time = 0;     ///< of the last change, in the unit of the system
     std::uint64_t number = 0;  ///< of the file on its disk; another one once it was replaced
     /// Of the last change of anything about it, which no program can set back; 0 where the system
     /// does not tell.
