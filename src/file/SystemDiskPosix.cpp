@@ -49,6 +49,8 @@ RunTimeError errorFor(int code, const fs::path& path) {
 class File {
  public:
     explicit File(int descriptor) : descriptor_(descriptor) {}
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
     File(File&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
     File& operator=(File&& other) noexcept {
         std::swap(descriptor_, other.descriptor_);

@@ -83,7 +83,7 @@ void PresenceChange::takeRecord(Contents& contents, const Node& node) {
 
 std::size_t PresenceChange::bytes() const {
     const auto records = devices_.size() + branches_.size() + items_.size();
-    return sizeof *this + tops_.size() * sizeof(Node*) + records * bytesOfNode + textBytes_;
+    return sizeof *this + tops_.size() * sizeof(void*) + records * bytesOfNode + textBytes_;
 }
 
 void PresenceChange::collect(ReservedPlaces& places) {
@@ -234,7 +234,7 @@ void RecordTextChange::toggle(Contents& contents, bool back) {
 std::size_t RecordTextChange::bytes() const {
     std::size_t bytes = sizeof *this;
     for (const auto& [text, other] : others_)
-        bytes += sizeof text + bytesOf(other);
+        bytes += sizeof(void*) + bytesOf(other);
     return bytes;
 }
 
@@ -254,7 +254,7 @@ void OrderChange::toggle(Contents& contents, bool /*back*/) {
     contents.tree.swapChildren(*node_, other_);
 }
 
-std::size_t OrderChange::bytes() const { return sizeof *this + other_.size() * sizeof(Node*); }
+std::size_t OrderChange::bytes() const { return sizeof *this + other_.size() * sizeof(void*); }
 
 DetachChange::DetachChange(Contents& contents, Node& device) : device_(&device) {
     toggle(contents, false);

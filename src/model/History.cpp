@@ -65,7 +65,7 @@ void History::recordOrder(Node& node, std::vector<Node*> before) {
         record<OrderChange>(node, std::move(before));
     } else if (!undo_.empty()) {
         Step& last = undo_.back();
-        const std::size_t bytes = before.size() * sizeof(Node*);
+        const std::size_t bytes = before.size() * sizeof(void*);
         last.changes.emplace_back(std::in_place_type<OrderChange>, node, std::move(before));
         last.bytes += bytes;
         bytes_ += bytes;
