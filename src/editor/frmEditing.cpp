@@ -188,19 +188,22 @@ void frmEditing::dropFile(const std::string& path) {
 
 /// Shows in the list, in place, what a dialog has made of the node, which had that key.
 void frmEditing::showChange(const Node& node, const SharedText& oldKey) {
-    const ListView::Update update(ListView1);
     const auto ownRow = ListView1.findRow(oldKey);
+    // A row that is out of date may have the new key already; it is the node's now too.
+    const bool isListed = ownRow || ListView1.findRow(node.key());
+    ListView shown;  // made before the list changes, as its errors are told in boxes
+    if (isListed && node.kind() == NodeKind::item) {
+        const bool withIndex = ListView1.columns().size() == itemColumns.size();
+        document_.itemAt(node)->AddToListView(shown, withIndex, desktop_);
+    }
+    const ListView::Update update(ListView1);
     ListView1.rekeyRows(oldKey, node.key(), [&](const SharedText& newKey) {
-        const Node* shown = document_.tree().FindNode(newKey);
-        while (shown != nullptr && shown != &node)
-            shown = shown->parent();
-        return shown != nullptr;
+        const Node* below = document_.tree().FindNode(newKey);
+        while (below != nullptr && below != &node)
+            below = below->parent();
+        return below != nullptr;
     });
-    // A row that is out of date may have had the key already; it is the node's now too.
-    if (node.kind() != NodeKind::item || !ListView1.findRow(node.key())) return;
-    ListView shown;
-    const bool withIndex = ListView1.columns().size() == itemColumns.size();
-    document_.itemAt(node)->AddToListView(shown, withIndex, desktop_);
+    if (shown.rows().empty()) return;
     ListView1.replaceRow(shown.rows().front());
     if (ownRow) ListView1.replaceRow(*ownRow, shown.rows().front());
 }
