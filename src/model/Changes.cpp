@@ -289,6 +289,7 @@ std::size_t RedirectChange::bytes() const {
 
 void SettingsChange::toggle(Contents& contents, bool /*back*/) {
     std::swap(contents.settings, other_);
+    contents.tree.recordsChanged();  // the root has the sign of the settings
 }
 
 std::size_t SettingsChange::bytes() const { return sizeof *this; }

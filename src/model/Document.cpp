@@ -271,12 +271,13 @@ void Document::remove(const std::vector<Node*>& nodes) {
 }
 
 void Document::setSettings(const GlobalSets& settings) {
-    if (!history_.isOpen()) {
+    GlobalSets before = std::exchange(contents_.settings, settings);
+    tree().recordsChanged();
+    if (history_.isOpen()) {
+        history_.record<SettingsChange>(std::move(before));
+    } else {
         history_.clear();
-        contents_.settings = settings;
-        return;
     }
-    history_.record<SettingsChange>(std::exchange(contents_.settings, settings));
 }
 
 void Document::sortChildren(Node& node) {
