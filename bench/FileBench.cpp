@@ -96,7 +96,8 @@ void importXml(benchmark::State& state) {
 void createXml(benchmark::State& state) {
     File file(static_cast<int>(state.range(0)));
     Document document;
-    fillBuilding(document, static_cast<int>(state.range(0)));
+    document.startAt(file.path());
+    if (!ImportXML(file.path(), document, file.disk(), file.desktop(), [] {})) std::abort();
     const FileRules rules(document);
     if (rules.refusal()) std::abort();  // the window has asked it for the signs
     Figures own;
