@@ -340,7 +340,7 @@ class FileRules::Surveyor {
             hasPoint_ |= glanceAt(node.text()).hasPoint;
             const bool isAsItStands = equalIgnoringCase(key, node.key());
             path.push_back({std::move(key), isAsItStands, node.key().size()});
-            meetItemsIn(node, path.back());
+            return meetItemsIn(node, path.back());
         };
         enter(device, asRead(device.text(), FilePlace::attribute), FilePlace::attribute, devices_);
         for (TreeWalk walk(device); const Node* node = walk.next();) {
@@ -353,16 +353,21 @@ class FileRules::Surveyor {
             if (node->kind() == NodeKind::branch) ++branchCount_;
             if (walk.depth() > mostBranchLevels) refuse(*node, "lies more than 1,000 deep");
             const std::string name = asRead(node->text(), FilePlace::elementName);
-            enter(*node, joinKey(path.back().key, name), FilePlace::elementName, branches_);
+            SharedText key = joinKey(path.back().key, name);
+            if (enter(*node, std::move(key), FilePlace::elementName, branches_)) {
+                walk.skipChildren();
+            }
         }
     }
 
-    void meetItemsIn(const Node& node, const Place& place) {
+    /// True when the node holds nothing else.
+    bool meetItemsIn(const Node& node, const Place& place) {
         const auto isItem = [](const Node* child) { return child->kind() == NodeKind::item; };
         const auto& children = node.GetChildren();
         const bool areAllItems = std::ranges::all_of(children, isItem);
         for (const Node* child : children)
             if (isItem(child)) meetItem(*child, place, areAllItems);
+        return areAllItems;
     }
 
     void meetItem(const Node& item, const Place& place, bool hasNoBranchBeside) {
@@ -476,13 +481,15 @@ class FileRules::Surveyor {
 };
 
 const FileRules::Survey& FileRules::survey() const {
-    const auto tree = document_.tree().changes();
-    const auto detached = document_.detached().changes();
-    if (!isSurveyed_ || surveyedTree_ != tree || surveyedDetached_ != detached) {
+    const ConfigTree& tree = document_.tree();
+    const ConfigTree& detached = document_.detached();
+    // Records matter only where they are out of sight.
+    const bool isAnyDetached = detached.nodes().size() > 0;
+    const std::array now{tree.changes(), detached.changes(),
+                         isAnyDetached ? tree.recordChanges() : 0};
+    if (surveyed_ != now) {
         survey_ = Surveyor(*this).survey();
-        surveyedTree_ = tree;
-        surveyedDetached_ = detached;
-        isSurveyed_ = true;
+        surveyed_ = now;
     }
     return survey_;
 }

@@ -9,6 +9,7 @@
 // how line ends and blanks are read; https://www.w3.org/TR/xml-names/ of colons in names.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -123,7 +124,5 @@ class FileRules {
 
     const Document& document_;
     mutable Survey survey_;
-    mutable std::uint64_t surveyedTree_ = 0;
-    mutable std::uint64_t surveyedDetached_ = 0;
-    mutable bool isSurveyed_ = false;
+    mutable std::optional<std::array<std::uint64_t, 3>> surveyed_;  // the counts of changes then
 };

@@ -276,7 +276,7 @@ void ConfigTree::setText(Node& node, SharedText text) {
 }
 
 void ConfigTree::recordsChanged() const {
-    ++changes_;
+    ++recordChanges_;
     if (listener_ != nullptr) listener_->recordsChanged();
 }
 

@@ -225,9 +225,11 @@ class ConfigTree {
     /// Has the listener hear that something in the records of nodes is another.
     void recordsChanged() const;
 
-    /// A number that is another one after each change of nodes, texts and order, and after
-    /// recordsChanged(): for what is worked out from the whole tree and kept until then.
+    /// Counts the changes of nodes, texts and order: for what is worked out from the whole tree and
+    /// kept until then.
     std::uint64_t changes() const { return changes_; }
+    /// Counts the calls of recordsChanged().
+    std::uint64_t recordChanges() const { return recordChanges_; }
 
     /// Puts the node's children into alphabetical order of their texts; equal texts keep their
     /// order. Children added later are appended as ever.
@@ -280,7 +282,8 @@ class ConfigTree {
     mutable Node* selected_ = nullptr;
     mutable Listener* listener_ = nullptr;
     mutable std::unordered_multimap<const Node*, Reference*> references_;
-    mutable std::uint64_t changes_ = 0;
+    std::uint64_t changes_ = 0;
+    mutable std::uint64_t recordChanges_ = 0;
 };
 
 /// Walks everything below a node, each node before its children, children first to last. No

@@ -84,6 +84,17 @@ void TreeModel::changed(const Node& node) {
     Q_EMIT dataChanged(index, index);
 }
 
+void TreeModel::recordsChanged() {
+    if (std::exchange(willEmitSigns_, true)) return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            willEmitSigns_ = false;
+            Q_EMIT signsChanged();
+        },
+        Qt::QueuedConnection);
+}
+
 void TreeModel::aboutToReorder(const Node& parent) {
     Q_EMIT layoutAboutToBeChanged({indexOf(&parent)}, VerticalSortHint);
 }

@@ -28,7 +28,8 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
  Q_SIGNALS:
     /// Another node is selected in the tree, or none.
     void nodeSelected();
-    /// Nodes may have other signs.
+    /// Nodes may have other signs. Emitted when control returns to the event loop, once for all
+    /// changes of records until then.
     void signsChanged();
     /// The node is to be scrolled into view.
     void nodeMadeVisible(const QModelIndex& index);
@@ -39,7 +40,7 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     void aboutToRemove(const Node& node) override;
     void removed() override;
     void changed(const Node& node) override;
-    void recordsChanged() override { Q_EMIT signsChanged(); }
+    void recordsChanged() override;
     void aboutToReorder(const Node& parent) override;
     void reordered(const Node& parent) override;
     void aboutToReset() override;
@@ -49,4 +50,5 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
 
     const ConfigTree& tree_;
     const FileRules& rules_;
+    bool willEmitSigns_ = false;
 };
