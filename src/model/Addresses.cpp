@@ -23,3 +23,19 @@ std::string AddressToHex(std::string_view address, std::size_t width) {
     if (hex.size() < width) hex.insert(0, width - hex.size(), '0');
     return hex;
 }
+
+std::optional<std::uint16_t> busAddress(std::string_view address) {
+    std::uint32_t index = 0;
+    const char* next = address.data();
+    const char* const end = next + address.size();
+    for (const std::uint32_t last : {31U, 7U, 255U}) {
+        if (next != address.data() && (next == end || *next++ != '/')) return std::nullopt;
+        std::uint32_t part = 0;
+        const auto [stop, error] = std::from_chars(next, end, part);
+        if (error != std::errc() || part > last) return std::nullopt;
+        index = index * (last + 1) + part;
+        next = stop;
+    }
+    if (next != end) return std::nullopt;
+    return static_cast<std::uint16_t>(index);
+}

@@ -6,6 +6,7 @@
 #include "base/RunTimeError.h"
 #include "base/Text.h"
 #include "model/Addresses.h"
+#include "model/DataTypes.h"
 #include "model/Keys.h"
 
 namespace {
@@ -62,7 +63,8 @@ const TagParts& partsFor(std::size_t level) {
 }  // namespace
 
 bool clsItem::hasElements(std::string_view dataType) {
-    return dataType == "NOEIS" || dataType == "EIS12" || dataType == "EIS15";
+    const DataType* type = findDataType(dataType);
+    return type != nullptr && type->hasElements;
 }
 
 void clsItem::SetByXml(const XmlElement& element, const SharedText& deviceName,

@@ -73,7 +73,7 @@ class clsItem {
     /// without a line end after the last; the tag is indented by `level` tabs. Nothing is escaped.
     void GetXmlTag(std::int16_t level, std::string& out) const;
 
-    /// True for the types that have a number of elements: "NOEIS", "EIS12" and "EIS15".
+    /// True for the types that have a number of elements.
     static bool hasElements(std::string_view dataType);
 
  private:

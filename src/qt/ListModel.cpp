@@ -2,6 +2,7 @@
 
 #include <QGuiApplication>
 
+#include "model/DataTypes.h"
 #include "qt/CellDelegate.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
@@ -39,7 +40,12 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         case Qt::ForegroundRole:
             return hasFault() ? icons::markColour(QGuiApplication::palette()) : QVariant();
         case Qt::ToolTipRole:
-        case Qt::AccessibleDescriptionRole: return toQt(fault().text);
+        case Qt::AccessibleDescriptionRole: {
+            if (hasFault()) return toQt(fault().text);
+            // The large picture is that of the data type.
+            const DataType* type = text == row.icon ? findDataType(text) : nullptr;
+            return type == nullptr ? QVariant() : toQt(descriptionOf(*type));
+        }
         case Qt::SizeHintRole: return cellSize_.isValid() ? cellSize_ : QVariant();
         default: return {};
     }

@@ -1,8 +1,6 @@
 #include "tool/Check.h"
 
 #include <algorithm>
-#include <array>
-#include <charconv>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -10,32 +8,13 @@
 
 #include "file/FileRules.h"
 #include "file/ImportXML.h"
+#include "model/Addresses.h"
 #include "model/DataTypes.h"
 #include "model/ProposedNames.h"
 #include "tool/Columns.h"
 #include "tool/Files.h"
 
 namespace {
-
-/// Where the addresses of a bus end, each part of them: 31/7/255.
-constexpr std::array<unsigned, 3> lastAddress{31, 7, 255};
-
-/// The address as a number, from 1; nothing for what no bus has.
-std::optional<std::size_t> numberOf(std::string_view address) {
-    std::size_t number = 0;
-    const char* next = address.data();
-    const char* const end = next + address.size();
-    for (std::size_t i = 0; i < lastAddress.size(); ++i) {
-        if (i > 0 && (next == end || *next++ != '/')) return std::nullopt;
-        unsigned part = 0;
-        const auto [stop, error] = std::from_chars(next, end, part);
-        if (error != std::errc() || part > lastAddress[i]) return std::nullopt;
-        number = number * (lastAddress[i] + 1) + part;
-        next = stop;
-    }
-    if (next != end || number == 0) return std::nullopt;
-    return number;
-}
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
@@ -129,8 +108,8 @@ class Checker : public ReadingListener {
     }
 
     void checkAddress(std::string_view address) {
-        const auto number = numberOf(address);
-        if (!number) {
+        const auto number = busAddress(address);
+        if (number.value_or(0) == 0) {  // 0/0/0 is the broadcast address
             add(Severity::error, "address " + quoted(address) + " is none of 0/0/1 to 31/7/255");
             return;
         }
@@ -144,7 +123,7 @@ class Checker : public ReadingListener {
     }
 
     void checkType(const clsItem& item) {
-        if (std::ranges::find(dataTypeNames(), item.sDataType) == dataTypeNames().end()) {
+        if (findDataType(item.sDataType) == nullptr) {
             checkText(Column::dataType, item.sDataType, FilePlace::content);
             add(Severity::warning, "unknown data type " + quoted(item.sDataType));
         }

@@ -1,0 +1,40 @@
+#include "model/DataTypes.h"
+
+#include <fstream>
+#include <iterator>
+
+#include "support/ScriptedUser.h"
+
+namespace {
+
+/// What the documents say of the data types, and how the schema has them.
+TEST(DataTypes, AreTheSameInTheDocuments) {
+    const auto textOf = [](const std::string& name) {
+        std::ifstream file(SAMPLES_DIR "/../docs/" + name, std::ios::binary);
+        std::string text{std::istreambuf_iterator<char>(file), {}};
+        std::erase(text, '\r');
+        return text;
+    };
+    std::string rows;
+    std::string without;
+    std::string with;
+    for (const DataType& type : dataTypes()) {
+        std::string name(type.name);
+        rows += "| `" + name + "` | " + std::string(type.meaning) + " | " + std::string(type.size) +
+                " | " + std::string(type.range) + " | " + std::string(type.datapointType) + " |\n";
+        (type.hasElements ? with : without) +=
+            "              <value type=\"string\">" + name + "</value>\n";
+    }
+    EXPECT_NE(textOf("file-format.md").find(rows + "\n"), std::string::npos) << rows;
+    const auto [first, second] = cut(textOf("configuration.rng"), "<element name=\"elements\">");
+    const auto choice = [](const std::string& values) {
+        return "<choice>\n" + values + "            </choice>";
+    };
+    EXPECT_NE(first.find(choice(without)), std::string::npos) << without;
+    EXPECT_NE(first.find(choice(with)), std::string::npos) << with;
+    EXPECT_EQ(descriptionOf(*findDataType("EIS6_D")),
+              "Scaling in degrees, 1 byte, 0 to 360° (DPT 5.003)");
+    EXPECT_EQ(findDataType("eis1"), nullptr);
+}
+
+}  // namespace
