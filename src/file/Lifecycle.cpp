@@ -194,9 +194,11 @@ void Lifecycle::noteFile(const std::string& path) {
 /// user knows of. One that was removed meanwhile is in nobody's way.
 bool Lifecycle::mayReplace(const std::string& path, std::optional<FileStamp>& known) {
     for (auto stamp = disk_.stampOf(path); stamp && stamp != known; stamp = disk_.stampOf(path)) {
-        if (!desktop_.askYesNo("File " + path +
-                               " was changed by another program since it was last read or saved "
-                               "here. Go on with saving?")) {
+        if (!desktop_.askYesNo(
+                "File " + path +
+                    " was changed by another program since it was last read or saved "
+                    "here. Go on with saving?",
+                Answer::no)) {
             return false;
         }
         known = stamp;
