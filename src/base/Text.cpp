@@ -247,6 +247,29 @@ void appendLatin1(std::string& out, std::string_view text) {
     }
 }
 
+std::string shortened(std::string_view text) {
+    constexpr int most = 60;
+    std::size_t head = 0;
+    std::size_t end = 0;
+    for (int count = 0; count < most && end < text.size(); ++count) {
+        nextCharacter(text, end);
+        if (count < most / 2) head = end;
+    }
+    if (end == text.size()) return std::string(text);
+    // A character begins with a byte that continues none.
+    const auto continues = [&](std::size_t place) {
+        return (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80;
+    };
+    std::size_t tail = text.size();
+    for (int count = 1; count < most / 2; ++count) {
+        do {
+            --tail;
+        } while (tail > head && continues(tail));
+        if (tail <= head) break;
+    }
+    return std::string(text.substr(0, head)).append("\u2026").append(text.substr(tail));
+}
+
 std::string fromWindows1252(std::string_view bytes) {
     static constexpr std::array<char16_t, 32> from80{
         0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,

@@ -38,6 +38,10 @@ std::string trimBlanks(std::string_view text);
 /// The same, as a part of the text that is given.
 std::string_view withoutBlanks(std::string_view text);
 
+/// A name or a path as a message shows it: of more than 60 characters, those in the middle are left
+/// out for an ellipsis.
+std::string shortened(std::string_view text);
+
 /// The UTF-8 of a text in the code page Windows-1252. The five bytes that it leaves undefined
 /// become the control characters of the same numbers, as Windows has it
 /// (https://www.unicode.org/Public/MAPPINGS/VENDORS/MICSFT/WindowsBestFit/bestfit1252.txt).

@@ -5,6 +5,7 @@
 
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
+#include "base/Text.h"
 #include "editor/frmEditing.h"
 
 void Deletion::mnuDelete_Click() {
@@ -61,7 +62,7 @@ void Deletion::removeSelectedRows() {
 
 void Deletion::deleteNode() {
     const ConfigTree::Reference node(document_.tree(), &document_.selectedNode());
-    const std::string question = "Are you sure you want to delete " + node.text();
+    const std::string question = "Are you sure you want to delete " + shortened(node.text());
     switch (node.node().kind()) {
         case NodeKind::plc:
         case NodeKind::branch:

@@ -211,12 +211,7 @@ FilePlace placeOfName(const Node& node) {
 std::string pathOf(const Node& node) {
     if (node.parent() == nullptr) return "Global Settings";
     const bool isBelowRoot = node.parent()->parent() == nullptr;
-    const std::string_view whole = isBelowRoot ? node.text() : node.key();
-    constexpr std::size_t mostCharacters = 100;  // a key may be as long as it likes
-    std::size_t end = 0;
-    for (std::size_t i = 0; i < mostCharacters && end < whole.size(); ++i)
-        nextCharacter(whole, end);
-    return std::string(whole.substr(0, end)) + (end < whole.size() ? "\u2026" : "");
+    return shortened(isBelowRoot ? node.text() : node.key());
 }
 
 /// The key that a node has when it is read back.

@@ -5,6 +5,7 @@
 
 #include "base/Numbers.h"
 #include "base/RunTimeError.h"
+#include "base/Text.h"
 
 bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool useParent,
                     const Tell& tell) {
@@ -23,7 +24,7 @@ bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool
 bool CheckChars(std::string_view text, const Tell& tell) {
     for (const char c : std::string_view(" .,:;\\/|")) {
         if (text.find(c) == std::string_view::npos) continue;
-        tell(std::string("Character (") + c + ") not acceptable in string " + std::string(text));
+        tell(std::string("Character (") + c + ") not acceptable in string " + shortened(text));
         return false;
     }
     return true;

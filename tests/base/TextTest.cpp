@@ -79,6 +79,22 @@ TEST(Letters, AreToldApartAndOrderedAsPeopleDo) {
                 << sorted[i] + " " + sorted[j];
 }
 
+TEST(Names, AreShortenedInTheMiddleByCharacters) {
+    for (const std::string letter : {"x", "é", "€", "\U0001F4A1"})
+        for (const int length : {0, 59, 60, 61, 300}) {
+            const auto some = [&](int count) {
+                std::string text;
+                while (count-- > 0)
+                    text += letter;
+                return text;
+            };
+            EXPECT_EQ(shortened(some(length)),
+                      length <= 60 ? some(length) : some(30) + "…" + some(29))
+                << letter << length;
+        }
+    EXPECT_EQ(shortened("a" + std::string(99, '\x80')).substr(0, 2), "a\x80");
+}
+
 TEST(Letters, OfBrokenTextAreOneCharacterForEachByte) {
     forEachIn(
         "1: \xE2|é|€|\U0001F4A1\n2: \xC0\xBC|\xE0\xBC|\xF0\xBC\n3: \xED\xA0\x80\n4: "
