@@ -9,6 +9,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
+#include <algorithm>
 #include <utility>
 
 #include "qt/CellDelegate.h"
@@ -43,6 +44,9 @@ TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& dra
     connect(&opening_, &QTimer::timeout, this, [this] {
         if (const Node* node = drag_.dropHighlight()) setExpanded(model_->indexOf(node), true);
     });
+    sideways_.setSingleShot(true);
+    sideways_.setInterval(0);
+    connect(&sideways_, &QTimer::timeout, this, &TreePane::scrollSideways);
     scrolling_.setInterval(60);
     connect(&scrolling_, &QTimer::timeout, this, &TreePane::scrollNearEdge);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
@@ -118,9 +122,31 @@ void TreePane::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottom
     updateGeometries();
 }
 
+/// The rows reach the edge of the view.
 void TreePane::updateGeometries() {
-    header()->resizeSection(0, width_.width(tree_.root()));
+    header()->resizeSection(0, std::max(width_.width(tree_.root()), viewport()->width()));
     QTreeView::updateGeometries();
+}
+
+/// Sideways, too, which the toolkit does not: it goes back to the left edge.
+void TreePane::scrollTo(const QModelIndex& index, ScrollHint hint) {
+    const int before = horizontalScrollBar()->value();
+    QTreeView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(before);
+    sought_ = index;
+    // Not before the change is whole that this may be a part of: the node is measured for it.
+    sideways_.start();
+}
+
+/// Brings as much of the sought node into sight as there is room for, and its expand box.
+void TreePane::scrollSideways() {
+    if (!sought_.isValid()) return;
+    updateGeometries();
+    const int start = visualRect(sought_).left();
+    const int left = start - indentation();
+    const int right = start + sizeHintForIndex(sought_).width();
+    const int hidden = std::min(left, std::max(0, right - viewport()->width()));
+    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + hidden);
 }
 
 void TreePane::setActing(bool acting) {
@@ -158,8 +184,8 @@ void TreePane::addOwnEntries(QMenu& menu) {
         viewport()->update();
     };
     menu.addAction(tr("Take to &move"), this, [take] { take(false); });
-    menu.addAction(tr("Take to &copy"), this, [take] { take(true); });
-    QAction* drop = menu.addAction(tr("&Drop here what was taken"), this, [this] {
+    menu.addAction(tr("Take to cop&y"), this, [take] { take(true); });
+    QAction* drop = menu.addAction(tr("Drop &here what was taken"), this, [this] {
         press(takenToCopy_, taken_.get());
         taken_ = nullptr;
         drag_.TreeView1_OLEDragOver(tree_.selected());

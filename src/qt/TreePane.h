@@ -24,6 +24,7 @@ class TreePane : public QTreeView {
     /// What the context menu offers beside the commands: taking and dropping, the keyboard's way
     /// of dragging.
     void addOwnEntries(QMenu& menu);
+    void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
  Q_SIGNALS:
     /// The user chose a node, with the mouse or from the keyboard. A node that a rule selects
@@ -73,6 +74,7 @@ class TreePane : public QTreeView {
     QPixmap pictureOf(const QModelIndex& node) const;
     void dragOver(std::optional<QPoint> place);
     void scrollNearEdge();
+    void scrollSideways();
 
     const ConfigTree& tree_;
     TreeDrag& drag_;
@@ -92,4 +94,6 @@ class TreePane : public QTreeView {
     std::optional<QPoint> draggedTo_;  // none outside the tree
     QTimer opening_;                   // of a closed node on which the pointer rests
     QTimer scrolling_;                 // while the pointer is near an edge
+    QPersistentModelIndex sought_;     // the last node that was to be in sight
+    QTimer sideways_;
 };

@@ -1,4 +1,7 @@
 // What the user does with the main window, by mouse and keyboard.
+#include <qpa/qplatformtheme.h>
+
+#include <QtGui/private/qguiapplication_p.h>
 #include <regex>
 
 #include "qt/WindowUser.h"
@@ -61,12 +64,13 @@ class MainWindowTest : public QObject {
         user.clicks(tree, item - QPoint(tree.indentation(), 0));
         QCOMPARE(user.shownRows(), "Text1");
 
-        // What chooses no node: boxes, and what is beside and below the nodes.
+        // What chooses no node: boxes, and what is below the nodes. A node reaches to the edge.
         user.clicks(tree, one - QPoint(tree.indentation(), 0));
-        user.clicks(tree, {tree.viewport()->width() - 2, one.y()});
         user.clicks(tree, {one.x(), tree.viewport()->height() - 2});
         QCOMPARE(selected(), "Text1");
         QVERIFY(!tree.isExpanded(user.indexOf("Plant.FLOOR1")));
+        user.clicks(tree, {tree.viewport()->width() - 2, one.y()});
+        QCOMPARE(selected(), "FLOOR1");
         user.clicks(tree, user.spotOnNode("Plant.FLOOR2"), Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(user.shownRows(), "Light1");
         user.clicks("config", Qt::RightButton);
@@ -92,6 +96,67 @@ class MainWindowTest : public QObject {
         QVERIFY(!user.window.close());
         QVERIFY(user.window.close());
         QCOMPARE(ends, QList({QVariantList{0}}));
+    }
+
+    /// Whatever keys the desktop has for what programs have in common.
+    static void keysWorkOnEveryDesktop() {
+        struct Theme : QPlatformTheme {
+            QVariant themeHint(ThemeHint hint) const override {
+                return hint == KeyboardScheme ? int(keys) : QPlatformTheme::themeHint(hint);
+            }
+            KeyboardSchemes keys = WindowsKeyboardScheme;
+        } theme;
+        auto& platform = QGuiApplicationPrivate::platform_theme;
+        auto* const own = std::exchange(platform, &theme);
+        const auto restore = qScopeGuard([&] { platform = own; });
+        for (const auto keys :
+             {Theme::WindowsKeyboardScheme, Theme::GnomeKeyboardScheme, Theme::KdeKeyboardScheme}) {
+            theme.keys = keys;
+            WindowUser user(twoFloors());
+            QString settings;
+            user.forms.whenShown<frmSetts>([&](auto& form) { settings = toQt(form.cmbPort.text); });
+            user.clicks("Plant.FLOOR2");
+            user.presses("Right Down");
+            QCOMPARE(user.shownRows(), "Light1");
+            user.presses("Ctrl+C Home Down Down Down Down Left");
+            QCOMPARE(user.shownTree(),
+                     "/plant.xml[Annex[!Door\u263a] Plant[*FLOOR1+ FLOOR2[Light1]]]");
+            user.presses("Ctrl+V");
+            const auto isPasted = [&] { return user.shownRows().contains("Light1"); };
+            QVERIFY(isPasted());
+            for (const auto& [key, comesBack] : {std::pair("Ctrl+Z", false),
+                                                 {"Ctrl+Y", true},
+                                                 {"Ctrl+Z", false},
+                                                 {"Ctrl+Shift+Z", true}}) {
+                user.presses(key);
+                QVERIFY2(isPasted() == comesBack, key);
+            }
+            user.clicks("Plant.FLOOR1");
+            for (const auto& [key, shown] : {std::pair("Ctrl+B", "NewBranch3"),
+                                             {"Ctrl+I", "New Item 6"},
+                                             {"F2", "FLOOR1"},
+                                             {"Home Ctrl+P", "New Device 3"}}) {
+                user.presses(key);
+                QCOMPARE(user.opened(), shown);
+            }
+            user.presses("Ctrl+G Ctrl+F");
+            QCOMPARE(settings, "COM1");
+            QVERIFY(user.forms.find != nullptr);
+            user.clicks("Plant.FLOOR1");
+            user.presses("Tab Home Shift+Down");
+            QCOMPARE(user.shownRows(), "*Light1 *Text1 Text2_of_a_long_name Text3");
+            user.desktop.willAnswer({Answer::yes});
+            user.presses("Ctrl+A Ctrl+X");
+            QCOMPARE(user.told(), "Are you sure you want to delete the selected items ?");
+            user.desktop.willAnswer({Answer::yes});
+            user.desktop.willChoose("/other.xml");
+            user.presses("Ctrl+S Ctrl+Shift+S");
+            QVERIFY(user.disk.files.contains("/other.xml"));
+            user.presses("Ctrl+O");
+            QVERIFY(user.desktop.lastChooser.starts_with("Open as existing configuration"));
+            user.presses("Ctrl+N");
+            QCOMPARE(user.document.items().count(), 0U);
+        }
     }
 
     static void rowsAreChosenByHand() {

@@ -92,10 +92,16 @@ class WindowUser : public WindowWorld {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (menu == nullptr) return "none";
         QStringList texts;
-        for (const QAction* action : menu->actions())
+        QStringList letters;
+        for (const QAction* action : menu->actions()) {
+            letters.append(QKeySequence::mnemonic(action->text()).toString());
+            if (!letters.back().isEmpty() && letters.count(letters.back()) > 1) {
+                return action->text() + " has a letter of another entry";
+            }
             if (action->isEnabled() && !action->isSeparator())
                 texts.append((menu->defaultAction() == action ? "*" : "") +
                              QString(action->text()).remove('&'));
+        }
         menu->close();
         return texts.join(", ");
     }
