@@ -13,6 +13,8 @@ struct Label {
 struct TextBox {
     std::string text;
     bool enabled = true;
+    /// Once: the keyboard goes there, to type over the text.
+    bool getsFocus = false;
 };
 
 /// A text with proposals. Whether the user may type another one is the window's matter.

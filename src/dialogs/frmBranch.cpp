@@ -16,6 +16,7 @@ void frmBranch::Form_Load() {
 }
 
 void frmBranch::cmdOk_Click() {
+    txtBranchName.getsFocus = true;  // unless the dialog closes, a message is about it
     reportErrors(desktop_, "cmdOk_Click", [&] {
         // The only check: an emptied name passes it and is stored. What is wrong with a name is
         // for its user to see, not for this dialog to decide.

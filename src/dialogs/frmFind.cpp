@@ -7,6 +7,7 @@
 void frmFind::Form_Load() {
     txtFind.text.clear();
     nextCounter_ = 0;
+    notFound_.clear();
     loaded_ = true;
 }
 
@@ -32,6 +33,7 @@ void frmFind::selectMatch(int skipped) {
         match = node.get();
         if (skipped-- == 0) break;
     }
+    notFound_ = match == nullptr ? txtFind.text : std::string();
     if (match == nullptr || !focusTree_()) return;
     document_.tree().select(match);
     document_.tree().ensureVisible(*match);

@@ -35,6 +35,8 @@ class frmFind {
     void cmdCancel_Click() { Form_Unload(); }
 
     bool loaded() const { return loaded_; }
+    /// The text is one that the last search did not find.
+    bool isNotFound() const { return !notFound_.empty() && notFound_ == txtFind.text; }
 
  private:
     void selectMatch(int skipped);
@@ -43,5 +45,6 @@ class frmFind {
     Desktop& desktop_;
     std::function<bool()> focusTree_;
     std::int16_t nextCounter_ = 0;
+    std::string notFound_;  // what the last search looked for in vain
     bool loaded_ = false;
 };

@@ -5,6 +5,9 @@
 
 #include "base/Numbers.h"
 #include "base/Reporting.h"
+#include "base/RunTimeError.h"
+#include "base/Text.h"
+#include "model/Addresses.h"
 #include "model/Checks.h"
 #include "model/DataTypes.h"
 #include "model/ProposedNames.h"
@@ -58,15 +61,58 @@ void frmItems::setElements(const std::string& text) {
 
 void frmItems::cmbDataType_Click() { setElements(txtElements.text); }
 
+bool frmItems::enterAddress(std::size_t part, std::string_view text) {
+    const auto slashes = static_cast<std::size_t>(std::ranges::count(text, '/'));
+    if (slashes + 1 == txtAddress.size()) part = 0;
+    if (part + slashes >= txtAddress.size()) return false;
+    for (;; ++part) {
+        const auto slash = std::min(text.find('/'), text.size());
+        const std::string number = trimBlanks(text.substr(0, slash));
+        if (!number.empty()) txtAddress[part].text = number;
+        if (slash == text.size()) break;
+        text.remove_prefix(slash + 1);
+    }
+    txtAddress[part].getsFocus = true;
+    return true;
+}
+
+std::string frmItems::address() const {
+    return trimBlanks(txtAddress[0].text) + '/' + trimBlanks(txtAddress[1].text) + '/' +
+           trimBlanks(txtAddress[2].text);
+}
+
+std::string frmItems::addressHint() const {
+    const auto isPlain = [](const TextBox& part) {
+        const std::string_view text = withoutBlanks(part.text);
+        return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    if (!std::ranges::all_of(txtAddress, isPlain)) return {};
+    const auto index = busAddress(address());
+    if (!index) return "Beyond the bus, which ends at " + std::string(lastBusAddress);
+    for (const auto& [key, item] : document_.items()) {
+        const bool isThis = modify_ && key == node_.node().key();
+        if (!isThis && busAddress(item->sAddress) == index) return "Also used by " + key.string();
+    }
+    return {};
+}
+
 bool frmItems::CheckFields() {
     bool correct = false;
     reportErrors(desktop_, "CheckFields", [&] {
+        TextBox* field = &txtItemName;
         std::string_view fault = faultOfItemName(txtItemName.text);
-        for (const TextBox& part : txtAddress)
-            if (fault.empty()) fault = faultOfAddressPart(part.text);
-        if (fault.empty() && txtElements.enabled) fault = faultOfElements(txtElements.text);
-        if (!fault.empty()) desktop_.showMessage(std::string(fault));
+        const auto check = [&](TextBox& next, auto faultOf) {
+            if (!fault.empty()) return;
+            field = &next;
+            fault = faultOf(next.text);
+        };
+        for (TextBox& part : txtAddress)
+            check(part, faultOfAddressPart);
+        if (txtElements.enabled) check(txtElements, faultOfElements);
         correct = fault.empty();
+        if (correct) return;
+        field->getsFocus = true;
+        desktop_.showMessage(std::string(fault));
     });
     return correct;
 }
@@ -82,23 +128,35 @@ ItemFields frmItems::fields() const {
 }
 
 bool frmItems::AddItemToColl() {
+    if (!CheckFields()) return false;
     bool stored = false;
+    TextBox* field = &txtItemName;  // what a message from here on is about
     reportErrors(desktop_, "AddItemToColl", [&] {
-        if (!CheckFields()) return;
-        Node& node = node_.node();
-        if (!CheckDuplNames(NodeKind::item, txtItemName.text, node, modify_, desktop_)) return;
-        if (modify_) {
-            const Document::Step step(document_, "Change");
-            document_.change(node, fields());
-        } else {
-            const auto item = std::make_shared<clsItem>();
-            item->SetByForm(fields(), &node, false);
-            const Document::Step step(document_, "Add");
-            document_.addByHand(item, node);
+        if (!CheckDuplNames(NodeKind::item, txtItemName.text, node_.node(), modify_, desktop_))
+            return;
+        try {
+            store();
+        } catch (const RunTimeError& error) {
+            if (error.number() == ErrorNumber::overflow) field = &txtElements;
+            throw;
         }
         stored = true;
     });
+    if (!stored) field->getsFocus = true;
     return stored;
+}
+
+void frmItems::store() {
+    Node& node = node_.node();
+    if (modify_) {
+        const Document::Step step(document_, "Change");
+        document_.change(node, fields());
+        return;
+    }
+    const auto item = std::make_shared<clsItem>();
+    item->SetByForm(fields(), &node, false);
+    const Document::Step step(document_, "Add");
+    document_.addByHand(item, node);
 }
 
 void frmItems::cmdOk_Click() {
@@ -118,6 +176,7 @@ bool frmItems::addAndIncrement() {
         txtComment.text.clear();
         // No carry and no wrap: 255 becomes 256, which the next check refuses.
         txtAddress[2].text = plainDecimal(leadingNumber(txtAddress[2].text) + 1);
+        txtItemName.getsFocus = true;
         added = true;
     });
     return added;
@@ -127,15 +186,22 @@ void frmItems::cmdGroup_Click() {
     frmMain.enabled = false;
     frmInserimento.visible = true;
     txtNumbItems.text = "1";
+    txtNumbItems.getsFocus = true;
+}
+
+void frmItems::closeCountPanel() {
+    frmInserimento.visible = false;
+    frmMain.enabled = true;
+    txtItemName.getsFocus = true;
 }
 
 void frmItems::cmdOkNumber_Click() {
     reportErrors(desktop_, "cmdOkNumber_Click", [&] {
         if (!isNumber(txtNumbItems.text)) {
+            txtNumbItems.getsFocus = true;
             return desktop_.showMessage("Number of items is not valid.");
         }
-        frmInserimento.visible = false;
-        frmMain.enabled = true;  // nothing is typed meanwhile, and no error leaves it disabled
+        closeCountPanel();  // nothing is typed meanwhile, and no error leaves the fields disabled
         const std::int16_t count = readInt16(txtNumbItems.text);
         const BusyPointer busy(desktop_);
         const Document::Step step(document_, "Add");

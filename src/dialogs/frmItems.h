@@ -43,6 +43,9 @@ class frmItems {
     Button cmdAdd{"Add and Increment"};
     Button cmdGroup{"Add Vector...."};
     Button cmdCancel{"Exit"};
+    /// A hint on the address as it is typed: that the bus does not reach so far, or which other
+    /// item has it. Empty for none. Goes through all items.
+    std::string addressHint() const;
 
     /// Asks how many items a vector has.
     struct CountPanel {
@@ -53,6 +56,10 @@ class frmItems {
     Button cmdOkNumber{"OK"};
 
     void Form_Load();
+    /// Enters a text with slashes, typed or pasted into a part of the address: a whole address
+    /// fills all parts, fewer numbers that part and those after it. False when there are too many;
+    /// then nothing changes. An empty number leaves its part as it is, for the user to type over.
+    bool enterAddress(std::size_t part, std::string_view text);
     /// Another data type is chosen: only some types have a number of elements.
     void cmbDataType_Click();
     /// False after telling the user what is wrong with the fields.
@@ -66,6 +73,8 @@ class frmItems {
     void cmdGroup_Click();
     /// Adds as many items as the count panel says; stops at the first that is refused.
     void cmdOkNumber_Click();
+    /// Hides the count panel again.
+    void closeCountPanel();
     void cmdCancel_Click() { closed_ = true; }
 
     int txtItemName_KeyPress(int code) const { return filterNameKey(code); }
@@ -77,10 +86,12 @@ class frmItems {
     bool modify() const { return modify_; }
 
  private:
+    std::string address() const;
     void loadItem();
     void loadDefaults();
     void setElements(const std::string& text);
     ItemFields fields() const;
+    void store();
     bool addAndIncrement();
 
     Document& document_;

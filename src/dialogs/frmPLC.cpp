@@ -41,6 +41,7 @@ bool frmPLC::CheckPlcFields() {
 }
 
 void frmPLC::cmdApply_Click() {
+    txtName.getsFocus = true;  // unless the dialog closes, a message is about it
     reportErrors(desktop_, "cmdApply_Click", [&] {
         if (!CheckPlcFields()) {
             closed_ = true;

@@ -3,6 +3,7 @@
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "model/Product.h"
@@ -37,11 +38,12 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     row->addWidget(picture, 0, Qt::AlignTop);
     row->addLayout(texts, 1);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, this);
+    buttons->button(QDialogButtonBox::Ok)->setText("&OK");
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     buttons->setFocus();
     auto* column = new QVBoxLayout(this);
     column->addLayout(row);
     column->addStretch();
-    column->addSpacing(fontMetrics().height());
+    column->addSpacing(fontMetrics().height() / 2);
     column->addWidget(buttons);
 }

@@ -1,12 +1,16 @@
 #include "qt/FindDialog.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QEvent>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
+
+#include "qt/Icons.h"
 
 FindDialog::FindDialog(frmFind& form)
     : FormDialog(
@@ -15,28 +19,41 @@ FindDialog::FindDialog(frmFind& form)
       text_(bind("txtFind", form.txtFind)) {
     setObjectName("frmFind");
     setAttribute(Qt::WA_DeleteOnClose);
-    auto* find = bind("cmdFind", form.cmdFind, [&form] { form.cmdFind_Click(); });
     text_->setMinimumWidth(text_->fontMetrics().averageCharWidth() * 32);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(find);
-    auto* next = bind("cmdNext", form.cmdNext, [&form] { form.cmdNext_Click(); });
-    buttons->addWidget(next);
+    QAction* sign = text_->addAction(icons::mark(), QLineEdit::TrailingPosition);
+    sign->setText(tr("Nothing was found"));
+    const auto look = [this, &form, sign] {
+        sign->setVisible(form.isNotFound());
+        text_->setAccessibleDescription(form.isNotFound() ? sign->text() : QString());
+    };
+    bind(look);
+    connect(text_, &QLineEdit::textChanged, this, look);
+    auto* find = bind("cmdFind", form.cmdFind, 'F', [&form] { form.cmdFind_Click(); });
+    auto* next = bind("cmdNext", form.cmdNext, 'N', [&form] { form.cmdNext_Click(); });
     // In the main window too, as long as this dialog is open.
     new QShortcut(
         Qt::Key_F3, next, [next] { next->click(); }, Qt::ApplicationShortcut);
-    buttons->addWidget(bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); }));
-    auto* column = new QVBoxLayout(this);
-    column->addWidget(bind(form.lblName, 'T', text_));
-    column->addWidget(text_);
-    column->addStretch();
-    column->addLayout(buttons);
-    find->setDefault(true);
+    auto* exit = bind("cmdCancel", form.cmdCancel, 'x', [&form] { form.cmdCancel_Click(); });
+    auto* contents = new QVBoxLayout;
+    contents->addWidget(bind(form.lblName, 'T', text_));
+    contents->addWidget(text_);
+    contents->addStretch();
+    arrange(contents, {find, next, exit});
+    qApp->installEventFilter(this);
     showForm();
 }
 
-/// Form_Activate: the text has the keyboard whenever the dialog comes to the front.
+/// Form_Activate: the text has the keyboard whenever the dialog comes to the front, and is typed
+/// over.
 void FindDialog::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) text_->setFocus();
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) enter(text_);
     FormDialog::changeEvent(event);
+}
+
+/// The main window that comes to the front stays below this dialog, though it does not own it.
+bool FindDialog::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() == QEvent::WindowActivate && qobject_cast<QMainWindow*>(object) != nullptr) {
+        raise();
+    }
+    return FormDialog::eventFilter(object, event);
 }

@@ -6,7 +6,7 @@
 
 class QLineEdit;
 
-/// Stands beside the main window, without an owner, and deletes itself when it is closed.
+/// Stays above the main window, without an owner, and deletes itself when it is closed.
 class FindDialog : public FormDialog {
     Q_OBJECT
 
@@ -15,6 +15,7 @@ class FindDialog : public FormDialog {
 
  protected:
     void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
 
  private:
     QLineEdit* text_;

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
@@ -10,7 +11,9 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
+#include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "qt/Icons.h"
 #include "qt/Text.h"
@@ -63,14 +66,14 @@ class TypingFilter : public QObject {
     std::function<int(int)> filter_;
 };
 
-QString withAccelerator(const std::string& caption, char accelerator) {
+}  // namespace
+
+QString withAccelerator(std::string_view caption, char accelerator) {
     QString text = toQt(caption);
     const auto place = text.indexOf(QLatin1Char(accelerator));
     if (place >= 0) text.insert(place, '&');
     return text;
 }
-
-}  // namespace
 
 QWidget* ownerOfDialogs() {
     if (QWidget* dialog = QApplication::activeModalWidget()) return dialog;
@@ -112,6 +115,9 @@ QLineEdit* FormDialog::bind(const char* name, TextBox& box, KeyFilter filter) {
             edit->home(false);
         }
         edit->setEnabled(box.enabled);
+    });
+    takers_.push_back([edit, &box] {
+        if (std::exchange(box.getsFocus, false)) enter(edit);
     });
     return edit;
 }
@@ -158,13 +164,14 @@ void FormDialog::mark(QLineEdit* edit, FilePlace place) {
     look();
 }
 
-QPushButton* FormDialog::bind(const char* name, const Button& button, Handler handler) {
+QPushButton* FormDialog::bind(const char* name, const Button& button, char accelerator,
+                              Handler handler) {
     auto* widget = new QPushButton(this);
     widget->setObjectName(name);
     connect(widget, &QPushButton::clicked, this,
             [this, handler = std::move(handler)] { run(handler); });
-    bind([widget, &button] {
-        widget->setText(toQt(button.caption));
+    bind([widget, &button, accelerator] {
+        widget->setText(withAccelerator(button.caption, accelerator));
         widget->setEnabled(button.enabled);
     });
     return widget;
@@ -193,6 +200,20 @@ void FormDialog::showForm() {
     for (const auto& show : show_)
         show();
     showing_ = false;
+    for (const auto& take : takers_)
+        take();
+}
+
+void FormDialog::arrange(QLayout* contents, std::initializer_list<QPushButton*> buttons) {
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    for (QPushButton* button : buttons)
+        row->addWidget(button);
+    auto* column = new QVBoxLayout(this);
+    column->addLayout(contents, 1);
+    column->addSpacing(fontMetrics().height() / 2);
+    column->addLayout(row);
+    (*buttons.begin())->setDefault(true);
 }
 
 void FormDialog::reject() { run(exit_); }

@@ -3,6 +3,7 @@
 
 #include <QDialog>
 #include <functional>
+#include <initializer_list>
 #include <vector>
 
 #include "dialogs/Controls.h"
@@ -11,12 +12,16 @@
 class QComboBox;
 class QFormLayout;
 class QLabel;
+class QLayout;
 class QLineEdit;
 class QPushButton;
 
 /// The window that a box or a dialog opened now stands over and belongs to: the dialog that is
 /// open, else the main window. The find dialog owns none, as it may be taken away at any time.
 QWidget* ownerOfDialogs();
+
+/// A caption whose accelerator is that letter of it.
+QString withAccelerator(std::string_view caption, char accelerator);
 
 /// A modal dialog over a form. Each widget is bound to a control of the form and bears its name.
 /// What the user changes goes into the form at once, and nothing else does: a text that a widget
@@ -47,11 +52,15 @@ class FormDialog : public QDialog {
     /// Shows a sign in the field, with what is wrong as its tooltip, while its text has a fault in
     /// that place of the file.
     void mark(QLineEdit* edit, FilePlace place);
-    QPushButton* bind(const char* name, const Button& button, Handler handler);
+    /// The accelerator is a letter of the caption.
+    QPushButton* bind(const char* name, const Button& button, char accelerator, Handler handler);
     /// A further thing to show.
     void bind(Handler show) { show_.push_back(std::move(show)); }
     /// What a widget holds has changed: `take` gives it to the form if the user did it.
     void learn(const Handler& take);
+
+    /// Lays out what the dialog is about, and the buttons below, of which the first is the default.
+    void arrange(QLayout* contents, std::initializer_list<QPushButton*> buttons);
 
     /// Gives a field the keyboard, its text selected to be typed over.
     static void enter(QLineEdit* edit);
@@ -65,5 +74,6 @@ class FormDialog : public QDialog {
     std::function<bool()> closed_;
     Handler exit_;
     std::vector<Handler> show_;
+    std::vector<Handler> takers_;  // of the keyboard, where the form gives it to a field
     bool showing_ = false;
 };

@@ -1,15 +1,60 @@
 #include "qt/ItemDialog.h"
 
 #include <QButtonGroup>
+#include <QClipboard>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QFrame>
+#include <QGuiApplication>
 #include <QHBoxLayout>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
+#include <utility>
+
+#include "model/DataTypes.h"
+#include "qt/Text.h"
+
+/// A quiet line, shortened in the middle where it has no room; it keeps its height without a text.
+class ItemDialog::HintLabel : public QLabel {
+ public:
+    using QLabel::QLabel;
+
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+    QSize sizeHint() const override { return minimumSizeHint(); }
+
+ protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
+        QPainter(this).drawText(rect(), Qt::AlignVCenter, shown);
+    }
+};
+
+namespace {
+
+/// What each type is, and the present one.
+void explainDataTypes(QComboBox* types) {
+    const auto explanation = [](const QString& name) {
+        const DataType* type = findDataType(fromQt(name));
+        return type == nullptr ? QString() : toQt(descriptionOf(*type));
+    };
+    {
+        const QSignalBlocker quiet(types);  // no other type is chosen by that
+        for (int i = 0; i < types->count(); ++i)
+            types->setItemData(i, explanation(types->itemText(i)), Qt::ToolTipRole);
+    }
+    const auto look = [=] { types->setToolTip(explanation(types->currentText())); };
+    QObject::connect(types, &QComboBox::currentTextChanged, types, look);
+    look();
+}
+
+}  // namespace
 
 ItemDialog::ItemDialog(frmItems& form)
     : FormDialog(
@@ -19,17 +64,22 @@ ItemDialog::ItemDialog(frmItems& form)
     setObjectName("frmItems");
     fields_ = buildFields();
     panel_ = buildCountPanel();
-    auto* column = new QVBoxLayout(this);
-    column->addWidget(fields_);
-    column->addWidget(panel_);
-    column->addStretch();
-    column->addLayout(buildButtons());
+    panel_->hide();
     bind([this] {
         fields_->setEnabled(form_.frmMain.enabled);
         showCountPanel(form_.frmInserimento.visible);
+        hint_->setText(toQt(form_.addressHint()));
     });
-    panel_->hide();
-    ok_->setDefault(true);
+    auto* contents = new QVBoxLayout;
+    contents->addWidget(fields_);
+    contents->addWidget(panel_);
+    contents->addStretch();
+    const char ok = form_.modify() ? 'f' : 'A';
+    ok_ = bind("cmdOk", form_.cmdOk, ok, [this] { form_.cmdOk_Click(); });
+    auto* add = bind("cmdAdd", form_.cmdAdd, 'm', [this] { form_.cmdAdd_Click(); });
+    auto* group = bind("cmdGroup", form_.cmdGroup, 'V', [this] { form_.cmdGroup_Click(); });
+    auto* cancel = bind("cmdCancel", form_.cmdCancel, 'x', [this] { form_.cmdCancel_Click(); });
+    arrange(contents, {ok_, add, group, cancel});
     showForm();
     enter(name_);
 }
@@ -52,8 +102,14 @@ QWidget* ItemDialog::buildFields() {
     QWidget* address = buildAddress();
     rows->addRow(bind(form_.lbladdress, 'G', address->findChild<QLineEdit*>("txtAddress0")),
                  address);
-    add(form_.Label5, 'D',
-        bind("cmbDataType", form_.cmbDataType, false, [this] { form_.cmbDataType_Click(); }));
+    hint_ = new HintLabel(this);
+    hint_->setObjectName("addressHint");
+    hint_->setForegroundRole(QPalette::PlaceholderText);
+    rows->addRow(nullptr, hint_);
+    auto* type =
+        bind("cmbDataType", form_.cmbDataType, false, [this] { form_.cmbDataType_Click(); });
+    explainDataTypes(type);
+    add(form_.Label5, 'D', type);
     add(form_.Label6, 'R', bind("cmbAccessRight", form_.cmbAccessRight, false));
     add(form_.lblElements, 'b', bind("txtElements", form_.txtElements, [this](int code) {
             return form_.txtElements_KeyPress(code);
@@ -77,6 +133,10 @@ QWidget* ItemDialog::buildAddress() {
         mark(part, FilePlace::content);
         part->setMinimumWidth(part->fontMetrics().averageCharWidth() * 8);
         part->setAccessibleName(QString::fromStdString(form_.lbladdress.caption));
+        part->installEventFilter(this);
+        address_.append(part);
+        connect(part, &QLineEdit::textChanged, this,
+                [this, i](const QString& text) { learn([&] { addressChanged(i, text); }); });
         row->addWidget(part, 1);
     }
     return parts;
@@ -89,8 +149,10 @@ QWidget* ItemDialog::buildFlag() {
     row->setContentsMargins(0, 0, 0, 0);
     auto* group = new QButtonGroup(frame);
     const char* const names[] = {"optLettura0", "optLettura1"};
+    const char accelerators[] = {'e', 'T'};
     for (std::size_t i = 0; i < form_.optLetturaCaptions.size(); ++i) {
-        auto* option = new QRadioButton(form_.optLetturaCaptions[i], frame);
+        auto* option =
+            new QRadioButton(withAccelerator(form_.optLetturaCaptions[i], accelerators[i]), frame);
         option->setObjectName(names[i]);
         option->setAccessibleDescription(QString::fromStdString(form_.Label4.caption));
         group->addButton(option, static_cast<int>(i));
@@ -114,7 +176,7 @@ QWidget* ItemDialog::buildCountPanel() {
     panel->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     count_ = bind("txtNumbItems", form_.txtNumbItems,
                   [this](int code) { return form_.txtNumbItems_KeyPress(code); });
-    okCount_ = bind("cmdOkNumber", form_.cmdOkNumber, [this] { form_.cmdOkNumber_Click(); });
+    okCount_ = bind("cmdOkNumber", form_.cmdOkNumber, 'K', [this] { form_.cmdOkNumber_Click(); });
     auto* row = new QHBoxLayout(panel);
     row->addWidget(bind(form_.Label7, 'I', count_));
     row->addWidget(count_, 1);
@@ -122,28 +184,57 @@ QWidget* ItemDialog::buildCountPanel() {
     return panel;
 }
 
-QLayout* ItemDialog::buildButtons() {
-    ok_ = bind("cmdOk", form_.cmdOk, [this] { form_.cmdOk_Click(); });
-    auto* row = new QHBoxLayout;
-    row->addStretch();
-    row->addWidget(ok_);
-    row->addWidget(bind("cmdAdd", form_.cmdAdd, [this] {
-        form_.cmdAdd_Click();
-        showForm();
-        enter(name_);
-    }));
-    row->addWidget(bind("cmdGroup", form_.cmdGroup, [this] {
-        form_.cmdGroup_Click();
-        showForm();
-        enter(count_);
-    }));
-    row->addWidget(bind("cmdCancel", form_.cmdCancel, [this] { form_.cmdCancel_Click(); }));
-    return row;
-}
-
+/// The dialog grows for the panel, and has its former height without it.
 void ItemDialog::showCountPanel(bool visible) {
     if (visible == panel_->isVisibleTo(this)) return;
-    panel_->setVisible(visible);
+    // Before the panel goes: the toolkit would give the keyboard to the next button.
     (visible ? okCount_ : ok_)->setDefault(true);
     if (!visible) enter(name_);
+    const int before = height();
+    panel_->setVisible(visible);
+    layout()->activate();
+    if (visible) {
+        grown_ = height() - before;
+    } else {
+        resize(width(), before - grown_);
+    }
+}
+
+/// Escape leaves the count panel first.
+void ItemDialog::keyPressEvent(QKeyEvent* event) {
+    if (form_.frmInserimento.visible && event->matches(QKeySequence::Cancel)) {
+        run([this] { form_.closeCountPanel(); });
+    } else {
+        FormDialog::keyPressEvent(event);
+    }
+}
+
+/// What is typed into a part of the address with a slash goes to the next parts.
+bool ItemDialog::eventFilter(QObject* object, QEvent* event) {
+    QString typed;
+    if (event->type() == QEvent::KeyPress) typed = static_cast<QKeyEvent&>(*event).text();
+    if (event->type() == QEvent::InputMethod) {
+        typed = static_cast<QInputMethodEvent&>(*event).commitString();
+    }
+    if (!typed.contains('/')) return FormDialog::eventFilter(object, event);
+    enterAddress(static_cast<std::size_t>(address_.indexOf(object)), typed);
+    return true;
+}
+
+bool ItemDialog::enterAddress(std::size_t part, const QString& text) {
+    if (!form_.enterAddress(part, fromQt(text))) return false;
+    showForm();
+    return true;
+}
+
+/// Another text is in a part of the address. With a slash it was pasted, perhaps into what was
+/// there before.
+void ItemDialog::addressChanged(std::size_t part, const QString& text) {
+    if (text.contains('/')) {
+        const QString pasted = QGuiApplication::clipboard()->text().trimmed();
+        const std::string whole = std::exchange(form_.txtAddress[part].text, {});
+        if (enterAddress(part, text.contains(pasted) ? pasted : text)) return;
+        form_.txtAddress[part].text = whole;
+    }
+    hint_->setText(toQt(form_.addressHint()));
 }

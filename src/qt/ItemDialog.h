@@ -10,19 +10,29 @@ class ItemDialog : public FormDialog {
  public:
     explicit ItemDialog(frmItems& form);
 
+ protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    bool eventFilter(QObject* object, QEvent* event) override;
+
  private:
+    class HintLabel;
+
     QWidget* buildFields();
     QWidget* buildAddress();
     QWidget* buildFlag();
     QWidget* buildCountPanel();
-    QLayout* buildButtons();
     void showCountPanel(bool visible);
+    bool enterAddress(std::size_t part, const QString& text);
+    void addressChanged(std::size_t part, const QString& text);
 
     frmItems& form_;
     QWidget* fields_ = nullptr;
     QWidget* panel_ = nullptr;
     QLineEdit* name_ = nullptr;
+    QList<QObject*> address_;
+    HintLabel* hint_ = nullptr;
     QLineEdit* count_ = nullptr;
     QPushButton* ok_ = nullptr;
     QPushButton* okCount_ = nullptr;
+    int grown_ = 0;  // for the count panel
 };

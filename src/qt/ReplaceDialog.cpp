@@ -2,7 +2,6 @@
 
 #include <QAbstractTableModel>
 #include <QGuiApplication>
-#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
 #include <QTableView>
@@ -90,15 +89,11 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     grid_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
     grid_->horizontalHeader()->setSectionResizeMode(1, QHeaderView::Fixed);
 
-    auto* accept = bind("Command2", form.Command2, [&form] { form.Command2_Click(); });
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(accept);
-    buttons->addWidget(bind("Command1", form.Command1, [&form] { form.Command1_Click(); }));
-    auto* column = new QVBoxLayout(this);
-    column->addWidget(grid_);
-    column->addLayout(buttons);
-    accept->setDefault(true);
+    auto* accept = bind("Command2", form.Command2, 'R', [&form] { form.Command2_Click(); });
+    auto* reject = bind("Command1", form.Command1, 'C', [&form] { form.Command1_Click(); });
+    auto* contents = new QVBoxLayout;
+    contents->addWidget(grid_);
+    arrange(contents, {accept, reject});
     accept->setFocus();
     const int character = fontMetrics().averageCharWidth();
     resize(90 * character, 24 * fontMetrics().height());

@@ -2,11 +2,9 @@
 
 #include <QComboBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace {
 
@@ -15,23 +13,14 @@ struct Row {
     QWidget* field;
 };
 
-/// Fields beside their labels, the buttons below; the main button answers to Enter.
-void arrange(QDialog* dialog, std::initializer_list<Row> rows, QPushButton* main,
-             QPushButton* exit) {
+/// Fields beside their labels.
+QLayout* fieldsOf(std::initializer_list<Row> rows) {
     auto* fields = new QFormLayout;
     for (const Row& row : rows) {
         row.field->setMinimumWidth(row.field->fontMetrics().averageCharWidth() * 32);
         fields->addRow(row.label, row.field);
     }
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(main);
-    buttons->addWidget(exit);
-    auto* column = new QVBoxLayout(dialog);
-    column->addLayout(fields);
-    column->addStretch();
-    column->addLayout(buttons);
-    main->setDefault(true);
+    return fields;
 }
 
 }  // namespace
@@ -47,14 +36,13 @@ DeviceDialog::DeviceDialog(frmPLC& form)
     auto* timeout = bind("txtTimeout", form.txtTimeout);
     for (QLineEdit* edit : {name, port->lineEdit(), type->lineEdit()})
         mark(edit, FilePlace::attribute);
-    auto* apply = bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); });
-    auto* exit = bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); });
-    arrange(this,
-            {{bind(form.Label6, 'N', name), name},
-             {bind(form.lblIP, 'P', port), port},
-             {bind(form.lblId, 'E', type), type},
-             {bind(form.lblPassword, 'R', timeout), timeout}},
-            apply, exit);
+    auto* apply = bind("cmdApply", form.cmdApply, 'O', [&form] { form.cmdApply_Click(); });
+    auto* exit = bind("cmdExit", form.cmdExit, 'x', [&form] { form.cmdExit_Click(); });
+    arrange(fieldsOf({{bind(form.Label6, 'N', name), name},
+                      {bind(form.lblIP, 'P', port), port},
+                      {bind(form.lblId, 'E', type), type},
+                      {bind(form.lblPassword, 'R', timeout), timeout}}),
+            {apply, exit});
     showForm();
     enter(name);
 }
@@ -66,10 +54,11 @@ BranchDialog::BranchDialog(frmBranch& form)
     setObjectName("frmBranch");
     auto* name = bind("txtBranchName", form.txtBranchName);
     mark(name, FilePlace::elementName);
-    auto* ok = bind("cmdOk", form.cmdOk, [&form] { form.cmdOk_Click(); });
-    auto* cancel = bind("cmdCancel", form.cmdCancel, [&form] { form.cmdCancel_Click(); });
-    arrange(this, {{bind(form.Label1, 'n', name), name}}, ok, cancel);
+    auto* ok = bind("cmdOk", form.cmdOk, 'O', [&form] { form.cmdOk_Click(); });
+    auto* cancel = bind("cmdCancel", form.cmdCancel, 'C', [&form] { form.cmdCancel_Click(); });
+    arrange(fieldsOf({{bind(form.Label1, 'n', name), name}}), {ok, cancel});
     showForm();
+    resize(sizeHint());  // the toolkit would make it higher
     enter(name);
 }
 
@@ -82,13 +71,12 @@ SettingsDialog::SettingsDialog(frmSetts& form)
     auto* timeout = bind("txtTimeout", form.txtTimeout);
     for (const QComboBox* box : {port, type})
         mark(box->lineEdit(), FilePlace::attribute);
-    auto* apply = bind("cmdApply", form.cmdApply, [&form] { form.cmdApply_Click(); });
-    auto* exit = bind("cmdExit", form.cmdExit, [&form] { form.cmdExit_Click(); });
-    arrange(this,
-            {{bind(form.lblPortName, 'P', port), port},
-             {bind(form.lblBaud, 'E', type), type},
-             {bind(form.lblTimeout, 'R', timeout), timeout}},
-            apply, exit);
+    auto* apply = bind("cmdApply", form.cmdApply, 'O', [&form] { form.cmdApply_Click(); });
+    auto* exit = bind("cmdExit", form.cmdExit, 'x', [&form] { form.cmdExit_Click(); });
+    arrange(fieldsOf({{bind(form.lblPortName, 'P', port), port},
+                      {bind(form.lblBaud, 'E', type), type},
+                      {bind(form.lblTimeout, 'R', timeout), timeout}}),
+            {apply, exit});
     showForm();
     enter(port->lineEdit());
 }

@@ -16,6 +16,7 @@ QString readingOf(
     inDialog(open, [&](QWidget& shown) {
         const QPointer<QWidget> dialog = &shown;
         expectSoundLayout(shown);
+        if (shown.inherits("FormDialog") || shown.inherits("AboutBox")) expectMnemonics(shown);
         act(shown);
         told = reading(shown);
         // A question without a Cancel stays, whatever is tried, until it is answered.

@@ -7,8 +7,10 @@
 namespace {
 
 /// One of the user's steps in a dialog: "types FIELD TEXT", over what is there; "composes FIELD
-/// TEXT", as an input method enters several characters at once; "chooses FIELD TEXT"; "clicks
-/// BUTTON"; "enters at BUTTON", with the keyboard; "finds FIELD TEXT" to be typed over; or a key.
+/// TEXT", as an input method enters several characters at once; "pastes FIELD TEXT", after what is
+/// there; "chooses FIELD TEXT"; "clicks BUTTON"; "enters at BUTTON", with the keyboard; "finds
+/// FIELD TEXT" to be typed over; "shows LABEL TEXT"; "measures" the dialog's height, and finds it
+/// "as high"; or a key.
 void act(QWidget& dialog, const QString& step) {
     const QString verb = step.section(' ', 0, step.startsWith("enters") ? 1 : 0);
     const QString name = step.mid(verb.size() + 1).section(' ', 0, 0);
@@ -17,8 +19,14 @@ void act(QWidget& dialog, const QString& step) {
     auto* combo = qobject_cast<QComboBox*>(widget);
     auto* edit = combo != nullptr ? combo->lineEdit() : qobject_cast<QLineEdit*>(widget);
     if (verb == "types") {
+        edit->setFocus();
         edit->selectAll();
-        QTest::keyClicks(widget, text);
+        for (const QChar c : text)
+            QTest::keyClicks(dialog.focusWidget(), c);
+    } else if (verb == "pastes") {
+        QGuiApplication::clipboard()->setText(text);
+        edit->end(false);
+        edit->paste();
     } else if (verb == "composes") {
         QInputMethodEvent event;
         event.setCommitString(text);
@@ -32,6 +40,12 @@ void act(QWidget& dialog, const QString& step) {
         QTest::keyClick(widget, Qt::Key_Return);
     } else if (verb == "finds") {
         QVERIFY2(edit->hasFocus() && edit->selectedText() == text, qPrintable(step));
+    } else if (verb == "shows") {
+        QCOMPARE(qobject_cast<QLabel*>(widget)->text(), text);
+    } else if (verb == "measures") {
+        dialog.setProperty("measured", dialog.height());
+    } else if (verb == "as") {
+        QCOMPARE(dialog.height(), dialog.property("measured").toInt());
     } else {
         QTest::keySequence(&dialog, QKeySequence(verb));
     }
@@ -72,22 +86,25 @@ class DialogsTest : public QObject {
         run("mnuAddBranch", "types txtBranchName FLOOR1; Return");
         run("mnuAddBranch", "types txtBranchName HALL; Return");
         run("mnuAddItem",
-            "types txtItemName Lamp; types txtAddress0 1; types txtAddress1 1x; "
-            "types txtAddress2 10; Return");
+            "types txtItemName Lamp; types txtAddress0 1x/8/300; shows addressHint Beyond the bus, "
+            "which ends at 31/7/255; Return; finds txtAddress2 300; pastes txtAddress1 1/1/10; "
+            "Return");
         run("mnuAddItem",
-            "types txtItemName Door; types txtAddress0 1; types txtAddress1 2; "
-            "types txtAddress2 1; clicks cmdAdd; finds txtItemName New_Item_2; "
+            "types txtItemName Door; composes txtAddress0 1/1/10; "
+            "shows addressHint Also used by Plant.FLOOR1.HALL.Lamp; types txtAddress1 2/1; "
+            "shows addressHint ; clicks cmdAdd; finds txtItemName New_Item_2; "
             "enters at cmdAdd; finds txtItemName New_Item_3; clicks cmdAdd; Esc");
         run("mnuAddItem",
             "types txtItemName Vec; types txtAddress0 1; types txtAddress1 3; types txtAddress2 1; "
-            "clicks cmdGroup; types txtNumbItems 9; clicks cmdGroup; finds txtNumbItems 1; "
-            "types txtNumbItems 5; Return; finds txtItemName New_Item_9; Esc");
+            "measures; clicks cmdGroup; types txtNumbItems 9; clicks cmdGroup; "
+            "finds txtNumbItems 1; Esc; finds txtItemName Vec; as high; clicks cmdGroup; "
+            "types txtNumbItems 5; Return; finds txtItemName New_Item_9; as high; Return");
         run("mnuAddItem", "types txtItemName Not; enters at cmdCancel");
         QStringList names = world.names().split(' ');
         names.sort();
         QCOMPARE(names.join(' '),
                  "Door Lamp New_Item_2 New_Item_3 New_Item_5 New_Item_6 "
-                 "New_Item_7 New_Item_8 Vec");
+                 "New_Item_7 New_Item_8 New_Item_9 Vec");
         change("Plant", "types txtName House; Return");
         change("House.FLOOR1", "types txtBranchName GROUND; Return");
         change("House.GROUND.HALL.Lamp",

@@ -174,6 +174,15 @@ class EditingTest : public QObject {
         QCOMPARE(user.keyboard(), "tree");
         user.presses("F3");
         QCOMPARE(user.shownTree(), "/plant.xml[Plant[HALL[Lamp *Lamp2]]]");
+        auto& text = *dialog->findChild<QLineEdit*>("txtFind");
+        auto& sign = *text.findChild<QToolButton*>();
+        QVERIFY(!sign.isVisible());
+        text.setText("lamps");
+        user.presses("F3");
+        QVERIFY(sign.isVisible());
+        QCOMPARE(accessible(text, QAccessible::Description), "Nothing was found");
+        text.setText("lam");
+        QVERIFY(!sign.isVisible());
         user.entry("mnuFind").trigger();  // the same one
         QVERIFY(dialog != nullptr && dialog->isVisible() && user.window.close());
         QVERIFY(dialog == nullptr);

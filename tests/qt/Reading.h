@@ -77,6 +77,21 @@ inline void expectSoundLayout(QWidget& window) {
     QCOMPARE(after, before);
 }
 
+/// Each button has a letter of its own that presses it, and no label has it.
+inline void expectMnemonics(const QWidget& window) {
+    QStringList known;
+    const auto check = [&](const QString& text, bool isButton) {
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        QVERIFY2(letter.isEmpty() ? !isButton : !known.contains(letter), qPrintable(text));
+        known.append(letter);
+    };
+    for (const auto* label : window.findChildren<QLabel*>())
+        if (label->buddy() != nullptr) check(label->text(), false);
+    for (const auto* button : window.findChildren<QAbstractButton*>())
+        if (!button->text().isEmpty() && !button->inherits("QToolButton"))
+            check(button->text(), true);
+}
+
 /// The tooltip at a spot of a widget, as plain text.
 inline QString tooltipAt(QWidget& widget, QPoint spot) {
     QToolTip::showText({}, "none");

@@ -1,0 +1,125 @@
+// The item dialog's fields, as they are typed into.
+#include "support/ScriptedUser.h"
+
+namespace {
+
+/// An item dialog over two items, of which it may change the first.
+struct ItemDialogWorld {
+    explicit ItemDialogWorld(bool modify = false) : modify_(modify) {
+        world.open("/house.xml",
+                   configuration(plc("Plant", branch("HALL", tag("Lamp")) + tag("Door"))));
+        const std::string node = modify ? "Plant.HALL.Lamp" : "Plant";
+        form.emplace(world.document, world.desktop, world.document.tree().nodeAt(node), modify);
+        form->Form_Load();
+        world.desktop.forgetMessages();
+    }
+
+    void setAddress(const std::string& address) {
+        const auto parts = split(address, "/");
+        for (std::size_t i = 0; i < parts.size(); ++i)
+            form->txtAddress.at(i).text = parts[i];
+    }
+    std::string address() const {
+        return form->txtAddress[0].text + "|" + form->txtAddress[1].text + "|" +
+               form->txtAddress[2].text;
+    }
+    /// The fields that get the keyboard.
+    std::string focus() {
+        std::string all;
+        const auto look = [&](const char* name, TextBox& box) {
+            if (std::exchange(box.getsFocus, false)) all += name;
+        };
+        look("name", form->txtItemName);
+        look("main", form->txtAddress[0]);
+        look("middle", form->txtAddress[1]);
+        look("sub", form->txtAddress[2]);
+        look("elements", form->txtElements);
+        look("count", form->txtNumbItems);
+        return all;
+    }
+
+    EditorWorld world;
+    std::optional<frmItems> form;
+    bool modify_;
+};
+
+TEST(ItemDialog, SaysWhoElseHasTheAddressAndWhereTheBusEnds) {
+    const std::string beyond = "Beyond the bus, which ends at 31/7/255";
+    for (const bool modify : {false, true}) {
+        ItemDialogWorld dialog(modify);
+        const std::string other =
+            modify ? "Also used by Plant.Door" : "Also used by Plant.HALL.Lamp";
+        for (const auto& [address, hint] : std::vector<std::pair<std::string, std::string>>{
+                 {"1/2/3", other},
+                 {" 01/2 /003", other},
+                 {"1/2/4", ""},
+                 {"0/10/3", beyond},  // the same number as 1/2/3, but for the bus
+                 {"31/7/255", ""},
+                 {"32/7/255", beyond},
+                 {"31/8/255", beyond},
+                 {"31/7/256", beyond},
+                 {"1/2/99999999999", beyond},
+                 {"1/2/-3", ""},
+                 {"1/2/3.0", ""},
+                 {"//", ""},
+                 {"1/2/", ""}}) {
+            dialog.setAddress(address);
+            EXPECT_EQ(dialog.form->addressHint(), hint) << address << modify;
+        }
+    }
+}
+
+TEST(ItemDialog, TakesAddressesWithSlashes) {
+    for (const auto& [part, text, address, focus] :
+         std::vector<std::tuple<std::size_t, std::string, std::string, std::string>>{
+             {0, "/", "7|8|9", "middle"},
+             {1, "/", "7|8|9", "sub"},
+             {2, "/", "7|8|9", ""},
+             {0, "1/1/10", "1|1|10", "sub"},
+             {2, " 1/ 1 /10 ", "1|1|10", "sub"},
+             {1, "4/5", "7|4|5", "sub"},
+             {0, "4/5", "4|5|9", "middle"},
+             {2, "4/5", "7|8|9", ""},
+             {0, "1/2/3/4", "7|8|9", ""}}) {
+        ItemDialogWorld dialog;
+        dialog.setAddress("7/8/9");
+        EXPECT_EQ(dialog.form->enterAddress(part, text), !focus.empty()) << part << text;
+        EXPECT_EQ(dialog.address(), address) << part << text;
+        EXPECT_EQ(dialog.focus(), focus) << part << text;
+    }
+}
+
+TEST(ItemDialog, GivesTheKeyboardToTheFieldThatAMessageIsAbout) {
+    for (const auto& [name, address, elements, focus] :
+         std::vector<std::tuple<std::string, std::string, std::string, std::string>>{
+             {"", "1/1/1", "1", "name"},
+             {"Door", "1/1/1", "1", "name"},
+             {"DOOR", "1/1/1", "1", "name"},
+             {"Gate", "/1/1", "1", "main"},
+             {"Gate", "1/256/1", "1", "middle"},
+             {"Gate", "1/1/-1", "", "sub"},
+             {"Gate", "1/1/1", "", "elements"},
+             {"Gate", "1/1/1", "32768", "elements"}}) {
+        ItemDialogWorld dialog;
+        dialog.form->txtItemName.text = name;
+        dialog.setAddress(address);
+        dialog.form->cmbDataType.text = "EIS15";
+        dialog.form->cmbDataType_Click();
+        dialog.form->txtElements.text = elements;
+        dialog.form->cmdAdd_Click();
+        EXPECT_EQ(dialog.focus(), focus) << name << address << elements;
+        EXPECT_EQ(dialog.world.desktop.messages().size(), 1U) << name << address << elements;
+    }
+    ItemDialogWorld dialog;
+    dialog.setAddress("1/1/255");
+    dialog.form->cmdGroup_Click();
+    EXPECT_EQ(dialog.focus(), "count");
+    dialog.form->txtNumbItems.text = "x";
+    dialog.form->cmdOkNumber_Click();
+    EXPECT_EQ(dialog.focus(), "count");
+    dialog.form->closeCountPanel();
+    EXPECT_TRUE(dialog.form->frmMain.enabled && !dialog.form->frmInserimento.visible);
+    EXPECT_EQ(dialog.focus(), "name");
+}
+
+}  // namespace
