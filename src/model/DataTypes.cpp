@@ -52,6 +52,7 @@ std::string descriptionOf(const DataType& type) {
 const std::vector<std::string>& dataTypeNames() {
     static const std::vector<std::string> names = [] {
         std::vector<std::string> all;
+        all.reserve(table.size());
         for (const DataType& type : table)
             all.emplace_back(type.name);
         return all;
