@@ -32,7 +32,9 @@ class ItemDialog::HintLabel : public QLabel {
  protected:
     void paintEvent(QPaintEvent* /*event*/) override {
         const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, width());
-        QPainter(this).drawText(rect(), Qt::AlignVCenter, shown);
+        QPainter painter(this);
+        painter.setOpacity(0.6);
+        painter.drawText(rect(), Qt::AlignVCenter, shown);
     }
 };
 
@@ -104,7 +106,6 @@ QWidget* ItemDialog::buildFields() {
                  address);
     hint_ = new HintLabel(this);
     hint_->setObjectName("addressHint");
-    hint_->setForegroundRole(QPalette::PlaceholderText);
     rows->addRow(nullptr, hint_);
     auto* type =
         bind("cmbDataType", form_.cmbDataType, false, [this] { form_.cmbDataType_Click(); });
