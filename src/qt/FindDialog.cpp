@@ -1,11 +1,9 @@
 #include "qt/FindDialog.h"
 
 #include <QAction>
-#include <QApplication>
 #include <QEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMainWindow>
 #include <QPushButton>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -39,7 +37,7 @@ FindDialog::FindDialog(frmFind& form)
     contents->addWidget(text_);
     contents->addStretch();
     arrange(contents, {find, next, exit});
-    qApp->installEventFilter(this);
+    if (QWidget* main = ownerOfDialogs()) main->installEventFilter(this);
     showForm();
 }
 
@@ -52,8 +50,6 @@ void FindDialog::changeEvent(QEvent* event) {
 
 /// The main window that comes to the front stays below this dialog, though it does not own it.
 bool FindDialog::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() == QEvent::WindowActivate && qobject_cast<QMainWindow*>(object) != nullptr) {
-        raise();
-    }
+    if (event->type() == QEvent::WindowActivate) raise();
     return FormDialog::eventFilter(object, event);
 }
