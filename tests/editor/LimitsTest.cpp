@@ -218,6 +218,30 @@ TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
     EXPECT_TRUE(offered && document.open) << "after a second";
 }
 
+TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
+    std::string many;
+    for (int i = 0; i < 30'000; ++i)
+        many += tag("Light" + std::to_string(i));
+    const std::string before = opened(configuration(plc("P", branch("A", many)) + plc("Q")));
+    for (int i = 0; i < 10; ++i)  // each step takes some 15 MiB
+        drag(i % 2 == 0 ? "P.A" : "Q.A", i % 2 == 0 ? "Q" : "P");
+    EXPECT_LE(document.historyBytes(), History::mostBytes);
+    int steps = 0;
+    for (; !document.undoName().empty(); ++steps)
+        editor.mnuUndo_Click();
+    EXPECT_TRUE(steps >= 2 && steps < 10) << steps;
+    for (; !document.redoName().empty(); --steps)
+        editor.mnuRedo_Click();
+    EXPECT_EQ(steps, 0);
+    desktop.willAnswer({Answer::yes});
+    click("P");
+    editor.mnuDelete_Click();  // takes more than the limit
+    EXPECT_EQ(outline(document), "Q[]");
+    editor.mnuUndo_Click();
+    EXPECT_EQ(outline(document), before);
+    expectTreeAndRegistriesAgree(document);
+}
+
 TEST_F(Limits, PastesAreCountedIn16Bits) {
     for (const char* path : {"/a.xml", "/b.xml"}) {
         open(path, configuration(plc("P")));  // nothing is copied, but pastes count, from 1 on

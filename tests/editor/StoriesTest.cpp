@@ -126,6 +126,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
                 all.push_back(std::to_string(next));
             return joined(all, " ");
         }
+        if (what == "undo") return document.undoName();
+        if (what == "redo") return document.redoName();
         if (what == "clipboard") return desktop.clipboard;
         if (what == "find dialog") return forms.find == nullptr ? "closed" : "open";
         if (what == "chooser") return desktop.lastChooser;
@@ -163,6 +165,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         return columns.back().text == "Index" ? "items" : "one item";
     }
 
+    WatchingViews views_{document.tree(), editor.ListView1, desktop};
     int number_ = 0;
     std::string step_;
     std::deque<std::string> messages_;

@@ -9,7 +9,11 @@ namespace {
 
 const std::string house = "/home/ann/house.xml";
 const std::string other = "/home/ann/other.xml";
+const std::string light = "Plant.Light1";
 const std::string example = configuration(plc("Plant", tag("Light1")));
+
+const std::string unreadable =
+    "1 texts cannot be read back by the OPC server, the first in Plant.Light1. Save all the same?";
 
 const struct {
     const char* name;
@@ -24,14 +28,22 @@ const struct {
     {"no writing", [](auto& world) { world.disk.writeFault = ErrorNumber::diskFull; }},
     {"no record", [](auto& world) { world.registry.fails = true; }},
     {"another's change", [](auto& world) { ++world.disk.time; }},
+    {"unreadable text",
+     [](auto& world) {
+         if (!world.document.open) return;
+         const bool saved = world.document.saved;
+         world.document.setComment(world.document.tree().nodeAt(light), "a&b");
+         world.document.saved = saved;
+     }},
 };
 
 /// Runs the command; false when the program must not end.
-bool run(const std::string& command, frmEditing& editor) {
-    if (command == "Form_Unload") return editor.Form_Unload();
-    if (command == "mayEnd") return editor.mayEnd([] { return true; });
-    if (command == "mayEnd unasked") return editor.mayEnd([] { return false; });
-    editor.run(commandNamed(command));
+bool run(const std::string& command, EditorWorld& world) {
+    world.dialogIsOpen = command == "mayEnd, dialog";
+    if (command == "Form_Unload") return world.editor.Form_Unload();
+    if (command == "mayEnd unasked") return world.editor.mayEnd([] { return false; });
+    if (command.starts_with("mayEnd")) return world.editor.mayEnd([] { return true; });
+    world.editor.run(commandNamed(command));
     return true;
 }
 
@@ -49,7 +61,7 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
     world.desktop.willChoose(other);
     world.desktop.willAnswer({answers[0], answers[1], answers[2]});
     plant(world);
-    const bool mayEnd = run(command, world.editor);
+    const bool mayEnd = run(command, world);
 
     std::map<std::string, Answer> asked;
     std::string way = command + ", " + start + ", " + fault;
@@ -86,6 +98,13 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
         EXPECT_TRUE(!wrote || (text.find("Light1") != std::string::npos &&
                                text.ends_with("</QUONEibCfg>\r\n")));
     }
+    // Of what the server cannot read the user is asked, and is shown it after No.
+    EXPECT_TRUE(fault != "unreadable text" || !isWritten || asked.contains(unreadable));
+    const bool isDeclined = asked.contains(unreadable) && asked[unreadable] != Answer::yes;
+    const bool isShown = isDeclined && !world.dialogIsOpen;
+    EXPECT_TRUE(!isDeclined || (isKept && !isWritten && document.saved == (start == "saved")));
+    EXPECT_FALSE(isDeclined && world.applicationEnded);
+    EXPECT_EQ(document.open && document.tree().selected()->key() == light, isShown);
     // The record names what was saved.
     std::vector<std::string> recorded;
     for (const std::string& call : world.registry.calls)
@@ -98,15 +117,17 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
     const bool failed = way.find(" Error n. ") != std::string::npos;
     EXPECT_FALSE(failed && world.applicationEnded);
     EXPECT_FALSE(failed && start == "unsaved" && !isKept);
+    const bool isAsking = command == "mayEnd" || command == "mayEnd, dialog";
     EXPECT_EQ(mayEnd, command == "Form_Unload" ? world.applicationEnded
-                      : command == "mayEnd"    ? !failed && (!wantsSaving || isWritten)
+                      : isAsking               ? !failed && (!wantsSaving || isWritten)
                                                : true);
     // Views and commands follow.
     EXPECT_EQ(world.editor.TreeView1.visible, document.open);
     EXPECT_EQ(world.editor.ListView1State.visible, document.open);
     EXPECT_TRUE(world.applicationEnded ||
-                stateNameOf(world.enabledNow()) ==
-                    (document.open ? "configuration open" : "no configuration"));
+                stateNameOf(world.enabledNow()) == (isShown         ? "item"
+                                                    : document.open ? "configuration open"
+                                                                    : "no configuration"));
     EXPECT_EQ(world.desktop.pointer, Pointer::normal);
     expectTreeAndRegistriesAgree(document);
 }
@@ -140,8 +161,9 @@ TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
 TEST(Lifecycle, CostsNobodyWorkOrFileWhateverIsAnsweredAndFails) {
     using enum Answer;
     std::set<std::string> told;
-    for (const char* command : {"mnuNewCfg", "mnuOpenCfg", "mnuImpCfg", "mnuCloseCfg", "mnuSaveCfg",
-                                "mnuSaveAs", "mnuExit", "Form_Unload", "mayEnd", "mayEnd unasked"})
+    for (const char* command :
+         {"mnuNewCfg", "mnuOpenCfg", "mnuImpCfg", "mnuCloseCfg", "mnuSaveCfg", "mnuSaveAs",
+          "mnuExit", "Form_Unload", "mayEnd", "mayEnd, dialog", "mayEnd unasked"})
         for (const char* start : {"unsaved", "saved", "closed"})
             for (const auto& [name, plant] : faults)
                 for (const Answer first : {yes, no, cancel})
@@ -151,6 +173,7 @@ TEST(Lifecycle, CostsNobodyWorkOrFileWhateverIsAnsweredAndFails) {
                                 expectWayIsSafe(command, start, name, plant, {first, second, third},
                                                 told);
     std::set<std::string> expected{
+        unreadable,
         "Do you want to save active configuration?",
         "Do you want to save this configuration?",
         "File /home/ann/house.xml already existing. Overwrite?",
