@@ -4,6 +4,7 @@
 // have then. A row that is out of date it takes as the editor shows it.
 #pragma once
 
+#include "support/ReadBack.h"
 #include "support/ScriptedUser.h"
 
 /// What is compared, by its name.
@@ -12,26 +13,22 @@ using State = std::vector<std::pair<std::string, std::string>>;
 /// The state of the editor itself.
 inline State stateOf(const EditorWorld& world) {
     const Document& document = world.document;
-    std::string nodes, items, rows;
+    std::string nodes, records, rows;
     for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
             nodes.append(tagOf(node->kind())).append(" " + node->key() + ", ");
         nodes += "| ";
     }
+    for (const auto& [key, device] : document.devices())
+        records.append(key).append(", ");
+    for (const auto& [key, branch] : document.branches())
+        records.append(key).append(", ");
     for (const auto& [key, item] : document.items())
-        items.append(key).append("=" + item->sKey + " '" + item->sComment + "', ");
+        records.append(key).append("=" + item->sKey + " '" + item->sComment + "', ");
     for (const auto& row : world.editor.ListView1.rows())
         rows += row.key + " " + row.text + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
-    const auto keysOf = [](const auto& registry) {
-        std::string keys;
-        for (const auto& [key, record] : registry)
-            keys.append(key).append(", ");
-        return keys;
-    };
     return {{"nodes", nodes},
-            {"devices", keysOf(document.devices())},
-            {"branches", keysOf(document.branches())},
-            {"items", items},
+            {"records", records},
             {"list", rows},
             {"selected", document.tree().selected()->key().string()},
             {"enabled", stateNameOf(world.enabledNow())},
@@ -55,27 +52,24 @@ class NaiveEditor {
     }
 
     State state() const {
-        std::string nodes, items, rows;
-        for (const ThingPtr& root : {root_, detached_}) {
-            for (const ThingPtr& thing : allBelow(*root))
-                nodes += tags.at(thing->kind) + (" " + thing->key() + ", ");
+        std::string nodes, records, rows;
+        for (Thing* root : {root_, detached_}) {
+            for (const Thing* each : allIn(*root))
+                if (each != root) nodes += tags.at(each->kind) + (" " + each->key() + ", ");
             nodes += "| ";
         }
-        for (const Thing* each : registries_[item])
-            items += each->key() + "=" + each->record->key + " '" + each->record->comment + "', ";
+        for (const Kind kind : {plcKind, branchKind, item})
+            for (const Thing* each : records_) {
+                if (each->kind != kind) continue;
+                const auto& [key, comment] = *each->record;
+                records +=
+                    each->key() + (kind == item ? "=" + key + " '" + comment + "'" : "") + ", ";
+            }
         for (const Row& row : rows_)
             rows +=
                 row.key + " " + row.text + " '" + row.comment + (row.selected ? "' *, " : "', ");
-        const auto keysOf = [](const std::vector<Thing*>& registry) {
-            std::string keys;
-            for (const Thing* thing : registry)
-                keys += thing->key() + ", ";
-            return keys;
-        };
         return {{"nodes", nodes},
-                {"devices", keysOf(registries_[plcKind])},
-                {"branches", keysOf(registries_[branchKind])},
-                {"items", items},
+                {"records", records},
                 {"list", rows},
                 {"selected", selected_->key()},
                 {"enabled", enabled_},
@@ -92,22 +86,13 @@ class NaiveEditor {
     struct Record {
         std::string key, comment;
     };
-    struct Thing;
-    using ThingPtr = std::shared_ptr<Thing>;
-    struct Thing : std::enable_shared_from_this<Thing> {
+    struct Thing {
         Kind kind = config;
         std::string name;
         Thing* parent = nullptr;
-        std::vector<ThingPtr> below;
         std::shared_ptr<Record> record;  // the root and a dropped device have none
+        std::vector<Thing*> below;
 
-        Thing() = default;
-        Thing(const Thing&) = delete;
-        Thing& operator=(const Thing&) = delete;
-        ~Thing() {
-            for (const ThingPtr& child : below)  // on the clipboard, it outlives its parent
-                child->parent = nullptr;
-        }
         bool isDevice() const { return kind == plcKind && record != nullptr; }
         std::string key() const {
             if (kind == config) return "config";
@@ -119,7 +104,7 @@ class NaiveEditor {
         }
     };
     struct Row {
-        std::weak_ptr<Thing> thing;
+        const Thing* thing;
         std::string key, text, comment;
         bool selected = false;
     };
@@ -152,21 +137,17 @@ class NaiveEditor {
     }
 
     // Looking through everything.
-    static std::vector<ThingPtr> allBelow(const Thing& top) {
-        std::vector<ThingPtr> all;
-        for (const ThingPtr& child : top.below) {
-            all.push_back(child);
-            for (const ThingPtr& each : allBelow(*child))
+    static std::vector<Thing*> allIn(Thing& top) {
+        std::vector<Thing*> all{&top};
+        for (Thing* child : top.below)
+            for (Thing* each : allIn(*child))
                 all.push_back(each);
-        }
         return all;
     }
-    /// None with an empty key.
     Thing* find(const std::string& key, bool alsoDetached = false) const {
-        if (key == "config") return root_.get();
-        for (const ThingPtr& root : {root_, detached_})
-            for (const ThingPtr& thing : allBelow(*root))
-                if (thing->key() == key && (root == root_ || alsoDetached)) return thing.get();
+        for (Thing* root : {root_, detached_})
+            for (Thing* each : allIn(*root))
+                if (each->key() == key && (root == root_ || alsoDetached)) return each;
         return nullptr;
     }
     Thing& at(const std::string& key) const {
@@ -180,16 +161,12 @@ class NaiveEditor {
         if (thing->kind != item) throw invalid;
         return *thing;
     }
-    static std::string inCapitals(std::string text) {
-        for (char& c : text)
-            if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-        if (const auto place = text.find("\u00FC"); place != std::string::npos)
-            text.replace(place, 2, "\u00DC");
-        return text;
+    static std::string inCapitals(const std::string& text) {
+        return readBack::utf8(readBack::capitals(readBack::latin1(text)));
     }
     bool isTaken(Kind kind, const std::string& key) const {
-        return std::ranges::any_of(registries_.at(kind), [&](const Thing* other) {
-            return inCapitals(other->key()) == inCapitals(key);
+        return std::ranges::any_of(records_, [&](const Thing* other) {
+            return other->kind == kind && inCapitals(other->key()) == inCapitals(key);
         });
     }
     void requireFree(Kind kind, bool hasRecord, const std::string& key) const {
@@ -197,81 +174,70 @@ class NaiveEditor {
         if (find(key, true) != nullptr) throw notUnique;
     }
     bool isOutOfDate(const Row& row) const {
-        const ThingPtr thing = row.thing.lock();
-        return thing == nullptr || !thing->isWithin(root_.get()) || thing->key() != row.key;
+        return !row.thing->isWithin(root_) || row.thing->key() != row.key;
     }
 
     // Changes.
     Thing& add(Thing& parent, Kind kind, const std::string& name, std::shared_ptr<Record> record) {
-        const auto thing = std::make_shared<Thing>();
-        thing->kind = kind;
-        thing->name = name;
-        thing->parent = &parent;
-        thing->record = std::move(record);
-        parent.below.push_back(thing);
-        enter(*thing);
-        return *thing;
+        Thing& thing = things_.emplace_back(kind, name, &parent, std::move(record));
+        parent.below.push_back(&thing);
+        enter(thing);
+        return thing;
     }
-    /// As the last of its registry, under its present key.
+    /// As the last of its kind, under its present key.
     void enter(Thing& thing) {
-        std::erase(registries_.at(thing.kind), &thing);
+        std::erase(records_, &thing);
         if (thing.record == nullptr) return;
-        registries_.at(thing.kind).push_back(&thing);
+        records_.push_back(&thing);
         thing.record->key = thing.key();
     }
     /// Takes them out of the tree; the selection goes to a neighbour that stays.
     void takeOut(const std::vector<Thing*>& gone) {
         for (Thing* thing : gone) {
             if (!selected_->isWithin(thing)) continue;
-            Thing* heir = thing->parent;
+            selected_ = thing->parent;
             bool isPast = false;
-            for (const ThingPtr& sibling : thing->parent->below) {
-                isPast = isPast || sibling.get() == thing;
-                if (std::ranges::find(gone, sibling.get()) != gone.end()) continue;
-                heir = sibling.get();
+            for (Thing* sibling : thing->parent->below) {
+                isPast = isPast || sibling == thing;
+                if (std::ranges::find(gone, sibling) != gone.end()) continue;
+                selected_ = sibling;
                 if (isPast) break;
             }
-            selected_ = heir;
             break;
         }
         for (Thing* thing : gone)
-            std::erase_if(std::exchange(thing->parent, nullptr)->below,
-                          [&](const ThingPtr& each) { return each.get() == thing; });
+            std::erase(std::exchange(thing->parent, nullptr)->below, thing);
     }
     void remove(const std::vector<Thing*>& gone) {
-        for (Thing* thing : gone) {
-            std::erase(registries_.at(thing->kind), thing);
-            for (const ThingPtr& each : allBelow(*thing))
-                std::erase(registries_.at(each->kind), each.get());
-        }
+        for (Thing* thing : gone)
+            std::erase_if(records_, [&](const Thing* each) { return each->isWithin(thing); });
         takeOut(gone);
     }
     void rename(Thing& thing, const std::string& name) {
         const std::string old = thing.key();
         const std::string key = thing.isDevice() ? name : thing.parent->key() + "." + name;
-        auto changed = allBelow(thing);
-        changed.insert(changed.begin(), thing.shared_from_this());
-        for (const ThingPtr& each : changed) {
+        const auto changed = allIn(thing);
+        for (const Thing* each : changed) {
             const std::string before = each->key(), after = key + before.substr(old.size());
             const bool isSame = inCapitals(before) == inCapitals(after);
             if (after != before) requireFree(each->kind, each->record && !isSame, after);
         }
         std::vector<Row*> followers;
         for (Row& row : rows_)
-            if (!isOutOfDate(row) && row.thing.lock()->isWithin(&thing)) followers.push_back(&row);
+            if (!isOutOfDate(row) && row.thing->isWithin(&thing)) followers.push_back(&row);
         thing.name = name;
-        for (const ThingPtr& each : changed)
+        for (Thing* each : changed)
             enter(*each);
         for (Row* row : followers)
-            row->key = row->thing.lock()->key();
+            row->key = row->thing->key();
     }
 
     // The list.
     void list(Thing& thing) {
-        rows_.push_back({thing.weak_from_this(), thing.key(), thing.name, thing.record->comment});
+        rows_.push_back({&thing, thing.key(), thing.name, thing.record->comment});
     }
     void nodeClick(Thing& thing) {
-        std::ranges::stable_sort(thing.below, [](const ThingPtr& a, const ThingPtr& b) {
+        std::ranges::stable_sort(thing.below, [](const Thing* a, const Thing* b) {
             return alphabeticallyBefore(a->name, b->name);
         });
         rows_.clear();
@@ -283,10 +249,10 @@ class NaiveEditor {
                                         : "container";
         if (thing.kind == item) list(thing);
         if (thing.kind == config)
-            for (Thing* device : registries_[plcKind])
-                list(*device);
-        else
-            for (const ThingPtr& child : thing.below)
+            for (Thing* each : records_)
+                if (each->kind == plcKind) list(*each);
+        if (thing.kind != config)
+            for (Thing* child : thing.below)
                 if (child->kind == item) list(*child);
     }
     void selectRows(const std::vector<std::string>& texts) {
@@ -305,14 +271,10 @@ class NaiveEditor {
         return cut(step_->entries.at(entry), " = ").second;
     }
     std::string lastButton() const { return step_->entries.at(step_->entries.size() - 2); }
-    bool isNameFree(Kind kind, const std::string& name, bool modify) {
-        for (const ThingPtr& child : (modify ? selected_->parent : selected_)->below)
-            if (child->kind == kind && child->name == name && child.get() != selected_)
-                return tell("Name already existing. Please use a different name");
-        return true;
-    }
     bool store(Kind kind, const std::string& name, bool modify, const char* routine) {
-        if (!isNameFree(kind, name, modify)) return false;
+        for (const Thing* child : (modify ? selected_->parent : selected_)->below)
+            if (child->kind == kind && child->name == name && child != selected_)
+                return tell("Name already existing. Please use a different name");
         return report(routine, [&] {
             Thing& parent = kind == plcKind ? *root_ : *selected_;
             if (modify) {
@@ -379,7 +341,7 @@ class NaiveEditor {
                     tell("Please use Drag&Drop to copy and paste branches");
                 if (selected_->kind != item) return;
                 if (selected_->name.starts_with("New_Item")) return void(tell(refusal));
-                copied_ = {selected_->shared_from_this()};
+                copied_ = {selected_};
             }
             bool first = true;
             for (const Row& row : rows_) {
@@ -388,7 +350,7 @@ class NaiveEditor {
                     return void(tell(refusal));
                 Thing& copied = itemAt(row.key, invalid);
                 if (std::exchange(first, false)) copied_.clear();
-                copied_.push_back(copied.shared_from_this());
+                copied_.push_back(&copied);
             }
         });
     }
@@ -397,7 +359,7 @@ class NaiveEditor {
         if (target.kind != plcKind && target.kind != branchKind) return;
         bool any = false;
         const bool isWhole = report("mnuPaste_Click", [&] {
-            for (const ThingPtr& source : copied_) {
+            for (const Thing* source : copied_) {
                 std::string name = source->name;
                 if (name.empty()) continue;
                 const std::string& from = source->record->key;
@@ -446,10 +408,9 @@ class NaiveEditor {
         if (find(key, true) != nullptr)
             return void(tell("Name already in use at this level. Move not allowed"));
         if (!source.isDevice() && source.record && isTaken(source.kind, key)) return;
-        const ThingPtr held = source.shared_from_this();
-        const auto contents = allBelow(source);
+        const auto contents = allIn(source);
         const bool isFree = report("CopySubTree", [&] {
-            for (const ThingPtr& each : contents)
+            for (const Thing* each : contents)
                 if (!source.isDevice())
                     requireFree(each->kind, each->record != nullptr,
                                 key + each->key().substr(source.key().size()));
@@ -460,16 +421,14 @@ class NaiveEditor {
         if (isCopy) return;
         takeOut({&source});
         Thing& place = source.isDevice() ? *detached_ : *target;
-        place.below.push_back(held);
+        place.below.push_back(&source);
         source.parent = &place;
-        if (source.isDevice()) return;
-        enter(source);
-        for (const ThingPtr& each : contents)
-            enter(*each);
+        for (Thing* each : contents)
+            if (!source.isDevice()) enter(*each);
     }
     void copyBelow(const Thing& source, Thing& target) {
         Thing& copy = add(target, source.kind, source.name, source.record);
-        for (const ThingPtr& child : source.below)
+        for (const Thing* child : source.below)
             copyBelow(*child, copy);
     }
     void pasteTexts(bool names) {
@@ -483,7 +442,7 @@ class NaiveEditor {
             for (Row& row : rows_)
                 if (row.selected) rows.push_back(&row);
             for (const std::string& line : lines)
-                for (const ThingPtr& child : selected_->below) {
+                for (const Thing* child : selected_->below) {
                     const auto isIts = [&](const Row* row) { return row->key == child->key(); };
                     if (!names || child->kind != item || child->name != line) continue;
                     if (std::ranges::any_of(rows, isIts)) continue;
@@ -514,18 +473,13 @@ class NaiveEditor {
 
     void begin() {
         if (isOpen_ && !saved_) ask("Do you want to save active configuration?");
-        for (auto& each : registries_)
-            each.clear();
-        root_->below.clear();
-        detached_->below.clear();
-        selected_ = root_.get();
-        rows_.clear();
-        copied_.clear();
-        pasteCounter_ = 1;
-        nextItem_ = 0;
-        enabled_ = "configuration open";
-        isOpen_ = true;
-        saved_ = false;
+        NaiveEditor fresh;
+        fresh.isOpen_ = true;
+        fresh.enabled_ = "configuration open";
+        fresh.focus_ = focus_;
+        fresh.clipboard_ = clipboard_;
+        fresh.told_ = told_;
+        *this = std::move(fresh);
     }
 
     void act(const std::string& verb, const std::string& what) {
@@ -583,12 +537,12 @@ class NaiveEditor {
     }
 
     static constexpr std::size_t none = ~std::size_t{0};
-    const ThingPtr root_ = std::make_shared<Thing>(), detached_ = std::make_shared<Thing>();
-    std::array<std::vector<Thing*>, 4> registries_;  // by kind
-    Thing* selected_ = root_.get();
+    std::deque<Thing> things_{2};  // all that ever were, as rows and clipboard know them
+    Thing *root_ = &things_[0], *detached_ = &things_[1], *selected_ = root_;
+    std::vector<Thing*> records_;  // those that have one, in order of adding
     std::vector<Row> rows_;
     std::size_t current_ = none;
-    std::vector<ThingPtr> copied_;
+    std::vector<Thing*> copied_;
     int pasteCounter_ = 1, nextItem_ = 0;
     bool isOpen_ = false, saved_ = false;
     std::string enabled_, focus_, clipboard_;
