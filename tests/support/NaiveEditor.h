@@ -44,6 +44,7 @@ class NaiveEditor {
         told_.clear();
         step_ = &step;
         act(step.verb, step.what);
+        if (sortColumn_) sortRows();
     }
     /// The rows whose things are gone, dragged away or renamed past them.
     void takeRowsOutOfDate(const std::deque<ListView::Row>& shown) {
@@ -261,6 +262,15 @@ class NaiveEditor {
             rows_[i].selected = std::ranges::find(texts, rows_[i].text) != texts.end();
             if (rows_[i].selected) current_ = i;
         }
+    }
+    void sortRows() {
+        const std::string current = current_ < rows_.size() ? rows_[current_].key : "";
+        std::ranges::stable_sort(rows_, [&](const Row& a, const Row& b) {
+            return sortColumn_ == 0 ? alphabeticallyBefore(a.text, b.text)
+                                    : alphabeticallyBefore(a.comment, b.comment);
+        });
+        for (std::size_t i = 0; i < rows_.size(); ++i)
+            if (rows_[i].key == current) current_ = i;
     }
     Row* selectedRow() {
         return current_ < rows_.size() && rows_[current_].selected ? &rows_[current_] : nullptr;
@@ -491,6 +501,8 @@ class NaiveEditor {
             nodeClick(*selected_);
         } else if (verb == "focus") {
             focus_ = what;
+        } else if (verb == "sort") {
+            sortColumn_ = std::stoi(what);
         } else if (verb == "rows") {
             selectRows(split(what, " "));
             report("ListView1_Click", [&] {
@@ -542,6 +554,7 @@ class NaiveEditor {
     std::vector<Thing*> records_;  // those that have one, in order of adding
     std::vector<Row> rows_;
     std::size_t current_ = none;
+    std::optional<int> sortColumn_;
     std::vector<Thing*> copied_;
     int pasteCounter_ = 1, nextItem_ = 0;
     bool isOpen_ = false, saved_ = false;
