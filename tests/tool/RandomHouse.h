@@ -59,11 +59,15 @@ class RandomHouse {
                 return each == gone || each.isIn(gone);
             });
         }
-        // Names that differ in capitals only are the same for a configuration.
+        if (!hasKeysOfItsOwn()) things = before;
+    }
+
+    /// Names that differ in capitals only are the same for a configuration.
+    bool hasKeysOfItsOwn() const {
         std::set<std::string> keys;
         for (const Thing& each : things)
             keys.insert(upperCase(key(each)));
-        if (keys.size() < things.size()) things = before;
+        return keys.size() == things.size();
     }
 
     TableRows rows() const {
@@ -162,9 +166,8 @@ class RandomHouse {
         Thing added{{}, fields(kind)};
         if (kind != "device") added.names = container().names;
         added.names.push_back(name(kind));
-        const bool isTaken = std::ranges::any_of(
-            things, [&](const Thing& each) { return equalIgnoringCase(key(each), key(added)); });
-        if (!isTaken) things.push_back(added);
+        things.push_back(added);
+        if (!hasKeysOfItsOwn()) things.pop_back();
     }
 
     /// Gives it another parent and name; what is in it goes along.

@@ -1,5 +1,4 @@
 #include <nlohmann/json.hpp>
-#include <ranges>
 
 #include "tool/RandomHouse.h"
 
@@ -24,23 +23,24 @@ class RandomTables : public ::testing::Test {
  protected:
     static constexpr unsigned housesEach = 40;
 
-    /// Calls `test` with one house after the other; names the one that failed.
+    /// Calls `test` with one house after the other, from whose table "a.xml" is made; names the one
+    /// that failed.
     template <typename Test>
     void forEachHouse(const Test& test) {
         for (unsigned seed = 0; seed < housesEach && !HasFailure(); ++seed) {
             SCOPED_TRACE("house " + std::to_string(seed));
             RandomHouse house(seed);
-            test(house);
+            ToolWorld world;
+            world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
+            world.disk.files["a.csv"] = describe(house.rows());
+            world.must("import a.csv -o a.xml");
+            test(house, world);
         }
     }
 };
 
 TEST_F(RandomTables, AnExportedConfigurationIsImportedByteForByte) {
-    forEachHouse([](RandomHouse& house) {
-        ToolWorld world;
-        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
-        world.disk.files["a.csv"] = describe(house.rows());
-        world.must("import a.csv -o a.xml");
+    forEachHouse([](RandomHouse& house, ToolWorld& world) {
         for (const std::string separator : {",", ";", "tab"}) {
             world.must("export a.xml --force -o b.csv --separator " + separator);
             const TableRows rows =
@@ -57,11 +57,7 @@ TEST_F(RandomTables, AnExportedConfigurationIsImportedByteForByte) {
 }
 
 TEST_F(RandomTables, RowsAndColumnsComeInAnyOrder) {
-    forEachHouse([](RandomHouse& house) {
-        ToolWorld world;
-        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
-        world.disk.files["a.csv"] = describe(house.rows());
-        world.must("import a.csv -o a.xml");
+    forEachHouse([](RandomHouse& house, ToolWorld& world) {
         TableRows rows = house.rows();
         std::vector<std::string> headings = allHeadings;
         for (const char* derived : {"kind", "name", "index"})
@@ -126,11 +122,7 @@ std::map<std::string, TableRow> applied(const nlohmann::json& changes,
 }
 
 TEST_F(RandomTables, WhatDiffNamesMakesTheOneOfTheOther) {
-    forEachHouse([](RandomHouse& house) {
-        ToolWorld world;
-        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
-        world.disk.files["a.csv"] = describe(house.rows());
-        world.must("import a.csv -o a.xml");
+    forEachHouse([](RandomHouse& house, ToolWorld& world) {
         const auto before = byPath(house.rows());
         for (std::size_t i = house.below(9); i > 0; --i)
             house.change();
@@ -144,32 +136,19 @@ TEST_F(RandomTables, WhatDiffNamesMakesTheOneOfTheOther) {
 }
 
 TEST_F(RandomTables, RowsChangeWhatIsThereAndAddWhatIsMissing) {
-    forEachHouse([](RandomHouse& house) {
-        ToolWorld world;
-        world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
-        world.disk.files["a.csv"] = describe(house.rows());
-        world.must("import a.csv -o a.xml");
+    forEachHouse([](RandomHouse& house, ToolWorld& world) {
         const std::vector<Thing> before = house.things;
         for (std::size_t i = house.below(9); i > 0; --i)
             house.change();
-        // What was removed, or stands elsewhere now, stays as it was.
-        auto expected = byPath(house.rows());
-        RandomHouse old = house;
-        old.things = before;
-        for (const auto& [path, row] : byPath(old.rows()))
-            expected.emplace(path, row);
-        // Not where two of these would have one key, which knows no "\".
-        std::set<std::string> keys;
-        for (std::string key : std::views::keys(expected)) {
-            for (auto at = key.find("\\."); at != std::string::npos; at = key.find("\\.", at))
-                key.erase(at, 1);
-            keys.insert(upperCase(key));
-        }
-        if (keys.size() < expected.size()) return;
         world.disk.files["b.csv"] = describe(house.rows());
+        // What was removed, or stands elsewhere now, stays as it was.
+        for (const Thing& old : before)
+            if (std::ranges::find(house.things, old.names, &Thing::names) == house.things.end())
+                house.things.push_back(old);
+        if (!house.hasKeysOfItsOwn()) return;
         world.must("import b.csv --into a.xml -o b.xml");
         world.must("export b.xml");
-        EXPECT_EQ(byPath(rowsOf(world.out)), expected);
+        EXPECT_EQ(byPath(rowsOf(world.out)), byPath(house.rows()));
     });
 }
 
