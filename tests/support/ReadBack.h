@@ -283,6 +283,18 @@ class Reader {
     std::set<std::string> keys_;
 };
 
+/// What saving says, with this answer to its question; the file holds "old" before.
+inline std::string save(EditorWorld& world, Answer answer) {
+    world.disk.files["/saved"] = "old";
+    world.desktop.willChoose("/saved");
+    world.desktop.forgetAnswers();
+    world.desktop.willAnswer({answer});
+    world.desktop.forgetMessages();
+    world.editor.mnuSaveAs_Click();
+    world.desktop.forgetAnswers();
+    return world.told();
+}
+
 /// Counts of what came of saving.
 struct Outcomes {
     int readBack = 0, changed = 0, asked = 0, refused = 0;
@@ -343,16 +355,6 @@ class Check {
  private:
     static bool isGrave(const EditorWorld& world, const Node& node) {
         return world.editor.fileRules().faultOf(node).kind >= FaultKind::unreadable;
-    }
-    static std::string save(EditorWorld& world, Answer answer) {
-        world.disk.files["/saved"] = "old";
-        world.desktop.willChoose("/saved");
-        world.desktop.forgetAnswers();
-        world.desktop.willAnswer({answer});
-        world.desktop.forgetMessages();
-        world.editor.mnuSaveAs_Click();
-        world.desktop.forgetAnswers();
-        return world.told();
     }
     /// Whatever is read back as another text has a sign in sight.
     static bool hasChanged(const EditorWorld& world, const Thing& before, const Thing& after) {

@@ -1,0 +1,134 @@
+// Configurations of texts that collide, break and change in a file.
+#pragma once
+
+#include "model/Keys.h"
+#include "support/RandomUser.h"
+
+/// A configuration that holds anything whatever, and another each time that is asked for.
+class RandomDocuments : public EditorWorld {
+ public:
+    RandomDocuments() {
+        disk.writesSpoiledFiles = true;
+        document.open = true;
+    }
+
+    void make() {
+        oddity_ = std::array{0U, 0U, 3U, 12U}[below(4)];
+        document.startAt("/random.xml");
+        setSettings();
+        for (std::size_t devices = 1 + below(3); devices > 0; --devices)
+            attempt([&] {
+                const auto device = std::make_shared<clsPLC>();
+                device->SetByForm(anyDevice());
+                addContents(document.add(device), 0);
+            });
+        for (std::size_t drags = below(4) / 2; drags > 0; --drags)
+            dragAny();
+        document.saved = false;
+        told();
+    }
+
+    /// Moves, removes, adds, renames or changes something; what cannot be is left.
+    void change() {
+        Node& node = anyNode();
+        const bool isContainer = node.isDevice() || node.kind() == NodeKind::branch;
+        attempt([&] {
+            if (oneIn(3)) return dragAny();
+            if (node.parent() == nullptr) return setSettings();
+            if (oneIn(4)) return document.RemoveSubtree(node);
+            if (isContainer && oneIn(2)) return addContents(node, 2);
+            if (node.isDevice()) return document.change(node, anyDevice());
+            if (isContainer) return document.renameBranch(node, text());
+            if (node.kind() != NodeKind::item) return;
+            oneIn(2) ? document.renameItem(node, text()) : document.setComment(node, text());
+        });
+        document.saved = false;
+        told();
+    }
+
+    bool oddAddresses = true;  // too
+    std::mt19937 random{walkSetting("RULES_SEED", 5)};
+    std::size_t below(std::size_t n) { return random() % n; }
+
+ private:
+    bool oneIn(std::size_t n) { return below(n) == 0; }
+
+    /// Few letters, that texts collide.
+    std::string text() {
+        static constexpr std::array usual{"a", "b", "A", "B", "a.b", "tag1", "\u00E4", "\u00C4"};
+        static constexpr std::array odd{
+            "\u20AC", "\u0178", "\u0416", "\U0001F600", "?",       "\t",
+            "\n",     "\r",     "\r\n",   " ",          ".",       ":",
+            "&",      "<",      ">",      "\"",         "]]>",     "&amp;",
+            "\x01",   "\x7F",   "\u0085", "\u00AA",     "\u00B7",  "\u00DF",
+            "\u00FF", "\u0153", "\u0152", "\u00D7",     "tag",     "TAGS",
+            "-",      "1",      "\uFFFD", "\" x=\"",    "<b></b>", "</name><name>",
+            "\\",     ",",      ";",      "'",          "=1+1"};
+        std::string text;
+        for (std::size_t pieces = 1 + below(2); pieces > 0; --pieces) {
+            const bool isOdd = oddity_ > 0 && oneIn(oddity_);
+            text += isOdd ? odd[below(odd.size())] : usual[below(usual.size())];
+        }
+        return text;
+    }
+    void setSettings() {
+        document.setSettings({oneIn(40) ? text() : "COM1", oneIn(40) ? text() : "USB", 1000});
+    }
+    DeviceFields anyDevice() {
+        return {text(), oneIn(20) ? text() : "COM1", "USB", oneIn(2) ? "1500" : "-7"};
+    }
+    template <typename Add>
+    static void attempt(const Add& add) {
+        try {
+            add();
+        } catch (const RunTimeError&) {
+            // The name is taken.
+        }
+    }
+    void addContents(Node& parent, int level) {
+        for (std::size_t things = below(4); things > 0; --things) {
+            const std::string name = text();
+            const SharedText key = joinKey(parent.key(), name);
+            attempt([&] {
+                if (oneIn(2) && level < 3) {
+                    const auto branch = std::make_shared<clsBranch>();
+                    branch->sName = name;
+                    branch->sKey = key;
+                    return addContents(document.add(branch, parent), level + 1);
+                }
+                addItem(parent, name);
+            });
+        }
+    }
+    void addItem(Node& parent, const std::string& name) {
+        const auto item = std::make_shared<clsItem>();
+        item->sName = name;
+        item->sKey = joinKey(parent.key(), name);
+        item->sComment = oneIn(4) ? text() : "";
+        item->sAddress = oddAddresses && oneIn(60) ? text() : "1/2/" + std::to_string(below(9));
+        item->sDataType = oneIn(60) ? text() : oneIn(2) ? "EIS15" : "EIS1";
+        item->sAccessRight = oneIn(60) ? text() : "READ";
+        item->nElements = static_cast<std::int16_t>(below(32768));
+        item->bFlag = oneIn(2);
+        document.add(item, parent);
+    }
+    Node& anyNode() {
+        auto node = document.tree().nodes().begin();
+        for (auto skipped = below(document.tree().nodes().size()); skipped > 0; --skipped)
+            ++node;
+        return **node;
+    }
+    /// Most often a device, below whose bare node something is added then.
+    void dragAny() {
+        Node* source = &anyNode();
+        while (source->parent() != nullptr && !source->isDevice() && !oneIn(3))
+            source = source->parent();
+        const SharedText target = anyNode().key();
+        if (target != Document::rootKey || oneIn(8))
+            drag(source->key().string(), target.string(), oneIn(4) ? TreeDrag::ctrlMask : 0);
+        Node& any = anyNode();
+        if (any.isDroppedDevice()) attempt([&] { addItem(any, text()); });
+    }
+
+    std::size_t oddity_ = 0;  // one piece of so many is odd
+};
