@@ -13,7 +13,7 @@ using State = std::vector<std::pair<std::string, std::string>>;
 /// The state of the editor itself.
 inline State stateOf(const EditorWorld& world) {
     const Document& document = world.document;
-    std::string nodes, records, rows;
+    std::string nodes, records, rows, told;
     for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
             nodes.append(tagOf(node->kind())).append(" " + node->key() + ", ");
@@ -27,6 +27,8 @@ inline State stateOf(const EditorWorld& world) {
         records.append(key).append("=" + item->sKey + " '" + item->sComment + "', ");
     for (const auto& row : world.editor.ListView1.rows())
         rows += row.key + " " + row.text + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
+    for (std::size_t i = 0; i < world.desktop.messages().size(); ++i)
+        told += world.desktop.messages()[i] + world.desktop.manners()[i] + "\n";
     return {{"nodes", nodes},
             {"records", records},
             {"list", rows},
@@ -35,7 +37,7 @@ inline State stateOf(const EditorWorld& world) {
             {"saved", document.saved ? "yes" : "no"},
             {"next item", std::to_string(document.itemCounter())},
             {"clipboard", world.desktop.clipboard},
-            {"messages", joined(world.desktop.messages(), "\n")}};
+            {"messages", told}};
 }
 
 class NaiveEditor {
@@ -77,7 +79,7 @@ class NaiveEditor {
                 {"saved", saved_ ? "yes" : "no"},
                 {"next item", std::to_string(nextItem_)},
                 {"clipboard", clipboard_},
-                {"messages", joined(told_, "\n")}};
+                {"messages", told_}};
     }
 
  private:
@@ -129,11 +131,11 @@ class NaiveEditor {
         }
     }
     bool tell(const std::string& message) {
-        told_.push_back(message);
+        told_ += message + "\n";
         return false;
     }
     bool ask(const std::string& question) {
-        told_.push_back(question);
+        tell(question);
         return step_->answers.front() == "yes";
     }
 
@@ -388,7 +390,7 @@ class NaiveEditor {
     void removeSelected() {
         report("mnuDelete_Click", [&] {
             if (focus_ == "list") {
-                if (!ask("Are you sure you want to delete the selected items ?")) return;
+                if (!ask("Are you sure you want to delete the selected items ? [No]")) return;
                 Thing& toShow = selected_->parent == nullptr ? *selected_ : *selected_->parent;
                 std::vector<Thing*> gone;
                 try {
@@ -403,7 +405,8 @@ class NaiveEditor {
             } else if (focus_ == "tree" && selected_->kind != config) {
                 const bool isItem = selected_->kind == item;
                 const std::string question = "Are you sure you want to delete " + selected_->name;
-                if (ask(question + (isItem ? " ?" : " and all its items?"))) remove({selected_});
+                if (ask(question + (isItem ? " ? [No]" : " and all its items? [No]")))
+                    remove({selected_});
                 if (isItem && selected_->parent == nullptr) throw notSet;
                 if (isItem) nodeClick(*selected_->parent);
             }
@@ -412,11 +415,11 @@ class NaiveEditor {
     void drag(Thing& source, Thing* target, bool isCopy) {
         if (target == nullptr || target == source.parent) return;
         if (target->kind == item || (target->isWithin(&source) && source.parent != nullptr))
-            return void(tell("Unable to drag nodes here"));
+            return void(tell("Unable to drag nodes here (exclamation)"));
         if (source.parent == nullptr) return;
         const std::string key = target->key() + "." + source.name;
         if (find(key, true) != nullptr)
-            return void(tell("Name already in use at this level. Move not allowed"));
+            return void(tell("Name already in use at this level. Move not allowed (stop)"));
         if (!source.isDevice() && source.record && isTaken(source.kind, key)) return;
         const auto contents = allIn(source);
         const bool isFree = report("CopySubTree", [&] {
@@ -559,7 +562,7 @@ class NaiveEditor {
     int pasteCounter_ = 1, nextItem_ = 0;
     bool isOpen_ = false, saved_ = false;
     std::string enabled_, focus_, clipboard_;
-    std::vector<std::string> told_;
+    std::string told_;
     const Step* step_ = nullptr;
 };
 

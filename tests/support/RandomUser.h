@@ -32,7 +32,7 @@ class RandomUser {
             case 2:
             case 3: return "click " + anyKey();
             case 4: return "rows" + anyRows();
-            case 5: return oneOf({"focus tree", "focus list", "sort 0", "sort 1"});
+            case 5: return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1"});
             case 6:
             case 7:
             case 8: return drag();
