@@ -14,6 +14,26 @@
 
 namespace {
 
+std::string repeated(int count, const std::function<std::string(int)>& piece) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += piece(i);
+    return text;
+}
+
+std::string nested(int levels, const std::string& name, const std::string& contents) {
+    const auto all = [&](const std::string& tag) {
+        return repeated(levels, [&](int /*level*/) { return tag; });
+    };
+    return all("<" + name + ">") + contents + all("</" + name + ">");
+}
+
+std::string branchOf(int number) { return "<B" + std::to_string(number) + "/>"; }
+
+std::string item(int number) { return tag("Item_" + std::to_string(number)); }
+
+std::string device(const std::string& contents) { return configuration(plc("P", contents)); }
+
 class Limits : public ::testing::Test, protected EditorWorld {
  protected:
     /// What comes of opening such a file: messages, and the outline of what was read.
@@ -44,15 +64,6 @@ class Limits : public ::testing::Test, protected EditorWorld {
             form.txtBranchName.text = name;
             form.cmdOk_Click();
         });
-    }
-    static std::string nested(std::size_t levels, const std::string& name,
-                              const std::string& contents) {
-        std::string begins, ends;
-        for (std::size_t i = 0; i < levels; ++i) {
-            begins += "<" + name + ">";
-            ends += "</" + name + ">";
-        }
-        return configuration(plc("A") + plc("B", begins + contents + ends));
     }
 };
 
@@ -88,15 +99,11 @@ TEST_F(Limits, NoErrorEscapesThatIsNotOneOfTheEditorsOwn) {
 }
 
 TEST_F(Limits, OfManyFaultsTheFirstAreTold) {
-    std::string told;
-    for (int i = 0; i < 5; ++i)
-        told += " Error n. 94  Invalid use of Null in BrowseBranch\n";
+    const std::string told = repeated(
+        5, [](int /*i*/) { return " Error n. 94  Invalid use of Null in BrowseBranch\n"; });
     for (const auto& [faults, more] : {std::pair(205, "200"), {1209, "1,204"}}) {
-        std::string items;
-        for (int i = 0; i < faults; ++i)
-            items += "<tag/>";
-        EXPECT_EQ(opened(configuration(plc("A", items + tag("x")))),
-                  told + "\u2026 and " + more + " more\nA[x]");
+        const std::string items = repeated(faults, [](int /*i*/) { return "<tag/>"; });
+        EXPECT_EQ(opened(device(items + tag("x"))), told + "\u2026 and " + more + " more\nP[x]");
     }
 }
 
@@ -105,19 +112,17 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
         " Error n. 321  Branches lie within one another more than 1,000 deep in ImportXML\n";
     const std::string lengthy =
         " Error n. 321  The path to a branch or an item is longer than 64 KB in ImportXML\n";
-    EXPECT_EQ(opened(nested(1001, "F", "")), deep);
-    EXPECT_EQ(opened(nested(60000, "F", tag("x"))), deep);
-    EXPECT_EQ(opened("<a>" + nested(2000, "F", "") + "</a>"),
+    EXPECT_EQ(opened(device(nested(1001, "F", ""))), deep);
+    EXPECT_EQ(opened(device(nested(60000, "F", tag("x")))), deep);
+    EXPECT_EQ(opened(nested(2000, "F", "")),
               " Error n. 321  Line 1: elements lie within one another too deep in ImportXML\n");
-    EXPECT_EQ(opened(nested(200, std::string(600, 'n'), "")), lengthy);
-    EXPECT_EQ(opened(nested(1, "F", tag(std::string(65533, 'n')))), lengthy);
-    std::string wide;
-    for (int i = 0; i < 200; ++i)
-        wide += branch(std::string(600, 'N') + std::to_string(i), "");
-    EXPECT_EQ(opened(configuration(plc("A", wide))).substr(0, 5), "A[NNN") << "beside one another";
+    EXPECT_EQ(opened(device(nested(200, std::string(600, 'n'), ""))), lengthy);
+    EXPECT_EQ(opened(device(branch("F", tag(std::string(65533, 'n'))))), lengthy);
+    const auto wide = [](int i) { return branch(std::string(600, 'N') + std::to_string(i), ""); };
+    EXPECT_EQ(opened(device(repeated(200, wide))).substr(0, 5), "P[NNN") << "beside one another";
     const std::string longest(65532, 'n');
-    EXPECT_EQ(opened(nested(1, "F", tag(longest))), "A[] B[F[" + longest + "]]");
-    click("B.F");
+    EXPECT_EQ(opened(device(branch("F", tag(longest)))), "P[F[" + longest + "]]");
+    click("P.F");
     willName(longest + "n");
     editor.mnuAddBranch_Click();
     EXPECT_EQ(saved(), " Error n. 5  \"B.F." + longest.substr(0, 26) + "\u2026" +
@@ -125,13 +130,12 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
                            "\" has a path longer than 64 KB and cannot be saved in CreateXML\n");
 
     document.saved = true;
-    std::string deepest = nested(1000, "F", tag("x"));
-    opened(deepest);
-    deepest.resize(deepest.rfind("</tags>"));
+    const std::string deepest = nested(1000, "F", tag("x"));
+    opened(device(deepest));
     EXPECT_EQ(saved(), "/house.xml saved\n");
     std::string written = disk.files["/house.xml"];
     std::erase_if(written, [](char c) { return c < ' '; });
-    EXPECT_NE(written.find(deepest.substr(deepest.find("<F>"))), std::string::npos);
+    EXPECT_NE(written.find(deepest), std::string::npos);
     const Node* branch = document.tree().root();
     for (TreeWalk walk(*branch); const Node* node = walk.next();)
         if (node->kind() == NodeKind::branch) branch = node;
@@ -153,10 +157,7 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
     };
     open("/small.xml", configuration(plc("Plant")));
     EXPECT_EQ(meanwhile.size(), 1U) << "before the work begins";
-    std::string full;
-    for (int i = 0; i < 65280; ++i)
-        full += tag("Item_" + std::to_string(i));
-    open("/full.xml", configuration(plc("Plant", branch("A", full))));
+    open("/full.xml", configuration(plc("Plant", branch("A", repeated(65280, item)))));
     EXPECT_EQ(meanwhile, std::set<std::string>{"Loading File .... mnuExit mnuAbout"});
     EXPECT_FALSE(editor.pnlImpStat.visible);
     EXPECT_EQ(editor.pnlImpStat.progress, 80) << "from 99 it goes on at 0";
@@ -181,10 +182,8 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
 
 /// As an assistive tool or the desktop can at any time, and the panel's Cancel once it is there.
 TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
-    std::string branches;
-    for (int i = 0; i < 300'000; ++i)
-        branches += "<B" + std::to_string(i) + "/>";
-    const std::string many = configuration(plc("P", branches), "<SETTINGS port='COM7'/>");
+    const std::string many =
+        configuration(plc("P", repeated(300'000, branchOf)), "<SETTINGS port='COM7'/>");
     const std::pair<std::function<void()>, bool> ends[] = {
         {[&] { EXPECT_FALSE(editor.Form_Unload()); }, true},
         {[&] { editor.run(commandNamed("mnuExit")); }, true},
@@ -219,10 +218,8 @@ TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
 }
 
 TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
-    std::string many;
-    for (int i = 0; i < 30'000; ++i)
-        many += tag("Light" + std::to_string(i));
-    const std::string before = opened(configuration(plc("P", branch("A", many)) + plc("Q")));
+    const std::string before =
+        opened(configuration(plc("P", branch("A", repeated(30'000, item))) + plc("Q")));
     for (int i = 0; i < 10; ++i)  // each step takes some 15 MiB
         drag(i % 2 == 0 ? "P.A" : "Q.A", i % 2 == 0 ? "Q" : "P");
     EXPECT_LE(document.historyBytes(), History::mostBytes);
@@ -299,22 +296,6 @@ Cost costOf(const std::function<void(EditorWorld&)>& act) {
     return cost;
 }
 
-std::string repeated(int count, const std::function<std::string(int)>& piece) {
-    std::string text;
-    for (int i = 0; i < count; ++i)
-        text += piece(i);
-    return text;
-}
-
-std::string nestedIn(int levels, const std::string& name, const std::string& contents) {
-    const auto all = [&](const std::string& tag) {
-        return repeated(levels, [&](int /*level*/) { return tag; });
-    };
-    return all("<" + name + ">") + contents + all("</" + name + ">");
-}
-
-std::string branchOf(int number) { return "<B" + std::to_string(number) + "/>"; }
-
 /// Each name has 20 parts of 16 letters, which come in two forms: a hash that only multiplies and
 /// shifts takes many of the names for one, whatever it begins with.
 std::string colliding(int number) {
@@ -324,8 +305,6 @@ std::string colliding(int number) {
                                                                   : "xxxxxxx;0000000;";
     return tag(name);
 }
-
-std::string device(const std::string& contents) { return configuration(plc("P", contents)); }
 
 /// Prints a line of a table for each: COSTS_SCALE=10 makes the inputs ten times as large.
 TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
@@ -345,7 +324,7 @@ TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
         void (*act)(EditorWorld& world, const std::string& text);
     } inputs[] = {
         {"branches below a path of 64 KB", 1500,
-         [](int n) { return device(nestedIn(999, std::string(64, 'n'), repeated(n, branchOf))); },
+         [](int n) { return device(nested(999, std::string(64, 'n'), repeated(n, branchOf))); },
          opens},
         {"attributes declared", 20'000,
          [](int n) {
@@ -360,10 +339,10 @@ TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
          [](int n) { return device(repeated(n, [](int /*i*/) { return branchOf(1); })); }, opens},
         {"comments", 50'000,
          [](int n) { return device(repeated(n, [](int /*i*/) { return "<!---->"; })); }, opens},
-        {"unknown elements in one another", 50'000, [](int n) { return nestedIn(n, "a", ""); },
+        {"unknown elements in one another", 50'000, [](int n) { return nested(n, "a", ""); },
          opens},
         {"elements in one another in an item", 50'000,
-         [](int n) { return device("<tag>" + nestedIn(n, "a", "") + "</tag>"); }, opens},
+         [](int n) { return device("<tag>" + nested(n, "a", "") + "</tag>"); }, opens},
         {"elements in an item", 20'000,
          [](int n) { return device("<tag>" + repeated(n, branchOf) + "</tag>"); }, opens},
         {"line feeds pasted as names", 500'000,
