@@ -51,6 +51,7 @@ TEST_F(RandomWalk, DoesAsTheNaiveEditorAndSavesWhatIsReadBack) {
                    << (last.empty() ? found : last) << "\nafter    " << joined(few, "\n         ");
         }
         expectTreeAndRegistriesAgree(document);
+        views.expectToShowTheTree();
         if (i % 10 == 0) {
             const bool saved = document.saved;
             saveAndRead(*this);

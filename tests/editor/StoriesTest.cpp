@@ -46,6 +46,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         desktop.forgetMessages();
         if (desktop.answersLeft() > 0) complain("questions", "as many as answers", "fewer");
         expectTreeAndRegistriesAgree(document);
+        views_.expectToShowTheTree();
     }
 
     void look(const std::string& fact) {

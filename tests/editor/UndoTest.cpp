@@ -54,6 +54,10 @@ class Undo : public ::testing::Test, protected ScriptedUser {
  protected:
     Undo() { disk.writesSpoiledFiles = true; }
 
+    void expectOneState() {
+        expectTreeAndRegistriesAgree(document);
+        views.expectToShowTheTree();
+    }
     std::size_t below(std::size_t n) { return random() % n; }
     bool oneIn(std::size_t n) { return below(n) == 0; }
 
@@ -63,7 +67,7 @@ class Undo : public ::testing::Test, protected ScriptedUser {
         for (auto count = below(50); count > 0 && !document.undoName().empty(); --count) {
             editor.mnuUndo_Click();
             states.push_back(stateOf(document));
-            expectTreeAndRegistriesAgree(document);
+            expectOneState();
             // A step may have made no difference, but that siblings were sorted.
             if (states.back().registries == (states.rbegin() + 1)->registries) continue;
             ASSERT_FALSE(past.empty());
@@ -77,11 +81,12 @@ class Undo : public ::testing::Test, protected ScriptedUser {
             }
             editor.mnuRedo_Click();
             ASSERT_EQ(stateOf(document).all(), states[state - 1].all());
-            expectTreeAndRegistriesAgree(document);
+            expectOneState();
         }
         goneBack += states.size() - 1;
     }
 
+    WatchingViews views{document.tree(), editor.ListView1, desktop};
     std::mt19937 random{walkSetting("WALK_SEED", 11)};
     RandomUser user{[this](std::size_t n) { return below(n); }, *this};
     std::vector<std::string> past;  // the states before each step that can be undone
@@ -113,12 +118,12 @@ TEST_F(Undo, RestoresExactlyWhatWasAndRedoWhatCame) {
         ASSERT_EQ(stateOf(document).all(), before.all());
         EXPECT_EQ(document.saved, before.saved);
         EXPECT_EQ(document.redoName(), name);
-        expectTreeAndRegistriesAgree(document);
+        expectOneState();
         editor.mnuRedo_Click();
         ASSERT_EQ(stateOf(document).all(), after.all());
         EXPECT_EQ(document.saved, after.saved);
         EXPECT_EQ(document.undoName(), name);
-        expectTreeAndRegistriesAgree(document);
+        expectOneState();
         if (oneIn(15)) goBackAndForth();
         EXPECT_EQ(told(), "");
     }

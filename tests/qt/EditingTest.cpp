@@ -122,36 +122,23 @@ class EditingTest : public QObject {
     }
 
     static void keysUndoAndRedo() {
-        QtForms forms;
-        WindowWorld world(&forms);
-        world.openText(configuration(
+        WindowUser user(configuration(
             plc("P", branch("A", branch("B", tag("x")) + branch("C", tag("y"))) + tag("z"))));
-        world.desktop.willAnswer({Answer::yes});
-        const auto press = [&](const char* keys) {
-            for (const QKeySequence& key : QKeySequence::listFromString(keys))
-                QTest::keySequence(&world.window, key);
-        };
-        const auto shown = [&] {  // the tree as it is open, and what is selected in it
-            QString texts;
-            for (auto row = world.tree.model()->index(0, 0); row.isValid();
-                 row = world.tree.indexBelow(row))
-                texts += row.data().toString() + (row == world.tree.currentIndex() ? "* " : " ");
-            return texts + world.disagreement();
-        };
-        world.clickNode("P.A.C");
-        QTest::keyClick(&world.tree, Qt::Key_Left);  // folded
-        world.clickNode("P.A");
-        const QString before = "/plant.xml P A* B x C z ";
-        QCOMPARE(shown(), before);
-        press("Del");
-        QCOMPARE(shown(), "/plant.xml P z* ");
-        press("Ctrl+Z");
-        QCOMPARE(shown(), before);
+        user.desktop.willAnswer({Answer::yes});
+        user.clicks("P.A.C");
+        user.presses("Left");
+        user.clicks("P.A");
+        const QString before = "/plant.xml[P[*A[B[x] C+] z]]";
+        QCOMPARE(user.shownTree(), before);
+        user.presses("Del");
+        QCOMPARE(user.shownTree(), "/plant.xml[P[*z]]");
+        user.presses("Ctrl+Z");
+        QCOMPARE(user.shownTree(), before);
         for (const char* redo : {"Ctrl+Y", "Ctrl+Shift+Z"}) {
-            press(redo);
-            QCOMPARE(shown(), "/plant.xml P* z ");
-            press("Ctrl+Z");
-            QCOMPARE(shown(), before);
+            user.presses(redo);
+            QCOMPARE(user.shownTree(), "/plant.xml[*P[z]]");
+            user.presses("Ctrl+Z");
+            QCOMPARE(user.shownTree(), before);
         }
     }
 

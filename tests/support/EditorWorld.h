@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <map>
 #include <set>
 #include <string>
 #include <unordered_set>
@@ -118,7 +119,8 @@ inline std::string stateNameOf(const std::string& enabled) {
     return enabled;
 }
 
-/// Fails the test when a box is shown in the middle of a change that the views follow.
+/// Views as windows have them, which know only what they are told of. Fails the test when a box is
+/// shown in the middle of a change.
 class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
  public:
     WatchingViews(const ConfigTree& tree, ListView& list, FakeDesktop& desktop)
@@ -135,18 +137,56 @@ class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
         desktop_.onMessage = [] {};
     }
 
+    void expectToShowTheTree() {
+        EXPECT_EQ(selected_, tree_.selected()) << "a view was not told who is selected";
+        if (tree_.root() == nullptr) return;
+        for (TreeWalk walk(*tree_.root()); const Node* node = walk.next();)
+            EXPECT_TRUE(shown_[node] == lookOf(*node))
+                << "a view shows " << node->key().string() << " as it was";
+    }
+
  private:
-    void aboutToAdd(const Node* /*parent*/, int /*row*/) override { ++changes_; }
-    void added() override { --changes_; }
-    void aboutToRemove(const Node& /*node*/) override { ++changes_; }
+    using Look = std::pair<SharedText, std::vector<Node*>>;
+    static Look lookOf(const Node& node) { return {node.text(), node.GetChildren()}; }
+    void look(const Node& top) {
+        shown_[&top] = lookOf(top);
+        for (TreeWalk walk(top); const Node* node = walk.next();)
+            shown_[node] = lookOf(*node);
+    }
+
+    void aboutToAdd(const Node* parent, int row) override {
+        ++changes_;
+        parent_ = parent;
+        row_ = row;
+    }
+    void added() override {
+        --changes_;
+        if (parent_ == nullptr) return look(*tree_.root());
+        Node* node = parent_->GetChildren().at(static_cast<std::size_t>(row_));
+        auto& siblings = shown_[parent_].second;
+        siblings.insert(siblings.begin() + row_, node);
+        look(*node);
+    }
+    void aboutToRemove(const Node& node) override {
+        ++changes_;
+        auto& siblings = shown_[node.parent()].second;
+        siblings.erase(siblings.begin() + ConfigTree::rowOf(node));
+    }
     void removed() override { --changes_; }
-    void changed(const Node& /*node*/) override {}
+    void changed(const Node& node) override { shown_[&node].first = node.text(); }
     void recordsChanged() override {}
     void aboutToReorder(const Node& /*parent*/) override { ++changes_; }
-    void reordered(const Node& /*parent*/) override { --changes_; }
+    void reordered(const Node& parent) override {
+        --changes_;
+        shown_[&parent].second = parent.GetChildren();
+    }
     void aboutToReset() override { ++changes_; }
-    void reset() override { --changes_; }
-    void selectionChanged() override {}
+    void reset() override {
+        --changes_;
+        if (tree_.root() != nullptr) look(*tree_.root());
+        selected_ = tree_.selected();
+    }
+    void selectionChanged() override { selected_ = tree_.selected(); }
     void madeVisible(const Node& /*node*/) override {}
     void columnsBuilt() override {}
     void viewChanged() override {}
@@ -154,7 +194,10 @@ class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
     const ConfigTree& tree_;
     ListView& list_;
     FakeDesktop& desktop_;
-    int changes_ = 0;
+    int changes_ = 0, row_ = 0;
+    const Node* parent_ = nullptr;
+    const Node* selected_ = nullptr;
+    std::map<const Node*, Look> shown_;
 };
 
 /// The editor as it stands after the program's start.
