@@ -4,7 +4,6 @@
 // have then. A row that is out of date it takes as the editor shows it.
 #pragma once
 
-#include "support/ReadBack.h"
 #include "support/ScriptedUser.h"
 
 /// What is compared, by its name.

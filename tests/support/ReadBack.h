@@ -29,11 +29,8 @@ struct Thing {
     }
 };
 
-struct Unreadable : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 inline void require(bool is, const char* what) {
-    if (!is) throw Unreadable(what);
+    if (!is) throw std::runtime_error(what);
 }
 
 inline bool holdsAny(const Node& node) {
@@ -317,7 +314,7 @@ class Check {
                 child->isDevice() || (child->kind() == NodeKind::plc && !holdsAny(*child));
         try {
             expected = Reader(bytes).configuration();
-        } catch (const Unreadable& reason) {
+        } catch (const std::runtime_error& reason) {
             isReadable = false;
             why = reason.what();
         }

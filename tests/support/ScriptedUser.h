@@ -13,8 +13,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "base/Text.h"
-#include "support/EditorWorld.h"
+#include "support/ReadBack.h"
 
 /// The text before and after the first place where it is divided so.
 inline std::pair<std::string, std::string> cut(const std::string& text, const std::string& by) {
@@ -233,12 +232,6 @@ class ScriptedUser : public EditorWorld {
         }
     }
 
-    static std::string latin1(const std::string& text) {
-        std::string bytes;
-        appendLatin1(bytes, withLineEnds(text));
-        return bytes;
-    }
-
     bool act(const std::string& verb, const std::string& what) {
         if (verb == "open") {
             const auto changes = split(what, " but ");
@@ -249,9 +242,9 @@ class ScriptedUser : public EditorWorld {
                     text.replace(text.find(piece), piece.size(), withLineEnds(other));
             open("/house.xml", text);
         } else if (verb == "load") {
-            open("/house.xml", latin1(what));  // each character is one byte
+            open("/house.xml", readBack::latin1(withLineEnds(what)));  // each character is one byte
         } else if (verb == "import") {
-            disk.files["/house.esf"] = latin1(what);
+            disk.files["/house.esf"] = readBack::latin1(withLineEnds(what));
             desktop.willChoose("/house.esf");
             editor.mnuImpCfg_Click();
         } else if (verb == "click") {
