@@ -46,7 +46,7 @@ class RandomDocuments : public EditorWorld {
         told();
     }
 
-    bool oddAddresses = true;  // too
+    bool oddAddresses = true;  ///< some are any text
     std::mt19937 random{walkSetting("RULES_SEED", 5)};
     std::size_t below(std::size_t n) { return random() % n; }
 
