@@ -40,7 +40,7 @@ class RandomUser {
             case 10: return doubleClickOnRow();
             case 11:
                 return std::string("clipboard ") +
-                       oneOf({"", "A~^", "A.x^", "x^y^", "X^A^", "z^New_Item^", "b"});
+                       oneOf({"", "A~^", "A.x^", "x^y^", "X^A^", "z^New_Item^", "b", "x~^b"});
             case 12: return std::string(oneOf({"mnuDelete", "mnuCut"})) + " ? yes";
             case 13: return oneOf({"mnuDelete ? no", "mnuCut ? no", "mnuCopy"});
             case 14:
