@@ -181,7 +181,8 @@ class NaiveEditor {
 
     // Changes.
     Thing& add(Thing& parent, Kind kind, const std::string& name, std::shared_ptr<Record> record) {
-        Thing& thing = things_.emplace_back(kind, name, &parent, std::move(record));
+        things_.push_back({kind, name, &parent, std::move(record), {}});
+        Thing& thing = things_.back();
         parent.below.push_back(&thing);
         enter(thing);
         return thing;
