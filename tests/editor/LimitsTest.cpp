@@ -125,7 +125,7 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     click("P.F");
     willName(longest + "n");
     editor.mnuAddBranch_Click();
-    EXPECT_EQ(saved(), " Error n. 5  \"B.F." + longest.substr(0, 26) + "\u2026" +
+    EXPECT_EQ(saved(), " Error n. 5  \"P.F." + longest.substr(0, 26) + "\u2026" +
                            longest.substr(0, 29) +
                            "\" has a path longer than 64 KB and cannot be saved in CreateXML\n");
 
