@@ -195,7 +195,7 @@ TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
     fs::permissions(folder / "shared", perms{0555});
     fs::permissions(folder / "huge", perms{0666});
     EXPECT_EQ(save(folder / "secret"), 0);
-    fs::permissions(folder / "secret", perms{0200});
+    fs::permissions(folder / "secret", perms{0});
     fs::permissions(house, perms{0444});
     const std::tuple<const char*, int, int> cases[] = {
         {"huge", 7, 0},
