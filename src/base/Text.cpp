@@ -120,8 +120,10 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
 /// How many ASCII characters the text begins with.
 std::size_t asciiLength(std::string_view text) {
     std::size_t i = 0;
-    while (asciiBlock(text.substr(i)))
-        i += sizeof(std::uint64_t);
+    for (std::uint64_t block = 0; text.size() - i >= sizeof block; i += sizeof block) {
+        std::memcpy(&block, text.data() + i, sizeof block);
+        if ((block & everyByte(0x80)) != 0) break;
+    }
     while (i < text.size() && isAscii(text[i]))
         ++i;
     return i;

@@ -11,32 +11,36 @@
 
 namespace {
 
-/// The lines of a file in its own encoding, on their way there. They end with CR LF.
+/// Lines of a configuration file that are not written yet. They end with CR LF.
 class Lines {
  public:
     void add(std::size_t level, std::initializer_list<std::string_view> pieces) {
-        bytes_.append(Indent(level));
+        text_.append(Indent(level));
         for (const auto piece : pieces)
-            appendLatin1(bytes_, piece);
-        bytes_.append("\r\n");
+            text_.append(piece);
+        text_.append("\r\n");
     }
 
     void add(std::int16_t level, const clsItem& item) {
-        item.GetXmlTag(level, bytes_);
-        bytes_.append("\r\n");
+        item.GetXmlTag(level, text_);
+        text_.append("\r\n");
     }
 
-    /// So many that they are to be written before there are more: the memory that they take is
-    /// used again.
-    bool areMany() const { return bytes_.size() > std::size_t{256} * 1024; }
+    /// True when the lines should be written before more are added, so that their memory is used
+    /// again.
+    bool isFull() const { return text_.size() > std::size_t{256} * 1024; }
 
+    /// Writes the lines in the encoding of the file, and forgets them.
     void writeTo(const Write& write) {
-        write(bytes_);
         bytes_.clear();
+        appendLatin1(bytes_, text_);
+        text_.clear();
+        write(bytes_);
     }
 
  private:
-    std::string bytes_;
+    std::string text_;   // UTF-8
+    std::string bytes_;  // a member to keep its memory
 };
 
 /// What is made of a configuration on the way to its file.
@@ -54,9 +58,9 @@ class Contents {
     Contents(Output& output, const Document& document, const Node& device)
         : output_(output), document_(document), device_(device), open_(&device), walk_(device) {}
 
-    /// Goes on until there are many lines; false at the end.
+    /// Adds lines until there are enough to be written; false at the end.
     bool PrintBranch() {
-        while (!output_.lines.areMany()) {
+        while (!output_.lines.isFull()) {
             const Node* node = walk_.next();
             if (node == nullptr) {
                 closeUpTo(device_);

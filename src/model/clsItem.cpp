@@ -1,5 +1,7 @@
 #include "model/clsItem.h"
 
+#include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "base/Numbers.h"
@@ -11,14 +13,19 @@
 
 namespace {
 
-/// One of the few texts that the items of a file have in common: they share it.
-SharedText common(std::string_view text) {
-    static std::array<SharedText, 64> recent;
-    const std::size_t place =
-        text.empty() ? 0 : text.size() * 8 + static_cast<unsigned char>(text.back());
-    SharedText& known = recent[place % recent.size()];
-    if (known != text) known = text;
-    return known;
+/// The text of a data type or an access right. Items share the texts of those that the item dialog
+/// offers.
+SharedText choice(std::string_view text) {
+    static const auto known = [] {
+        std::unordered_map<std::string_view, SharedText> texts;
+        for (const auto* names : {&dataTypeNames(), &accessRightNames()}) {
+            for (const SharedText name : *names)
+                texts.emplace(name, name);
+        }
+        return texts;
+    }();
+    const auto found = known.find(text);
+    return found != known.end() ? found->second : SharedText(text);
 }
 
 /// The number between "(" and "Byte)" in an ETS size text, less the blank before "Byte)". A size
@@ -39,25 +46,33 @@ std::int16_t byteCount(std::string_view text) {
         text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(stop - start)));
 }
 
-/// What stands before the values of an item's element.
-struct TagParts {
+/// What comes before each value of an item's element that is indented by `level` tabs, and after
+/// the last.
+struct Markup {
+    explicit Markup(std::size_t level) {
+        const std::string line = "\r\n" + Indent(level) + "\t";
+        name = Indent(level) + "<tag>" + line + "<name>";
+        comment = "</name>" + line + "<comment>";
+        address = "</comment>" + line + "<address>";
+        dataType = "</address>" + line + "<eistype>";
+        flag = "</eistype>" + line + "<flag>";
+        accessRight = "</flag>" + line + "<accessrights>";
+        elements = line + "<elements>";
+        end = "\r\n" + Indent(level) + "</tag>";
+    }
+
     std::string name, comment, address, dataType, flag, accessRight, elements, end;
 };
 
-const TagParts& partsFor(std::size_t level) {
-    static std::vector<TagParts> known;
-    while (known.size() <= level) {
-        const std::string line = "\r\n" + Indent(known.size());
-        const auto after = [&](std::string_view tag, std::string_view next) {
-            return std::string(tag).append(line).append("\t").append(next);
-        };
-        known.push_back({after(Indent(known.size()) + "<tag>", "<name>"),
-                         after("</name>", "<comment>"), after("</comment>", "<address>"),
-                         after("</address>", "<eistype>"), after("</eistype>", "<flag>"),
-                         after("</flag>", "<accessrights>"), after("", "<elements>"),
-                         line + "</tag>"});
-    }
-    return known[level];
+/// That of the first levels, made once: to make it for each item would take longer than the rest.
+const std::vector<Markup>& usualMarkup() {
+    static const std::vector<Markup> markup = [] {
+        std::vector<Markup> levels;
+        for (std::size_t level = 0; level < 16; ++level)
+            levels.emplace_back(level);
+        return levels;
+    }();
+    return markup;
 }
 
 }  // namespace
@@ -76,11 +91,11 @@ void clsItem::SetByXml(const XmlElement& element, const SharedText& deviceName,
     };
     sName = required("NAME");
     sComment = required("COMMENT");
-    sDataType = common(required("EISTYPE"));
+    sDataType = choice(required("EISTYPE"));
     if (const auto elements = element.childText("ELEMENTS")) nElements = readInt16(*elements);
     sAddress = required("ADDRESS");
     bFlag = required("FLAG") == "READ";
-    sAccessRight = common(required("ACCESSRIGHTS"));
+    sAccessRight = choice(required("ACCESSRIGHTS"));
     sPlcname = deviceName;
     sKey = joinKey(parentKey, sName);
 }
@@ -115,12 +130,12 @@ SharedText clsItem::SetByEts(const std::vector<std::string>& fields) {
     sAddress = path.substr(addressDot + 1);
     // Loose on purpose: EIS 10 to EIS 15 hold "EIS 1" too.
     if (fields[2].find("EIS 1") != std::string::npos) {
-        sDataType = common("EIS1");
+        sDataType = choice("EIS1");
     } else {
-        sDataType = common("NOEIS");
+        sDataType = choice("NOEIS");
         nElements = byteCount(fields[2]);
     }
-    sAccessRight = common("READWRITE");
+    sAccessRight = choice("READWRITE");
     bFlag = false;
     sKey = joinKey(device, sName);
     return device;
@@ -155,22 +170,19 @@ void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) co
 }
 
 void clsItem::GetXmlTag(std::int16_t level, std::string& out) const {
-    const TagParts& parts = partsFor(static_cast<std::size_t>(level));
-    out.append(parts.name);
-    appendLatin1(out, sName);
-    out.append(parts.comment);
-    appendLatin1(out, sComment);
-    out.append(parts.address);
-    appendLatin1(out, sAddress);
-    out.append(parts.dataType);
-    appendLatin1(out, sDataType);
-    out.append(parts.flag).append(bFlag ? "READ" : "TRANSMIT").append(parts.accessRight);
-    appendLatin1(out, sAccessRight);
-    out.append("</accessrights>");
+    const auto tabs = static_cast<std::size_t>(level);
+    std::optional<Markup> rare;
+    const Markup& markup = tabs < usualMarkup().size() ? usualMarkup()[tabs] : rare.emplace(tabs);
+    out.append(markup.name).append(sName);
+    out.append(markup.comment).append(sComment);
+    out.append(markup.address).append(sAddress);
+    out.append(markup.dataType).append(sDataType);
+    out.append(markup.flag).append(bFlag ? "READ" : "TRANSMIT");
+    out.append(markup.accessRight).append(sAccessRight).append("</accessrights>");
     if (hasElements(sDataType)) {
-        out.append(parts.elements).append(std::to_string(nElements)).append("</elements>");
+        out.append(markup.elements).append(std::to_string(nElements)).append("</elements>");
     }
-    out.append(parts.end);
+    out.append(markup.end);
 }
 
 std::string clsItem::CleanEtsName(std::string_view name) {

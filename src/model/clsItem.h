@@ -69,8 +69,8 @@ class clsItem {
     /// Reports its errors itself.
     void AddToListView(ListView& list, bool withIndex, const Tell& tell) const;
 
-    /// Appends the item's element as it stands in a file (appendLatin1): lines joined by CR LF,
-    /// without a line end after the last; the tag is indented by `level` tabs. Nothing is escaped.
+    /// Appends the item's element to `out`, in UTF-8: lines joined by CR LF, without a line end
+    /// after the last; the tag is indented by `level` tabs. Nothing is escaped.
     void GetXmlTag(std::int16_t level, std::string& out) const;
 
     /// True for the types that have a number of elements.

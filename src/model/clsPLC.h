@@ -50,7 +50,7 @@ class clsPLC {
     /// bits; the record is unchanged then.
     void SetByForm(const DeviceFields& dialog);
 
-    /// The opening line of the device's element, without line end. Nothing is escaped.
+    /// The opening line of the device's element, in UTF-8, without line end. Nothing is escaped.
     std::string GetXmlTag() const;
 
  private:
