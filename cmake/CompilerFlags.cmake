@@ -11,15 +11,15 @@ else()
 endif()
 
 if(MINGW)
-  # Address space layout randomisation and data execution prevention are the linker's defaults; for
-  # control flow GCC has nothing that Windows knows.
+  # Address space layout randomisation and data execution prevention are the linker's defaults. GCC
+  # has no control flow protection for Windows.
   target_compile_options(project_flags INTERFACE -fstack-protector-strong
                                                  $<$<CONFIG:Release>:-D_FORTIFY_SOURCE=2>)
   target_link_options(project_flags INTERFACE -fstack-protector-strong)
 endif()
 
-# What makes a fault in memory end the program instead of serving whoever caused it. With the
-# optimization that it needs; the sanitizers have checks of their own.
+# Hardening: a memory fault ends the program before an attacker can use it. _FORTIFY_SOURCE needs
+# optimization. The sanitizers have their own checks.
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT SANITIZE)
   set(CMAKE_POSITION_INDEPENDENT_CODE ON)
   include(CheckPIESupported)
@@ -34,7 +34,7 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux" AND NOT SANITIZE)
 endif()
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-  # Warns of std::string's own code (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651).
+  # False warnings in std::string (https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651).
   target_compile_options(project_flags INTERFACE -Wno-restrict)
 endif()
 
@@ -47,8 +47,8 @@ if(SANITIZE)
                                                  -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(project_flags INTERFACE -fsanitize=address,undefined)
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # With its checks in the code GCC warns of the standard library's own; AddressSanitizer and the
-    # release build see what is true of it.
+    # Together with the sanitizers, GCC gives false warnings in the standard library.
+    # AddressSanitizer and the release build find the true ones.
     target_compile_options(project_flags INTERFACE -Wno-maybe-uninitialized)
   endif()
 endif()

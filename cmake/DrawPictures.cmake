@@ -1,9 +1,9 @@
-# Pictures of fixed size from SVG files, drawn while the program is built.
+# Converts SVG files to pictures of a fixed size during the build.
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 find_program(ICOTOOL icotool REQUIRED)
 
-# Draws the SVG file into a PNG file of `side` x `side` pixels; `drawn` names it, with the ending of
-# the former.
+# Converts the SVG file to a PNG file of `side` x `side` pixels. `drawn` is the path of the PNG
+# file, but with the suffix "svg".
 function(draw_picture svg side drawn)
   string(REGEX REPLACE "svg$" "png" png ${drawn})
   cmake_path(GET png PARENT_PATH folder)
@@ -15,7 +15,7 @@ function(draw_picture svg side drawn)
     DEPENDS ${svg})
 endfunction()
 
-# Draws the SVG file in all sizes that Windows shows a program's icon in, into one file.
+# Converts the SVG file to one icon file with all sizes in which Windows shows a program's icon.
 function(draw_icon svg icon)
   foreach(side 16 20 24 32 40 48 64 256)
     draw_picture(${svg} ${side} ${icon}.${side}.svg)
