@@ -1,4 +1,8 @@
 // The disk of POSIX systems, and what they have for a registry, in a temporary folder.
+
+// Its inline functions would keep this file from defining functions of the C library.
+#undef _FORTIFY_SOURCE
+
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
