@@ -24,7 +24,6 @@ class frmBranch {
     void cmdCancel_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
-    bool modify() const { return modify_; }
     /// The branch that was added; null when there is none.
     Node* added() const { return added_.get(); }
     bool confirmed() const { return added() != nullptr; }

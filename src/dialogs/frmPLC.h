@@ -38,7 +38,6 @@ class frmPLC {
     void cmdExit_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
-    bool modify() const { return modify_; }
     /// The device that was added; null when there is none.
     Node* added() const { return added_.get(); }
     bool confirmed() const { return added() != nullptr; }

@@ -198,13 +198,10 @@ class ConfigTree {
     /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
     Node& nodeAt(const SharedText& key) const;
 
-    /// Takes the node, which is not the root, and everything below it out of the tree. When the
-    /// selected node goes with it, the node's next sibling, else its previous one, else its parent
-    /// becomes selected.
-    void remove(Node& node) { takeOut({&node}); }
-
-    /// The same for many at once, in a time that grows with their number and that of their
-    /// siblings. None of them may lie below another. The selection goes to a sibling that stays.
+    /// Takes the nodes, and everything below them, out of the tree, in a time that grows with their
+    /// number and that of their siblings. The root is not among them, and none is below another. If
+    /// the selected node goes with them, its next sibling that stays becomes selected, else the
+    /// previous one, else the parent.
     Cut takeOut(const std::vector<Node*>& nodes);
 
     /// Puts nodes back where they were taken out: their keys must be free, and their siblings the
