@@ -1,5 +1,6 @@
 #include "base/Text.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -117,6 +118,18 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
            (aLow * bLow);
 }
 
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// The digits from `position` on, which is moved past them, without leading zeros.
+std::string_view takeNumber(std::string_view text, std::size_t& position) {
+    while (position < text.size() && text[position] == '0')
+        ++position;
+    const std::size_t start = position;
+    while (position < text.size() && isDigit(text[position]))
+        ++position;
+    return text.substr(start, position - start);
+}
+
 /// How many ASCII characters the text begins with.
 std::size_t asciiLength(std::string_view text) {
     std::size_t i = 0;
@@ -219,14 +232,27 @@ std::uint32_t hashIgnoringCase(std::string_view text) {
 }
 
 bool alphabeticallyBefore(std::string_view a, std::string_view b) {
+    // Names of one kind begin alike. A number that begins there is compared from its first digit.
+    const auto shortest = std::min(a.size(), b.size());
     std::size_t i = 0;
-    std::size_t j = 0;
+    while (i < shortest && a[i] == b[i] && isAscii(a[i]))
+        ++i;
+    while (i > 0 && isDigit(a[i - 1]))
+        --i;
+    std::size_t j = i;
     while (i < a.size() && j < b.size()) {
-        const char32_t x = baseLetter(nextCharacter(a, i));
-        const char32_t y = baseLetter(nextCharacter(b, j));
-        if (x != y) return x < y;
+        if (isDigit(a[i]) && isDigit(b[j])) {
+            const std::string_view x = takeNumber(a, i);
+            const std::string_view y = takeNumber(b, j);
+            if (x.size() != y.size()) return x.size() < y.size();
+            if (x != y) return x < y;
+        } else {
+            const char32_t x = baseLetter(nextCharacter(a, i));
+            const char32_t y = baseLetter(nextCharacter(b, j));
+            if (x != y) return x < y;
+        }
     }
-    if ((i < a.size()) != (j < b.size())) return j < b.size();
+    if (i < a.size() || j < b.size()) return i == a.size();
     return a < b;
 }
 

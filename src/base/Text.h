@@ -29,8 +29,9 @@ bool equalIgnoringCase(std::string_view a, std::string_view b);
 std::uint32_t hashIgnoringCase(std::string_view text);
 
 /// True when `a` comes before `b` in an alphabetical list: letters of either case and with or
-/// without accents stand together ("ä" with "a"); texts that differ in nothing else are ordered
-/// by their bytes, so that the order is the same on every machine.
+/// without accents stand together ("ä" with "a"), and digits that follow each other are a number
+/// ("Light2" before "Light10"). Texts that differ in nothing else are ordered by their bytes, so
+/// that the order is the same on every machine.
 bool alphabeticallyBefore(std::string_view a, std::string_view b);
 
 /// The text without leading and trailing blanks.

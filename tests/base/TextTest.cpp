@@ -71,7 +71,8 @@ TEST(Letters, AreToldApartAndOrderedAsPeopleDo) {
         });
     EXPECT_EQ(upperCase("àþœšžßÿµ1a"), "ÀÞŒŠŽßÿµ1A");
     const auto sorted = split(
-        "1|10|2|Apfel|apfel|Äpfel|äpfel|Apfelbaum|Birne|Çb|Ce|Ðb|Èb|Etage|étage 2|"
+        "0|00|1|1a|01b|2|4/0/1|4/10/1|10|10/1/1|9007199254740993|18446744073709551616|A1B2|A1B10|"
+        "A01B11|A2|Apfel|apfel|Äpfel|äpfel|Apfelbaum|Birne|Çb|Ce|Ðb|Èb|Etage|étage 2|"
         "Etui|Ìb|Ñb|Øb|Œc|Šb|ßb2|Þa|Úb|Ýb|Ÿc|ÿd|Z|Žena|zz|×|б",
         "|");
     for (std::size_t i = 0; i < sorted.size(); ++i)

@@ -209,7 +209,7 @@ class MainWindowTest : public QObject {
         };
         QCOMPARE(clicksTitle(2), 20);  // ascending
         QCOMPARE(clicksTitle(2), 20);
-        QCOMPARE(user.shownRows(), "*Text2_of_a_long_name Text3 Text1");
+        QCOMPARE(user.shownRows(), "Text1 *Text2_of_a_long_name Text3");
         user.clicks("config");
         user.entry("mnuSmallIcon").trigger();
         user.clicks("Plant.FLOOR1");
