@@ -28,6 +28,7 @@ class SilentDesktop : public Desktop {
     }
     std::string defaultFolder() override { return "/"; }
     std::string clipboardText() override { return clipboard; }
+    void setClipboardText(const std::string& text) override { clipboard = text; }
     void clearClipboard() override { clipboard.clear(); }
     void setPointer(Pointer /*pointer*/) override {}
     void processPendingEvents() override {}

@@ -45,6 +45,7 @@ class Desktop {
 
     /// The text on the system clipboard; empty when it holds none.
     virtual std::string clipboardText() = 0;
+    virtual void setClipboardText(const std::string& text) = 0;
     virtual void clearClipboard() = 0;
 
     virtual void setPointer(Pointer pointer) = 0;

@@ -58,6 +58,7 @@ class WatchedDesktop : public Desktop {
     }
     std::string defaultFolder() override { return desktop_.defaultFolder(); }
     std::string clipboardText() override { return desktop_.clipboardText(); }
+    void setClipboardText(const std::string& text) override { desktop_.setClipboardText(text); }
     void clearClipboard() override { desktop_.clearClipboard(); }
     void setPointer(Pointer pointer) override { desktop_.setPointer(pointer); }
     void processPendingEvents() override { desktop_.processPendingEvents(); }

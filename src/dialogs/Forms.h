@@ -1,6 +1,7 @@
 // How commands show dialogs.
 #pragma once
 
+class CommonProperties;
 class frmBranch;
 class frmFind;
 class frmItems;
@@ -15,6 +16,7 @@ class Forms {
     virtual ~Forms() = default;
 
     virtual void showModal(frmItems& form) = 0;
+    virtual void showModal(CommonProperties& form) = 0;
     virtual void showModal(frmPLC& form) = 0;
     virtual void showModal(frmBranch& form) = 0;
     virtual void showModal(frmSetts& form) = 0;

@@ -10,6 +10,7 @@ class WatchedForms : public Forms {
     WatchedForms(Forms& forms, OpenBoxes& boxes) : forms_(forms), boxes_(boxes) {}
 
     void showModal(frmItems& form) override { show(form); }
+    void showModal(CommonProperties& form) override { show(form); }
     void showModal(frmPLC& form) override { show(form); }
     void showModal(frmBranch& form) override { show(form); }
     void showModal(frmSetts& form) override { show(form); }

@@ -6,7 +6,6 @@
 #include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
-#include "editor/frmEditing.h"
 
 namespace {
 
@@ -27,19 +26,19 @@ void CopyPaste::reset() {
 void CopyPaste::mnuCopy_Click() {
     reportErrors(desktop_, "mnuCopy_Click", [&] {
         pasteCounter_ = 0;
-        switch (form_.activeControl) {
-            case frmEditing::ActiveControl::list: return copyRows();
-            case frmEditing::ActiveControl::tree: return copyNode();
-            case frmEditing::ActiveControl::none: return;
+        switch (active_) {
+            case ActiveControl::list: return copyRows();
+            case ActiveControl::tree: return copyNode();
+            case ActiveControl::none: return;
         }
     });
 }
 
 void CopyPaste::copyRows() {
     bool first = true;
-    for (const auto& row : form_.ListView1.rows()) {
+    for (const auto& row : list_.rows()) {
         if (!row.selected) continue;
-        const std::string_view text = row.text;
+        const std::string_view text = row.text();
         if (text.starts_with(newItem) || text.starts_with(copiedItem)) {
             return refuseDefaultName(desktop_);
         }
@@ -91,7 +90,7 @@ void CopyPaste::pasteInto(Node& target) {
     const Document::Step step(document_, "Paste");
     bool anyPasted = false;
     const auto showPasted = [&] {  // once, however many there are
-        if (anyPasted) form_.TreeView1_NodeClick(target);
+        if (anyPasted) click_(target);
     };
     try {
         const ConfigTree::BulkChange bulk(document_.tree());

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "desktop/Desktop.h"
+#include "editor/ActiveControl.h"
 #include "model/Document.h"
-
-class frmEditing;
+#include "model/ListView.h"
 
 /// The editor's own clipboard of items, and the commands that fill it and paste from it. It lives
 /// as long as the editor; the system clipboard is not involved. It refers to the very records of
@@ -18,8 +18,13 @@ class frmEditing;
 /// is deleted is pasted all the same.
 class CopyPaste {
  public:
-    CopyPaste(Document& document, Desktop& desktop, frmEditing& form)
-        : document_(document), desktop_(desktop), form_(form) {}
+    CopyPaste(Document& document, Desktop& desktop, const ListView& list,
+              const ActiveControl& active, ClickNode click)
+        : document_(document),
+          desktop_(desktop),
+          list_(list),
+          active_(active),
+          click_(std::move(click)) {}
 
     /// Empties the clipboard, for another configuration.
     void reset();
@@ -51,7 +56,9 @@ class CopyPaste {
 
     Document& document_;
     Desktop& desktop_;
-    frmEditing& form_;
+    const ListView& list_;
+    const ActiveControl& active_;
+    ClickNode click_;
     std::optional<Items> clipboard_;  // none before the first configuration
     std::int16_t pasteCounter_ = 1;
 };

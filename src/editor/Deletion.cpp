@@ -6,14 +6,13 @@
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "base/Text.h"
-#include "editor/frmEditing.h"
 
 void Deletion::mnuDelete_Click() {
     reportErrors(desktop_, "mnuDelete_Click", [&] {
-        switch (form_.activeControl) {
-            case frmEditing::ActiveControl::list: return deleteRows();
-            case frmEditing::ActiveControl::tree: return deleteNode();
-            case frmEditing::ActiveControl::none: return;
+        switch (active_) {
+            case ActiveControl::list: return deleteRows();
+            case ActiveControl::tree: return deleteNode();
+            case ActiveControl::none: return;
         }
     });
 }
@@ -37,7 +36,7 @@ void Deletion::deleteRows() {
     Node& selected = document_.selectedNode();
     Node& toShow = selected.parent() == nullptr ? selected : *selected.parent();
     removeSelectedRows();
-    form_.TreeView1_NodeClick(toShow);
+    click_(toShow);
 }
 
 /// A row that is no item ends it: those before it are gone then, the others stay.
@@ -46,7 +45,7 @@ void Deletion::removeSelectedRows() {
     std::vector<Node*> gone;
     const auto remove = [&] { document_.remove(gone); };
     try {
-        for (const auto& row : form_.ListView1.rows()) {
+        for (const auto& row : list_.rows()) {
             if (!row.selected) continue;
             // The list may be out of date, and another node have the key now.
             Node& node = document_.tree().nodeAt(row.key);
@@ -79,7 +78,7 @@ void Deletion::deleteItem(const ConfigTree::Reference& item, const std::string& 
     const Document::Step step(document_, "Delete");
     if (desktop_.askYesNo(question, Answer::no)) remove(item.node());
     // On No as well; that is meant.
-    form_.TreeView1_NodeClick(parentOf(document_.selectedNode()));
+    click_(parentOf(document_.selectedNode()));
 }
 
 void Deletion::remove(Node& node) {

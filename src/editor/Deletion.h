@@ -2,18 +2,24 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "desktop/Desktop.h"
+#include "editor/ActiveControl.h"
 #include "model/Document.h"
-
-class frmEditing;
+#include "model/ListView.h"
 
 /// The command that deletes the selected rows when the list has the focus, the selected node with
 /// all that is below it when the tree has; both after a question.
 class Deletion {
  public:
-    Deletion(Document& document, Desktop& desktop, frmEditing& form)
-        : document_(document), desktop_(desktop), form_(form) {}
+    Deletion(Document& document, Desktop& desktop, const ListView& list,
+             const ActiveControl& active, ClickNode click)
+        : document_(document),
+          desktop_(desktop),
+          list_(list),
+          active_(active),
+          click_(std::move(click)) {}
 
     void mnuDelete_Click();
 
@@ -26,5 +32,7 @@ class Deletion {
 
     Document& document_;
     Desktop& desktop_;
-    frmEditing& form_;
+    const ListView& list_;
+    const ActiveControl& active_;
+    ClickNode click_;
 };

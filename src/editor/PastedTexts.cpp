@@ -1,9 +1,13 @@
 #include "editor/PastedTexts.h"
 
+#include <algorithm>
+#include <unordered_set>
+
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "base/Text.h"
 #include "dialogs/frmReplace.h"
+#include "file/FileRules.h"
 #include "model/Checks.h"
 #include "model/Keys.h"
 
@@ -28,17 +32,55 @@ void forEachPastedLine(std::string_view text,
     }
 }
 
+/// Follows the renaming of many items, one after the other, without doing it.
+class RenamingAhead {
+ public:
+    explicit RenamingAhead(const Document& document) : document_(document) {}
+
+    /// False when the item cannot have the key, as its turn comes.
+    bool rename(const Node& item, const SharedText& key) {
+        const std::string name = upperCase(key);
+        const std::string before = upperCase(item.key());
+        if (key != item.key() && isInUse(key, name, name == before)) return false;
+        left_.insert(before);
+        taken_.insert(name);
+        return true;
+    }
+
+ private:
+    bool isInUse(const SharedText& key, const std::string& name, bool isOwn) const {
+        const auto isOther = [](const Node* node) {
+            return node != nullptr && node->kind() != NodeKind::item;
+        };
+        if (isOther(document_.tree().FindNode(key)) || document_.detached().FindNode(key)) {
+            return true;
+        }
+        if (isOwn) return false;
+        const bool isItems = document_.items().find(key) != nullptr;
+        return taken_.contains(name) || (isItems && !left_.contains(name));
+    }
+
+    const Document& document_;
+    std::unordered_set<std::string> left_, taken_;  // keys of items, in capitals
+};
+
 }  // namespace
 
 void PastedTexts::Paste_Name_Click() {
     reportErrors(desktop_, "Paste_Name_Click", [&] {
-        paste([&](std::string_view line) { return isNameFree(line); }, "name",
-              [&](std::size_t row) -> const SharedText& { return list_.rows()[row].text; },
-              [&](const Rows& rows, const Lines& lines, const Tell& tell) {
-                  const ConfigTree::BulkChange bulk(document_.tree());
-                  for (std::size_t i = 0; i < rows.size(); ++i)
-                      if (CheckChars(lines[i], tell)) rename(rows[i], lines[i]);
-              });
+        paste({.what = "name",
+               .check = [&](std::string_view line) { return isNameFree(line); },
+               .present = [&](std::size_t row) -> const SharedText& {
+                   return list_.rows()[row].text();
+               },
+               .refusals = [&](const Rows& rows,
+                               const Lines& lines) { return refusedNames(rows, lines); },
+               .apply =
+                   [&](const Rows& rows, const Lines& lines, const Tell& tell) {
+                       const ConfigTree::BulkChange bulk(document_.tree());
+                       for (std::size_t i = 0; i < rows.size(); ++i)
+                           if (CheckChars(lines[i], tell)) rename(rows[i], lines[i]);
+                   }});
     });
 }
 
@@ -47,24 +89,26 @@ void PastedTexts::Paste_Comment_Click() {
         const auto nodeOf = [&](std::size_t row) -> Node& {
             return document_.itemNodeAt(list_.rows()[row].key);
         };
-        paste([](std::string_view /*line*/) { return true; }, "comment",
-              [&](std::size_t row) -> const SharedText& {
-                  return document_.items().at(nodeOf(row).key()).sComment;
-              },
-              [&](const Rows& rows, const Lines& lines, const Tell& /*tell*/) {
-                  for (std::size_t i = 0; i < rows.size(); ++i) {
-                      document_.setComment(nodeOf(rows[i]), lines[i]);
-                      list_.setSubItem(rows[i], 0, lines[i]);
-                  }
-              });
+        paste({.what = "comment",
+               .check = [](std::string_view /*line*/) { return true; },
+               .present = [&](std::size_t row) -> const SharedText& {
+                   return document_.items().at(nodeOf(row).key()).sComment;
+               },
+               .refusals = [](const Rows& rows,
+                              const Lines& /*lines*/) { return Lines(rows.size()); },
+               .apply =
+                   [&](const Rows& rows, const Lines& lines, const Tell& /*tell*/) {
+                       for (std::size_t i = 0; i < rows.size(); ++i) {
+                           Node& item = nodeOf(rows[i]);
+                           document_.setComment(item, lines[i]);
+                           contents_.refreshRow(rows[i], item);
+                       }
+                   }});
     });
 }
 
-/// The steps that both commands have in common. `present` gives what a row has now.
-void PastedTexts::paste(const std::function<bool(std::string_view line)>& check,
-                        std::string_view what,
-                        const std::function<const SharedText&(std::size_t row)>& present,
-                        const Apply& apply) {
+/// The steps that both commands have in common.
+void PastedTexts::paste(const Kind& kind) {
     const std::string text = desktop_.clipboardText();
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
     // Counted before they are kept: a clipboard may hold millions.
@@ -72,7 +116,7 @@ void PastedTexts::paste(const std::function<bool(std::string_view line)>& check,
     bool passed = true;
     forEachPastedLine(text, [&](std::string_view line) {
         ++count;
-        return passed = check(line);
+        return passed = kind.check(line);
     });
     if (!passed) return;
     Rows rows;
@@ -84,14 +128,14 @@ void PastedTexts::paste(const std::function<bool(std::string_view line)>& check,
         lines.emplace_back(line);
         return true;
     });
-    if (!isAccepted(rows, lines, what, present)) return;
+    if (!isAccepted(rows, lines, kind)) return;
 
-    const Document::Step step(document_, "Paste", what);
+    const Document::Step step(document_, "Paste", kind.what);
     document_.saved = false;  // now, as an error keeps what was changed before it
     const BusyPointer busy(desktop_);
     withFirstMessages(desktop_, [&](FirstMessages& messages) {
         const ListView::Update update(list_);
-        apply(rows, lines, messages);
+        kind.apply(rows, lines, messages);
         desktop_.clearClipboard();
     });
 }
@@ -111,14 +155,43 @@ bool PastedTexts::isNameFree(std::string_view name) {
     return false;
 }
 
-bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, std::string_view what,
-                             const std::function<const SharedText&(std::size_t row)>& present) {
+/// The first row that raises an error ends the renaming.
+PastedTexts::Lines PastedTexts::refusedNames(const Rows& rows, const Lines& names) const {
+    struct {
+        void showMessage(const std::string& text) { last = text; }
+        std::string last;
+    } told;
+    Lines refusals(rows.size());
+    RenamingAhead ahead(document_);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (!CheckChars(names[i], told)) {
+            refusals[i] = told.last;
+            continue;
+        }
+        const Node* node = document_.tree().FindNode(list_.rows()[rows[i]].key);
+        if (node != nullptr && node->kind() == NodeKind::item &&
+            ahead.rename(*node, BuildNodeKey(names[i], node, true))) {
+            continue;
+        }
+        refusals[i] = "The name is in use. Nothing from this row on will be replaced.";
+        std::fill(refusals.begin() + static_cast<std::ptrdiff_t>(i) + 1, refusals.end(),
+                  "Will not be replaced: a name above is in use.");
+        break;
+    }
+    return refusals;
+}
+
+bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, const Kind& kind) {
     frmReplace form;
     auto& grid = form.Grid1.rows;
     grid.reserve(rows.size() + 1);
-    grid.push_back({"Item " + std::string(what), "", "New Item " + std::string(what)});
-    for (std::size_t i = 0; i < rows.size(); ++i)
-        grid.push_back({present(rows[i]).string(), "<---", lines[i]});
+    grid.push_back({"Item " + std::string(kind.what), "", "New Item " + std::string(kind.what)});
+    form.faults = kind.refusals(rows, lines);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        grid.push_back({kind.present(rows[i]).string(), "<---", lines[i]});
+        if (form.faults[i].empty()) form.faults[i] = faultOf(lines[i], FilePlace::content).text;
+    }
+    form.faults.emplace(form.faults.begin());  // of the headings
     forms_.showModal(form);
     return form.accepted();
 }
@@ -137,5 +210,5 @@ void PastedTexts::rename(std::size_t row, const std::string& name) {
         throw RunTimeError(ErrorNumber::keyNotUnique);
     }
     document_.renameItem(node, name);
-    list_.renameRow(row, newKey, name);
+    contents_.refreshRow(row, node);
 }

@@ -5,31 +5,14 @@
 #include <cstdlib>
 #include <utility>
 
+#include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
 #include "base/Text.h"
-#include "dialogs/frmBranch.h"
-#include "dialogs/frmItems.h"
-#include "dialogs/frmPLC.h"
 #include "dialogs/frmSetts.h"
 #include "model/Product.h"
 
 namespace {
-
-// Column sets; widths are fractions of the list's own. That the item lists' add up to more than
-// 1 is meant: they scroll sideways.
-const std::vector<ListView::Column> deviceColumns{
-    {"Plc Name", 0.5}, {"Port", 0.2}, {"EDI Type", 0.3}};
-const std::vector<ListView::Column> singleItemColumns{{"Item Name", 0.2},
-                                                      {"Comment", 0.3},
-                                                      {"Datatype", 0.2},
-                                                      {"Address (Hex)", 0.3},
-                                                      {"Access Rights", 0.2}};
-const std::vector<ListView::Column> itemColumns = [] {
-    auto columns = singleItemColumns;
-    columns.push_back({"Index", 0.3});
-    return columns;
-}();
 
 bool endsWith(std::string_view path, std::string_view ending) {
     return path.size() >= ending.size() &&
@@ -39,6 +22,15 @@ bool endsWith(std::string_view path, std::string_view ending) {
 bool isConfiguration(std::string_view path) { return endsWith(path, ".xml"); }
 
 bool isExport(std::string_view path) { return endsWith(path, ".esf"); }
+
+/// A caption with the name of a step, in which "&" marks no letter.
+std::optional<std::string> withStep(std::string caption, const std::string& step) {
+    if (step.empty()) return std::nullopt;
+    caption += ' ';
+    for (const char c : step)
+        caption.append(c == '&' ? 2 : 1, c);
+    return caption;
+}
 
 int fractionOf(double fraction, int whole) {
     return static_cast<int>(std::lround(fraction * whole));
@@ -100,71 +92,30 @@ void frmEditing::TreeView1_NodeClick(Node& node) {
     });
 }
 
+CommandState frmEditing::stateFor(const Node& node) const {
+    using namespace commandStates;
+    if (node.kind() == NodeKind::config) return rootSelected;
+    if (node.kind() == NodeKind::item) return itemSelected;
+    // Only a first child counts: items after a branch do not enable pasting names. Meant.
+    const auto& children = node.GetChildren();
+    const bool itemsListed = !children.empty() && children.front()->kind() == NodeKind::item;
+    return itemsListed ? containerSelectedItemsListed : containerSelected;
+}
+
 /// The messages are shown once the list is whole again.
 void frmEditing::showNode(const Node& node) {
-    withFirstMessages(desktop_, [&](FirstMessages& messages) {
-        const ListView::Update update(ListView1);
-        switch (node.kind()) {
-            case NodeKind::config:
-                EnMenuButt(commandStates::rootSelected);
-                listDevices();
-                break;
-            case NodeKind::plc:
-            case NodeKind::branch: listContents(node, messages); break;
-            case NodeKind::item: listItem(node); break;
-        }
-    });
+    EnMenuButt(stateFor(node));
+    withFirstMessages(desktop_, [&](FirstMessages& messages) { contents_.show(node, messages); });
 }
 
-void frmEditing::listContents(const Node& container, FirstMessages& messages) {
-    EnMenuButt(commandStates::containerSelected);
-    ListView1.clearRows();
-    ListView1.setColumns(itemColumns);
-    ListView1.setView(ListView::View::report);
-    for (const Node* child : container.GetChildren()) {
-        if (child->kind() != NodeKind::item) continue;
-        document_.itemAt(*child)->AddToListView(ListView1, true, messages);
-        // Only a first child counts: items after a branch do not enable pasting names. Meant.
-        if (child == container.GetChildren().front()) {
-            EnMenuButt(commandStates::containerSelectedItemsListed);
-        }
-    }
-}
+void frmEditing::clearList() { contents_.clear(); }
 
-void frmEditing::listItem(const Node& node) {
-    EnMenuButt(commandStates::itemSelected);
-    ListView1.clearRows();
-    ListView1.setColumns(singleItemColumns);
-    ListView1.setView(ListView::View::report);
-    document_.itemAt(node)->AddToListView(ListView1, false, desktop_);
-}
-
-/// What comes is another configuration, whose lists nobody has sorted yet.
-void frmEditing::clearList() {
-    ListView1.clearRows();
-    ListView1.stopSorting();
-}
-
-void frmEditing::listDevices() {
-    const ListView::Update update(ListView1);
-    ListView1.clearRows();
-    ListView1.setColumns(deviceColumns);
-    ListView1.setView(ListView::View::report);
-    for (const auto& [key, device] : document_.devices())
-        device->AddToListView(ListView1);
-}
+void frmEditing::listDevices() { contents_.showDevices(); }
 
 void frmEditing::TreeView1_DblClick() {
     if (!isFree()) return;
-    reportErrors(desktop_, "TreeView1_DblClick", [&] {
-        Node& node = document_.selectedNode();
-        switch (node.kind()) {
-            case NodeKind::branch: return changeBranch(node);
-            case NodeKind::plc: return changeDevice(node);
-            case NodeKind::item: return changeItem(node);
-            case NodeKind::config: return;
-        }
-    });
+    reportErrors(desktop_, "TreeView1_DblClick",
+                 [&] { properties_.open(document_.selectedNode()); });
 }
 
 bool frmEditing::hasProperties(ActiveControl view) const {
@@ -184,55 +135,6 @@ void frmEditing::dropFile(const std::string& path) {
     } else {
         lifecycle_.mnuOpenCfg_Click(path);
     }
-}
-
-/// Shows in the list, in place, what a dialog has made of the node, which had that key.
-void frmEditing::showChange(const Node& node, const SharedText& oldKey) {
-    const auto ownRow = ListView1.findRow(oldKey);
-    // A row that is out of date may have the new key already; it is the node's now too.
-    const bool isListed = ownRow || ListView1.findRow(node.key());
-    ListView shown;  // made before the list changes, as its errors are told in boxes
-    if (isListed && node.kind() == NodeKind::item) {
-        const bool withIndex = ListView1.columns().size() == itemColumns.size();
-        document_.itemAt(node)->AddToListView(shown, withIndex, desktop_);
-    }
-    const ListView::Update update(ListView1);
-    ListView1.rekeyRows(oldKey, node.key(), [&](const SharedText& newKey) {
-        const Node* below = document_.tree().FindNode(newKey);
-        while (below != nullptr && below != &node)
-            below = below->parent();
-        return below != nullptr;
-    });
-    if (shown.rows().empty()) return;
-    ListView1.replaceRow(shown.rows().front());
-    if (ownRow) ListView1.replaceRow(*ownRow, shown.rows().front());
-}
-
-void frmEditing::changeBranch(Node& node) {
-    const SharedText oldKey = node.key();
-    const ConfigTree::Reference branch(document_.tree(), &node);
-    frmBranch form(document_, desktop_, node, true);
-    form.Form_Load();
-    forms_.showModal(form);
-    showChange(branch.node(), oldKey);
-}
-
-void frmEditing::changeDevice(Node& node) {
-    document_.deviceAt(node);
-    const ConfigTree::Reference device(document_.tree(), &node);
-    frmPLC form(document_, desktop_, node, true);
-    form.Form_Load();
-    forms_.showModal(form);
-    TreeView1_NodeClick(device.node());
-}
-
-void frmEditing::changeItem(Node& node) {
-    const SharedText oldKey = node.key();
-    const ConfigTree::Reference item(document_.tree(), &node);
-    frmItems form(document_, desktop_, node, true);
-    form.Form_Load();
-    forms_.showModal(form);
-    showChange(item.node(), oldKey);
 }
 
 void frmEditing::ListView1_Click() {
@@ -277,68 +179,6 @@ void frmEditing::mnuSetts_Click() {
     });
 }
 
-void frmEditing::mnuAddPlc_Click() {
-    reportErrors(desktop_, "EH_mnuAddplc_Click", [&] {
-        frmPLC form(document_, desktop_, document_.selectedNode(), false);
-        form.Form_Load();
-        forms_.showModal(form);
-        if (!form.confirmed()) return;
-        show(*form.added());
-        TreeView1_NodeClick(*form.added());
-    });
-}
-
-void frmEditing::mnuAddBranch_Click() {
-    reportErrors(desktop_, "EH_mnuAddbranch_Click", [&] {
-        frmBranch form(document_, desktop_, selectContainer(), false);
-        form.Form_Load();
-        forms_.showModal(form);
-        if (form.confirmed()) show(*form.added());
-    });
-}
-
-/// Selects the node and brings it into sight.
-void frmEditing::show(Node& node) {
-    document_.tree().ensureVisible(node);
-    document_.tree().select(&node);
-}
-
-void frmEditing::mnuAddItem_Click() {
-    reportErrors(desktop_, "mnuAddItem_Click", [&] {
-        const ConfigTree::Reference container(document_.tree(), &selectContainer());
-        frmItems form(document_, desktop_, container.node(), false);
-        form.Form_Load();
-        const bool wasEmpty = container.node().GetChildren().empty();
-        forms_.showModal(form);
-        Node& node = container.node();
-        // A node opens for the first that it holds.
-        if (wasEmpty && !node.GetChildren().empty()) {
-            document_.tree().ensureVisible(*node.GetChildren().front());
-        }
-        TreeView1_NodeClick(node);
-    });
-}
-
-/// Selects the node below which something is to be added. What stands directly below the root has
-/// no place in the file: there the device whose row the user chose is meant, as its row is what
-/// enabled the command. Below an item nothing can stand: after a deletion or a search has selected
-/// one, the node that holds it is meant. Raises ErrorNumber::objectNotSet when there is none.
-Node& frmEditing::selectContainer() {
-    const ConfigTree& tree = document_.tree();
-    Node* container = &document_.selectedNode();
-    if (container->kind() == NodeKind::item) container = container->parent();
-    if (container->kind() == NodeKind::config) {
-        const auto* row = ListView1.selectedRow();
-        container = row == nullptr ? nullptr : tree.FindNode(row->key);
-    }
-    if (container == nullptr ||
-        (container->kind() != NodeKind::plc && container->kind() != NodeKind::branch)) {
-        throw RunTimeError(ErrorNumber::objectNotSet);
-    }
-    tree.select(container);
-    return *container;
-}
-
 /// Whatever Copy says: what could not be copied may still be deleted. Meant.
 void frmEditing::mnuCut_Click() {
     reportErrors(desktop_, "mnuCut_Click", [&] {
@@ -356,15 +196,48 @@ void frmEditing::mnuRedo_Click() {
     reportErrors(desktop_, "mnuRedo_Click", [&] { showAfter(document_.redo()); });
 }
 
-std::string frmEditing::nameOfStep(const Command& command) const {
-    return command.name == "mnuUndo" ? document_.undoName() : document_.redoName();
+std::optional<std::string> frmEditing::undoCaption() const {
+    return withStep("&Undo", document_.undoName());
+}
+
+std::optional<std::string> frmEditing::redoCaption() const {
+    return withStep("R&edo", document_.redoName());
+}
+
+void frmEditing::mnuProperties_Click() {
+    activeControl == ActiveControl::list ? ListView1_DblClick() : TreeView1_DblClick();
+}
+
+std::optional<std::string> frmEditing::propertiesCaption() const {
+    if (!hasProperties(activeControl)) return std::nullopt;
+    return "P&roperties";
+}
+
+void frmEditing::mnuItemProperties_Click() {
+    reportErrors(desktop_, "mnuItemProperties_Click", [&] { properties_.openForItems(); });
+}
+
+std::optional<std::string> frmEditing::itemPropertiesCaption() const {
+    const std::size_t count = contents_.selectedItemCount();
+    if (count < 2) return std::nullopt;
+    return "Properties o&f " + grouped(count) + " Items...";
+}
+
+void frmEditing::mnuCopyTable_Click() {
+    reportErrors(desktop_, "mnuCopyTable_Click",
+                 [&] { desktop_.setClipboardText(contents_.selectedAsTable()); });
+}
+
+std::optional<std::string> frmEditing::copyTableCaption() const {
+    if (ListView1.selectedRow() == nullptr) return std::nullopt;
+    return "Copy &as Table";
 }
 
 /// As a click on the node would, but the order of its children is what was restored.
 void frmEditing::showAfter(Node* node) {
     if (node == nullptr) return;
     const BusyPointer busy(desktop_);
-    show(*node);
+    document_.tree().show(*node);
     showNode(*node);
 }
 
@@ -376,13 +249,16 @@ void frmEditing::mnuFind_Click() {
 }
 
 void frmEditing::run(const Command& command) {
-    if (isFree() && command.handler != nullptr) (this->*command.handler)();
+    if (!isFree() || command.handler == nullptr) return;
+    if (command.captionNow != nullptr && !(this->*command.captionNow)()) return;
+    (this->*command.handler)();
 }
 
 void frmEditing::Toolbar1_ButtonClick(std::string_view key) {
     reportErrors(desktop_, "Toolbar1_ButtonClick", [&] {
         const auto buttons = toolbarCommands();
-        const auto pressed = std::ranges::find(buttons, key, &Command::toolbarKey);
+        const auto pressed = std::ranges::find(
+            buttons, key, [](const Command* command) { return command->button.key; });
         if (pressed != buttons.end()) run(**pressed);
     });
 }
@@ -451,7 +327,7 @@ void frmEditing::showFault(const Node& node) {
     if (window_ != nullptr && window_->isBehindDialog()) return;
     Node& shown = document_.tree().nodeAt(node.key());
     focusTree();
-    show(shown);
+    document_.tree().show(shown);
     TreeView1_NodeClick(shown);
 }
 

@@ -2,19 +2,22 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "desktop/Desktop.h"
-#include "desktop/FirstMessages.h"
 #include "dialogs/Forms.h"
 #include "dialogs/WatchedForms.h"
 #include "dialogs/frmFind.h"
+#include "editor/ActiveControl.h"
 #include "editor/Commands.h"
+#include "editor/ContentsList.h"
 #include "editor/CopyPaste.h"
 #include "editor/Deletion.h"
 #include "editor/PastedTexts.h"
+#include "editor/Properties.h"
 #include "editor/TreeDrag.h"
 #include "file/FileRules.h"
 #include "file/Lifecycle.h"
@@ -58,9 +61,7 @@ class frmEditing final : public LifecycleWindow {
         virtual void endApplication(int exitStatus) = 0;
     };
 
-    /// The view that commands on a selection act on: the one that has the focus, also while a menu
-    /// or another window of the editor is in use.
-    enum class ActiveControl { none, tree, list };
+    using ActiveControl = ::ActiveControl;
 
     struct ViewState {
         bool visible = false;
@@ -140,17 +141,27 @@ class frmEditing final : public LifecycleWindow {
     void mnuExit_Click() { lifecycle_.mnuExit_Click(); }
     void mnuImpCfg_Click() { import_.mnuImpCfg_Click(); }
     void mnuSetts_Click();
-    void mnuAddPlc_Click();
-    void mnuAddBranch_Click();
-    void mnuAddItem_Click();
+    void mnuAddPlc_Click() { properties_.mnuAddPlc_Click(); }
+    void mnuAddBranch_Click() { properties_.mnuAddBranch_Click(); }
+    void mnuAddItem_Click() { properties_.mnuAddItem_Click(); }
     void mnuCopy_Click() { copyPaste_.mnuCopy_Click(); }
     void mnuCut_Click();
     void mnuPaste_Click() { copyPaste_.mnuPaste_Click(); }
     void mnuUndo_Click();
     void mnuRedo_Click();
-    /// What one of these two commands would take back or make again, e.g. "Delete of 12 items";
-    /// empty when there is nothing.
-    std::string nameOfStep(const Command& command) const;
+    /// Their captions, e.g. "&Undo Delete of 12 items"; none when there is nothing to take back or
+    /// to make again.
+    std::optional<std::string> undoCaption() const;
+    std::optional<std::string> redoCaption() const;
+    /// The dialog of what is selected in the active view, as its double click.
+    void mnuProperties_Click();
+    std::optional<std::string> propertiesCaption() const;
+    /// One dialog for all selected items; from two on.
+    void mnuItemProperties_Click();
+    std::optional<std::string> itemPropertiesCaption() const;
+    /// The selected rows as a table, to the system's clipboard.
+    void mnuCopyTable_Click();
+    std::optional<std::string> copyTableCaption() const;
     void mnuDelete_Click() { deletion_.mnuDelete_Click(); }
     void mnuPasteName_Click() { pastedTexts_.Paste_Name_Click(); }
     void mnuPasteComment_Click() { pastedTexts_.Paste_Comment_Click(); }
@@ -161,7 +172,7 @@ class frmEditing final : public LifecycleWindow {
     void mnuList_Click() { ListView1.setView(ListView::View::list); }
     void mnuReport_Click() { ListView1.setView(ListView::View::report); }
 
-    /// Runs a command of the table.
+    /// Runs a command of the table, unless it is one that cannot be chosen now.
     void run(const Command& command);
     /// Runs the command of the toolbar button with that key; an unknown key does nothing.
     void Toolbar1_ButtonClick(std::string_view key);
@@ -184,17 +195,10 @@ class frmEditing final : public LifecycleWindow {
     void endApplication() override;
 
  private:
-    Node& selectContainer();
-    void show(Node& node);
+    CommandState stateFor(const Node& node) const;
     void showNode(const Node& node);
     void showAfter(Node* node);
-    void showChange(const Node& node, const SharedText& oldKey);
-    void changeDevice(Node& node);
-    void changeBranch(Node& node);
-    void changeItem(Node& node);
     void showViews(ViewState state);
-    void listContents(const Node& container, FirstMessages& messages);
-    void listItem(const Node& node);
     bool focusTree();
     void unloadFind();
     void end(int exitStatus);
@@ -207,10 +211,13 @@ class frmEditing final : public LifecycleWindow {
     FileRules fileRules_;
     Lifecycle lifecycle_;
     EtsImport import_;
-    CopyPaste copyPaste_{document_, desktop_, *this};
-    Deletion deletion_{document_, desktop_, *this};
+    ClickNode click_ = [this](Node& node) { TreeView1_NodeClick(node); };
+    ContentsList contents_{document_, ListView1};
+    Properties properties_{document_, desktop_, forms_, contents_, click_};
+    CopyPaste copyPaste_{document_, desktop_, ListView1, activeControl, click_};
+    Deletion deletion_{document_, desktop_, ListView1, activeControl, click_};
     TreeDrag drag_{document_, desktop_};
-    PastedTexts pastedTexts_{document_, desktop_, forms_, ListView1};
+    PastedTexts pastedTexts_{document_, desktop_, forms_, contents_, ListView1};
     frmFind find_{document_, desktop_, [this] { return focusTree(); }};
     mResize resizing_;
     Window* window_ = nullptr;

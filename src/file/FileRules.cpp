@@ -202,9 +202,20 @@ void forEachText(const Document& document, const Node& node, const Use& use) {
     }
 }
 
+/// Where the file holds what is shown of a node of that kind.
+FilePlace filePlaceOf(NodeKind kind) {
+    switch (kind) {
+        case NodeKind::config: return FilePlace::nowhere;
+        case NodeKind::plc: return FilePlace::attribute;
+        case NodeKind::branch: return FilePlace::elementName;
+        case NodeKind::item: return FilePlace::content;
+    }
+    return FilePlace::nowhere;
+}
+
 FilePlace placeOfName(const Node& node) {
     if (node.isDroppedDevice()) return FilePlace::elementName;
-    return filePlaceOf(tagOf(node.kind()));
+    return filePlaceOf(node.kind());
 }
 
 /// Where a node is, for a person to read.
@@ -274,12 +285,6 @@ std::string asRead(std::string_view text, FilePlace place) {
         }
     }
     return place == FilePlace::elementName ? upperCase(read) : read;
-}
-
-FilePlace filePlaceOf(std::string_view tag) {
-    if (tag == "config") return FilePlace::nowhere;
-    if (tag == "branch") return FilePlace::elementName;
-    return tag == "plc" ? FilePlace::attribute : FilePlace::content;
 }
 
 bool isSaved(const Node& node) {
@@ -524,12 +529,12 @@ Fault FileRules::faultOfName(const Node& node, const Survey& survey) {
 Fault FileRules::faultOf(const Node& node) const { return faultOf(node, survey()); }
 
 Fault FileRules::faultOf(const ListView::Row& row, std::size_t column) const {
-    const Node* node = column == 0 ? document_.tree().FindNode(row.key) : nullptr;
+    const bool isName = column == ListView::nameColumn;
+    const Node* node = isName ? document_.tree().FindNode(row.key) : nullptr;
     // The list may be out of date.
-    const bool isOfRow =
-        node != nullptr && tagOf(node->kind()) == row.smallIcon && node->text() == row.text;
+    const bool isOfRow = node != nullptr && node->kind() == row.kind && node->text() == row.text();
     if (isOfRow) return faultOfName(*node, survey());
-    return ::faultOf(row.cell(column), filePlaceOf(row.smallIcon));
+    return ::faultOf(row.cell(column), filePlaceOf(row.kind));
 }
 
 /// Of what is out of sight, the bare node that stands for it, else the root.

@@ -29,9 +29,6 @@ enum class FilePlace {
     attribute     ///< what a device or the settings hold, in quotation marks: name, port, EDI type
 };
 
-/// Where the file holds what a row of the list shows of a node with that tag (see tagOf).
-FilePlace filePlaceOf(std::string_view tag);
-
 /// What comes of a fault, the gravest last.
 enum class FaultKind {
     none,

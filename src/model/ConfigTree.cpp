@@ -319,6 +319,11 @@ void ConfigTree::ensureVisible(Node& node) const {
     if (listener_ != nullptr) listener_->madeVisible(node);
 }
 
+void ConfigTree::show(Node& node) const {
+    ensureVisible(node);
+    select(&node);
+}
+
 int ConfigTree::rowOf(const Node& node) {
     const Node* parent = node.parent_;
     if (parent == nullptr) return 0;

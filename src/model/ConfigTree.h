@@ -252,6 +252,8 @@ class ConfigTree {
 
     /// Expands all parents of the node and has the view scroll to it.
     void ensureVisible(Node& node) const;
+    /// The same, and selects it.
+    void show(Node& node) const;
     static void setExpanded(Node& node, bool expanded) { node.expanded_ = expanded; }
 
     /// The node's place among its siblings, from 0.

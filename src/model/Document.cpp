@@ -143,6 +143,20 @@ void Document::change(Node& item, const ItemFields& fields) {
     saved = false;
 }
 
+void Document::change(Node& item, const ItemProperties& properties) {
+    clsItem& record = *contents_.items.recordAt(item.key());
+    clsItem now = record;
+    if (properties.dataType) now.sDataType = *properties.dataType;
+    if (properties.accessRight) now.sAccessRight = *properties.accessRight;
+    if (properties.isRead) now.bFlag = *properties.isRead;
+    if (properties.elements) now.nElements = *properties.elements;
+    const Step step(*this, "Change");
+    history_.record<ItemChange>(record, now);
+    tree().recordsChanged();
+    history_.concerns(item);
+    saved = false;
+}
+
 void Document::change(Node& device, const DeviceFields& fields) {
     auto record = std::make_shared<clsPLC>();
     record->SetByForm(fields);

@@ -129,6 +129,7 @@ class Document {
     /// an unsaved change. Raises the errors of the record's SetByForm, and ErrorNumber::keyTaken or
     /// ErrorNumber::keyNotUnique when the key of the node, or one below it, is in use.
     void change(Node& item, const ItemFields& fields);
+    void change(Node& item, const ItemProperties& properties);
     void change(Node& device, const DeviceFields& fields);
     void renameBranch(Node& branch, const SharedText& name);
     /// The same for an item's name, and an item's comment.

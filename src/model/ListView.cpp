@@ -4,12 +4,10 @@
 #include <utility>
 
 #include "base/RunTimeError.h"
-#include "base/Text.h"
 
 const SharedText& ListView::Row::cell(std::size_t column) const {
     static const SharedText none;
-    if (column == 0) return text;
-    return column <= subItems.size() ? subItems[column - 1] : none;
+    return column < cells.size() ? cells[column] : none;
 }
 
 ListView::Update::Update(ListView& list) : list_(list) {
@@ -66,22 +64,6 @@ std::optional<std::size_t> ListView::findRow(const SharedText& key) const {
     return place->row;
 }
 
-void ListView::renameRow(std::size_t row, const SharedText& key, const SharedText& text) {
-    const Update update(*this);
-    Row& renamed = rows_.at(row);
-    const auto holder = findRow(key);
-    if (holder && *holder != row) throw RunTimeError(ErrorNumber::keyNotUnique);
-    places_.take(renamed.key);
-    places_.add({key, row});
-    renamed.key = key;
-    renamed.text = text;
-}
-
-void ListView::setSubItem(std::size_t row, std::size_t subItem, SharedText text) {
-    const Update update(*this);
-    rows_.at(row).subItems.at(subItem) = std::move(text);
-}
-
 void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey,
                          const std::function<bool(const SharedText& newKey)>& isBelow) {
     if (oldKey == newKey) return;
@@ -97,22 +79,31 @@ void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey,
     }
 }
 
-void ListView::replaceRow(Row row) {
-    const auto place = findRow(row.key);
-    if (place) replaceRow(*place, std::move(row));
-}
-
 void ListView::replaceRow(std::size_t place, Row row) {
     Row& shown = rows_.at(place);
     row.selected = shown.selected;
     if (row == shown) return;
+    if (row.key != shown.key) {
+        if (findRow(row.key)) throw RunTimeError(ErrorNumber::keyNotUnique);
+        places_.take(shown.key);
+        places_.add({row.key, place});
+    }
     const Update update(*this);
     shown = std::move(row);
 }
 
+void ListView::ensureVisible(std::size_t row) {
+    if (listener_ != nullptr) listener_->madeVisible(row);
+}
+
 const ListView::Row* ListView::selectedRow() const {
-    if (!current_ || !rows_[*current_].selected) return nullptr;
-    return &rows_[*current_];
+    if (current_ && rows_[*current_].selected) return &rows_[*current_];
+    const auto first = std::ranges::find(rows_, true, &Row::selected);
+    return first == rows_.end() ? nullptr : &*first;
+}
+
+std::size_t ListView::selectedCount() const {
+    return static_cast<std::size_t>(std::ranges::count(rows_, true, &Row::selected));
 }
 
 void ListView::sortBy(std::size_t column) {
@@ -121,9 +112,10 @@ void ListView::sortBy(std::size_t column) {
 }
 
 void ListView::sortRows() {
-    if (!sortColumn_) return;
-    const auto before = [column = *sortColumn_](const Row& a, const Row& b) {
-        return alphabeticallyBefore(a.cell(column), b.cell(column));
+    if (!sortColumn_ || *sortColumn_ >= columns_.size()) return;
+    const auto before = [column = *sortColumn_, textBefore = columns_[*sortColumn_].before](
+                            const Row& a, const Row& b) {
+        return textBefore(a.cell(column), b.cell(column));
     };
     // Most often a few were added to many in order: the many are not sorted once more.
     const auto added = std::is_sorted_until(rows_.begin(), rows_.end(), before);

@@ -1,7 +1,6 @@
 // The contents list: columns, rows, selection, order and view mode, as plain data.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -12,33 +11,40 @@
 
 #include "base/KeyedSet.h"
 #include "base/SharedText.h"
+#include "base/Text.h"
+#include "model/ConfigTree.h"
 
 /// What the list beside the tree shows. A view follows it through its listener.
 class ListView {
  public:
     enum class View { icon, smallIcon, list, report };
 
+    /// True when one text comes before the other; never for two that are equal.
+    using Order = bool (*)(std::string_view a, std::string_view b);
+
     /// A column header; the width is a fraction of the list's own width at the moment when the
     /// columns are built.
     struct Column {
         std::string text;
         double width;
+        Order before = &alphabeticallyBefore;  ///< how rows are sorted by it
     };
+    /// The column that shows the node's name.
+    static constexpr std::size_t nameColumn = 0;
 
-    /// A row is keyed by the node that it shows. `text` stands in the first column, the
-    /// sub-items in those after it.
+    /// A row shows a node: its key and kind are the node's.
     struct Row {
         SharedText key;
-        SharedText text;
-        std::array<SharedText, 5> subItems;
-        SharedText icon;       ///< key of the large picture
-        SharedText smallIcon;  ///< key of the small picture
+        NodeKind kind = NodeKind::item;
+        std::vector<SharedText> cells;  ///< by the columns
+        SharedText icon;                ///< key of the large picture
         bool selected = false;
 
         bool operator==(const Row&) const = default;
 
-        /// The text in a column, counted from 0; empty beyond the last.
+        /// The text in a column; empty where there is none.
         const SharedText& cell(std::size_t column) const;
+        const SharedText& text() const { return cell(nameColumn); }
     };
 
     class Listener {
@@ -51,6 +57,8 @@ class ListView {
         virtual void columnsBuilt() = 0;
         /// Never told within a change of rows, but after it.
         virtual void viewChanged() = 0;
+        /// The row is to be scrolled into view.
+        virtual void madeVisible(std::size_t row) = 0;
     };
 
     /// Every change of columns and rows stands between an aboutToReset and a reset; all that
@@ -86,32 +94,29 @@ class ListView {
     /// The place of the row with that key, if there is one.
     std::optional<std::size_t> findRow(const SharedText& key) const;
 
-    /// Gives a row another key and text. Raises ErrorNumber::keyNotUnique when another row has the
-    /// key; then nothing has changed.
-    void renameRow(std::size_t row, const SharedText& key, const SharedText& text);
-    /// Sets the text in a column after the first, counted from 0.
-    void setSubItem(std::size_t row, std::size_t subItem, SharedText text);
     /// A node got `newKey` in place of `oldKey`: its row, and those of nodes below it, follow.
     /// `isBelow` says whether a key is now that of the node, or of one below it: with a "." in a
     /// name, a key may only look so.
     void rekeyRows(std::string_view oldKey, std::string_view newKey,
                    const std::function<bool(const SharedText& newKey)>& isBelow);
-    /// Shows a row in the place of the one with its key, selected or not as that was. Does nothing
-    /// when there is none.
-    void replaceRow(Row row);
-    /// The same for the row at that place, which must have the key.
+    /// Shows another row at a place, selected or not as the one before. Raises
+    /// ErrorNumber::keyNotUnique when it has a new key, and another row has that; then nothing has
+    /// changed.
     void replaceRow(std::size_t place, Row row);
+    void ensureVisible(std::size_t row);
 
     /// The view tells which rows the user has selected.
     void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }
-    /// The row that the user selected last; the rules of single rows start from it.
+    /// The row that the user selected last, if it still is, else the first that is: the rules of
+    /// single rows start from it.
     const Row* selectedRow() const;
+    std::size_t selectedCount() const;
     void setCurrentRow(std::optional<std::size_t> row) { current_ = row; }
     std::optional<std::size_t> currentRow() const { return current_; }
 
     /// Sorts the rows by the displayed texts of a column, always ascending; rows that show the
     /// same text keep their order. Sorting stays switched on: whatever rows come or change, and
-    /// whatever columns, the column at that place counts.
+    /// whatever columns, the column at that place counts, if there is one.
     void sortBy(std::size_t column);
     /// Rows that come from now on stay in the order in which they are added.
     void stopSorting() { sortColumn_.reset(); }

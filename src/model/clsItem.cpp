@@ -7,9 +7,9 @@
 #include "base/Numbers.h"
 #include "base/RunTimeError.h"
 #include "base/Text.h"
-#include "model/Addresses.h"
 #include "model/DataTypes.h"
 #include "model/Keys.h"
+#include "model/ListColumns.h"
 
 namespace {
 
@@ -157,15 +157,12 @@ void clsItem::SetByCopy(const clsItem& source, const SharedText& targetParentKey
 std::string clsItem::getParentKey() const { return std::string(parentKeyOf(sKey)); }
 
 void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) const {
-    static const SharedText smallIcon = "item";
     reportErrors(tell, "clsItem.AddToList", [&] {
-        list.addRow({.key = sKey,
-                     .text = sName,
-                     .subItems = {sComment, sDataType, sAddress, sAccessRight},
-                     .icon = sDataType,
-                     .smallIcon = smallIcon});
+        ListView::Row row{.key = sKey, .cells = {}, .icon = sDataType};
         // The row stands, without its index, when the address is no number that fits.
-        if (withIndex) list.setSubItem(list.rows().size() - 1, 4, AddressToHex(sAddress, 4));
+        const auto fault = fillCells(row, *this, itemColumns(withIndex));
+        list.addRow(std::move(row));
+        if (fault) throw RunTimeError(*fault);
     });
 }
 

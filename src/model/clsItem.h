@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,6 +23,16 @@ struct ItemFields {
     std::array<std::string, 3> txtAddress;
     std::string cmbAccessRight;
     bool optRead = false;  ///< "Read" is chosen, not "Transmit"
+};
+
+/// What several items are given at once; what is not set stays as it is.
+struct ItemProperties {
+    std::optional<std::string> dataType;
+    std::optional<std::string> accessRight;
+    std::optional<bool> isRead;  ///< as `optRead` above
+    std::optional<std::int16_t> elements;
+
+    bool operator==(const ItemProperties&) const = default;
 };
 
 /// An item: one group-address object of the bus that the OPC server publishes as a tag.

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/Numbers.h"
-#include "base/Text.h"
+#include "model/ListColumns.h"
 
 void clsPLC::setPort(std::string port) { port_ = std::move(port); }
 
@@ -26,11 +26,10 @@ void clsPLC::SetByEts(std::string name, const GlobalSets& settings) {
 }
 
 void clsPLC::AddToListView(ListView& list) const {
-    list.addRow({.key = name_,
-                 .text = name_,
-                 .subItems = {trimBlanks(port_), trimBlanks(ediType_)},
-                 .icon = "plc",
-                 .smallIcon = "plc"});
+    ListView::Row row{
+        .key = name_, .kind = NodeKind::plc, .cells = {}, .icon = tagOf(NodeKind::plc)};
+    fillCells(row, *this, deviceColumns());
+    list.addRow(std::move(row));
 }
 
 void clsPLC::SetByForm(const DeviceFields& dialog) {

@@ -33,8 +33,9 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         case Qt::DisplayRole: return toQt(text, drawnCharacters);
         case CellDelegate::wholeTextRole: return toQt(text, CellDelegate::shownInTooltip);
         case Qt::DecorationRole: {
-            if (column != 0) return hasFault() ? icons::mark() : QVariant();
-            const QIcon& picture = largeIcons_ ? icons::list(row.icon) : icons::tree(row.smallIcon);
+            if (column != ListView::nameColumn) return hasFault() ? icons::mark() : QVariant();
+            const QIcon& picture =
+                largeIcons_ ? icons::list(row.icon) : icons::tree(tagOf(row.kind));
             return hasFault() ? icons::marked(picture) : picture;
         }
         case Qt::ForegroundRole:

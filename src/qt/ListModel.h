@@ -30,6 +30,8 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
  Q_SIGNALS:
     void columnsRebuilt();
     void viewModeChanged();
+    /// The row is to be scrolled into view.
+    void rowMadeVisible(const QModelIndex& index);
 
  private:
     Fault faultOf(int row, int column) const;
@@ -41,6 +43,9 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     }
     void columnsBuilt() override { Q_EMIT columnsRebuilt(); }
     void viewChanged() override { Q_EMIT viewModeChanged(); }
+    void madeVisible(std::size_t row) override {
+        Q_EMIT rowMadeVisible(index(static_cast<int>(row), ListView::nameColumn));
+    }
 
     ListView& list_;
     const FileRules& rules_;

@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTreeView>
+#include <utility>
 
 #include "qt/CellDelegate.h"
 #include "qt/Icons.h"
@@ -17,7 +18,8 @@
 
 namespace {
 
-/// One of the list's two views. Of its selection one sees whether commands act on it.
+/// One of the list's two views. Of its selection one sees whether commands act on it. Keys come to
+/// the view, the mouse to its viewport.
 template <typename View>
 class PaneView : public View {
  public:
@@ -29,8 +31,40 @@ class PaneView : public View {
         if (!pane_->acting()) showInactive(*option);
     }
 
+    bool event(QEvent* event) override {
+        return pane_->handle(*event, [&] { return View::event(event); });
+    }
+
+    bool viewportEvent(QEvent* event) override {
+        return pane_->handle(*event, [&] { return View::viewportEvent(event); });
+    }
+
  private:
     ListPane* pane_;
+};
+
+/// The headings of the columns. One that has too little room ends with "…"; the toolkit's own elide
+/// mode cuts it in the middle of a letter.
+class Headings : public QHeaderView {
+ public:
+    explicit Headings(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+        setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        setStretchLastSection(false);
+        setSectionsMovable(false);
+    }
+
+ protected:
+    void initStyleOptionForIndex(QStyleOptionHeader* option, int column) const override {
+        QHeaderView::initStyleOptionForIndex(option, column);
+        const auto measure = [this](QStyle::PixelMetric metric) {
+            return style()->pixelMetric(metric, nullptr, this);
+        };
+        int room = sectionSize(column) - 2 * measure(QStyle::PM_HeaderMargin);
+        if (isSortIndicatorShown() && sortIndicatorSection() == column) {
+            room -= measure(QStyle::PM_HeaderMarkSize);
+        }
+        option->text = fontMetrics().elidedText(option->text, Qt::ElideRight, room);
+    }
 };
 
 void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
@@ -49,14 +83,12 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
       model_(new ListModel(list, rules, this)),
       report_(new PaneView<QTreeView>(this)),
       icons_(new PaneView<QListView>(this)) {
+    report_->setHeader(new Headings(report_));
+    report_->header()->setSectionsClickable(true);  // a header that is set loses it
     prepare(*report_, model_, tr("Contents"));
     report_->setRootIsDecorated(false);
     report_->setUniformRowHeights(true);
     report_->setAllColumnsShowFocus(true);
-    report_->header()->setStretchLastSection(false);
-    report_->header()->setSectionsClickable(true);
-    report_->header()->setSectionsMovable(false);
-    report_->header()->setTextElideMode(Qt::ElideRight);
 
     prepare(*icons_, model_, tr("Contents"));
     icons_->setUniformItemSizes(true);
@@ -69,6 +101,10 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
     showViewMode();
 
     connect(model_, &ListModel::viewModeChanged, this, &ListPane::showViewMode);
+    connect(model_, &ListModel::rowMadeVisible, this, [this](const QModelIndex& index) {
+        report_->scrollTo(index);
+        icons_->scrollTo(index);
+    });
     connect(model_, &ListModel::columnsRebuilt, this, [this] { columnsRebuilt_ = true; });
     connect(model_, &ListModel::modelReset, this, &ListPane::restoreAfterReset);
     connect(selection_, &QItemSelectionModel::selectionChanged, this, &ListPane::selectionChanged);
@@ -76,13 +112,15 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
             [this](const QModelIndex& current) {
                 if (!current.isValid() || restoring_) return;
                 list_.setCurrentRow(static_cast<std::size_t>(current.row()));
-                Q_EMIT rowClicked();  // the keyboard chooses a row just as the mouse does
+                choose();  // the keyboard chooses a row just as the mouse does
             });
     for (QAbstractItemView* view :
          {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
         view->installEventFilter(this);
         view->viewport()->installEventFilter(this);
-        connect(view, &QAbstractItemView::clicked, this, &ListPane::rowClicked);
+        connect(view, &QAbstractItemView::clicked, this, [this] {
+            if (!isReported_) choose();
+        });
         connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
     }
     connect(report_->header(), &QHeaderView::sectionClicked, this,
@@ -103,14 +141,11 @@ void ListPane::repaintRows() {
 }
 
 bool ListPane::eventFilter(QObject* watched, QEvent* event) {
-    // Keys come to the view, the mouse to its viewport.
     switch (event->type()) {
         case QEvent::KeyPress:
             if (keyPressed(*static_cast<QKeyEvent*>(event))) return true;
             break;
-        case QEvent::MouseButtonPress:
-            pressedAt_ = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
-            break;
+        case QEvent::MouseButtonPress: pressed(*static_cast<QMouseEvent*>(event)); break;
         case QEvent::MouseButtonRelease:
             if (watched != currentWidget()) rightButtonReleased(*static_cast<QMouseEvent*>(event));
             break;
@@ -119,7 +154,43 @@ bool ListPane::eventFilter(QObject* watched, QEvent* event) {
     return QStackedWidget::eventFilter(watched, event);
 }
 
+bool ListPane::handle(const QEvent& event, const std::function<bool()>& byView) {
+    if (event.type() == QEvent::MouseButtonPress) isReported_ = false;
+    const bool isInner = std::exchange(inEvent_, true);
+    const bool handled = byView();
+    inEvent_ = isInner;
+    if (!isInner && std::exchange(isChosen_, false)) choose();
+    return handled;
+}
+
+void ListPane::choose() {
+    if (inEvent_) {
+        isChosen_ = true;
+        return;
+    }
+    isReported_ = true;
+    Q_EMIT rowClicked();
+}
+
+void ListPane::pressed(const QMouseEvent& event) {
+    pressedAt_ = event.globalPosition().toPoint();
+    const auto* view = qobject_cast<QAbstractItemView*>(currentWidget());
+    // As the left button does. What the menu offers is then about no row.
+    if (event.button() == Qt::RightButton && !view->indexAt(event.position().toPoint()).isValid()) {
+        selection_->clearSelection();
+    }
+}
+
 bool ListPane::keyPressed(QKeyEvent& key) {
+    if (beginsSelection(key)) {
+        return handle(key, [this] {
+            const QModelIndex current = selection_->currentIndex();
+            selection_->setCurrentIndex(
+                current.isValid() ? current : model_->index(0, 0),
+                QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+            return true;
+        });
+    }
     if (opensProperties(key)) {
         Q_EMIT rowDoubleClicked();
         return true;
@@ -129,11 +200,21 @@ bool ListPane::keyPressed(QKeyEvent& key) {
     return key.matches(QKeySequence::Copy);
 }
 
+/// The first arrow key selects a row where none is: the toolkit would go on from one that is not
+/// selected.
+bool ListPane::beginsSelection(const QKeyEvent& key) const {
+    const bool isAside = key.key() == Qt::Key_Left || key.key() == Qt::Key_Right;
+    const bool isArrow = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down ||
+                         (isAside && currentWidget() == icons_);
+    return isArrow && !selection_->hasSelection() && model_->rowCount() > 0 &&
+           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
 void ListPane::rightButtonReleased(const QMouseEvent& event) {
     const QPoint place = event.globalPosition().toPoint();
     if (event.button() != Qt::RightButton) return;
     if ((place - pressedAt_).manhattanLength() >= QApplication::startDragDistance()) return;
-    Q_EMIT rowClicked();  // it may have been selected before
+    if (!isReported_) choose();  // it may have been selected before
     Q_EMIT menuRequested(place);
 }
 
@@ -264,5 +345,5 @@ void ListPane::selectionChanged(const QItemSelection& selected, const QItemSelec
     };
     mark(deselected, false);
     mark(selected, true);
-    if (!selected.isEmpty()) Q_EMIT rowClicked();
+    if (!selected.isEmpty()) choose();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QStackedWidget>
+#include <functional>
 #include <vector>
 
 #include "qt/ListModel.h"
@@ -25,6 +26,9 @@ class ListPane : public QStackedWidget {
     void setActing(bool acting);
     bool acting() const { return acting_; }
     void repaintRows();
+    /// Has a view handle an event. However often the toolkit tells of a row that is chosen by it,
+    /// rowClicked() is told once, and at the end.
+    bool handle(const QEvent& event, const std::function<bool()>& byView);
     /// What the context menu offers beside the commands: what clicks on the headers do, also
     /// without a mouse and where there are no headers.
     void addOwnEntries(QMenu& menu);
@@ -45,9 +49,12 @@ class ListPane : public QStackedWidget {
     void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
+    void choose();
     void showViewMode();
     void showIcons(bool large, bool inColumns);
     bool keyPressed(QKeyEvent& key);
+    bool beginsSelection(const QKeyEvent& key) const;
+    void pressed(const QMouseEvent& event);
     void rightButtonReleased(const QMouseEvent& event);
     void setColumnWidths();
     void keepColumnWidths();
@@ -68,4 +75,8 @@ class ListPane : public QStackedWidget {
     bool restoring_ = false;
     bool acting_ = false;
     QPoint pressedAt_;  // by the right button
+    // The toolkit tells of one click up to three times.
+    bool inEvent_ = false;
+    bool isChosen_ = false;    // in this event
+    bool isReported_ = false;  // since the button went down
 };

@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "qt/Icons.h"
 #include "qt/ListPane.h"
@@ -33,16 +34,21 @@ QRect rectangleOf(const Rectangle& rectangle) {
 /// The caption without the marks of accelerator letters.
 QString plainCaption(const Command& command) { return toQt(command.caption).remove('&'); }
 
-/// What work begins with, and the desktop's own keys for it. The menus show only those of the
-/// table.
-struct StandardKey {
-    std::string_view command;
-    QKeySequence::StandardKey key;
-};
-constexpr std::array standardKeys{
-    StandardKey{"mnuNewCfg", QKeySequence::New}, StandardKey{"mnuOpenCfg", QKeySequence::Open},
-    StandardKey{"mnuSaveCfg", QKeySequence::Save}, StandardKey{"mnuSaveAs", QKeySequence::SaveAs},
-    StandardKey{"mnuFind", QKeySequence::Find}};
+QList<QKeySequence> keysOf(std::string_view shortcut) {
+    return QKeySequence::listFromString(toQt(shortcut));
+}
+
+/// The keys that no menu shows, each once.
+QList<QKeySequence> hiddenKeysOf(const Command& command) {
+    constexpr std::array desktopKeys{QKeySequence::UnknownKey, QKeySequence::New,
+                                     QKeySequence::Open,       QKeySequence::Save,
+                                     QKeySequence::SaveAs,     QKeySequence::Find};
+    QList<QKeySequence> keys = keysOf(command.hiddenShortcut);
+    const auto standard = desktopKeys.at(static_cast<std::size_t>(command.desktopKey));
+    for (const QKeySequence& key : QKeySequence::keyBindings(standard))
+        if (!keys.contains(key)) keys.append(key);
+    return keys;
+}
 
 /// The one file that is dragged, if it is one.
 QString fileIn(const QDropEvent& event) {
@@ -67,12 +73,6 @@ QLabel* makeHint(QWidget* parent) {
     return hint;
 }
 
-/// The toolbar keys before which a gap sets the groups of buttons apart.
-bool beginsToolbarGroup(std::string_view key) {
-    return key == "setts" || key == "plc" || key == "copy" || key == "icon" || key == "find" ||
-           key == "exit";
-}
-
 }  // namespace
 
 MainWindow::MainWindow(frmEditing& form, Document& document)
@@ -90,7 +90,7 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     setCentralWidget(client_);
     buildMenus();
     buildToolbar();
-    addStandardKeys();
+    addHiddenKeys();
     connectViews();
     setAcceptDrops(true);
     // Menus, all buttons, and some rows beside each other.
@@ -126,7 +126,7 @@ void MainWindow::buildMenus() {
             action = menu->menuAction();
         } else {
             action = new QAction(toQt(command.caption), this);
-            action->setShortcuts(QKeySequence::listFromString(toQt(command.shortcut)));
+            action->setShortcuts(keysOf(command.shortcut));
             connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
             if (command.view) viewModes->addAction(action)->setCheckable(true);
             QWidget* place = menu;
@@ -149,30 +149,33 @@ void MainWindow::buildToolbar() {
     toolbar_->layout()->setContentsMargins(0, 0, 0, 0);
     toolbar_->layout()->setSpacing(0);
     auto* viewModes = new QActionGroup(this);
+    auto group = ToolbarButton::Group::none;
     for (const Command* command : toolbarCommands()) {
-        if (beginsToolbarGroup(command->toolbarKey)) toolbar_->addSeparator();
-        auto* action = new QAction(icons::toolbar(command->picture), plainCaption(*command), this);
-        action->setObjectName(toQt(command->toolbarKey));
-        action->setToolTip(toQt(command->tooltip));
+        const ToolbarButton& place = command->button;
+        const auto before = std::exchange(group, place.group);
+        if (before != group && before != ToolbarButton::Group::none) toolbar_->addSeparator();
+        auto* action = new QAction(icons::toolbar(place.picture), plainCaption(*command), this);
+        action->setObjectName(toQt(place.key));
+        action->setToolTip(toQt(place.tooltip));
         connect(action, &QAction::triggered, this,
-                [this, command] { form_.Toolbar1_ButtonClick(command->toolbarKey); });
+                [this, command] { form_.Toolbar1_ButtonClick(command->button.key); });
         if (command->view) viewModes->addAction(action)->setCheckable(true);
         toolbar_->addAction(action);
         QWidget* button = toolbar_->widgetForAction(action);
-        button->setObjectName(toQt(command->toolbarKey));
+        button->setObjectName(toQt(place.key));
         // The toolkit would show the caption in place of the tooltip that is missing.
-        if (command->tooltip.empty()) button->installEventFilter(this);
+        if (place.tooltip.empty()) button->installEventFilter(this);
         bound_.push_back({action, command});
     }
 }
 
-void MainWindow::addStandardKeys() {
-    for (const auto& [name, key] : standardKeys) {
-        const Command& command = commandNamed(name);
+/// A key that is not to be seen in the menus has an action of its own.
+void MainWindow::addHiddenKeys() {
+    for (const Command& command : commandTable()) {
+        const auto keys = hiddenKeysOf(command);
+        if (keys.isEmpty()) continue;
         auto* action = new QAction(this);
-        action->setShortcuts(key);
-        // Windows, among others, has no key of its own for Save As.
-        if (action->shortcuts().isEmpty()) action->setShortcut(Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+        action->setShortcuts(keys);
         connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
         addAction(action);
         bound_.push_back({action, &command});
@@ -217,49 +220,34 @@ void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const bool inTree = view == frmEditing::ActiveControl::tree;
-    addHistory(*menu);
-    menu->addSeparator();
-    QAction* properties = menu->addAction(tr("P&roperties"), this, [this, inTree] {
-        inTree ? form_.TreeView1_DblClick() : form_.ListView1_DblClick();
-    });
-    properties->setEnabled(form_.hasProperties(view));
-    menu->setDefaultAction(properties);  // what a double click does
-    menu->addSeparator();
-    addCommands(*menu, view);
+    auto group = ContextEntry::Group::none;
+    for (const Command* command : contextCommands()) {
+        const ContextEntry& entry = command->context;
+        if (inTree && entry.views != ContextEntry::Views::both) continue;
+        const auto before = std::exchange(group, entry.group);
+        if (before != group && before != ContextEntry::Group::none) menu->addSeparator();
+        addEntry(*menu, *command);
+    }
     menu->addSeparator();
     inTree ? tree_->addOwnEntries(*menu) : list_->addOwnEntries(*menu);
     menu->popup(place);
 }
 
-/// Undo and Redo, each with the step that it is about.
-void MainWindow::addHistory(QMenu& menu) {
-    constexpr int mostCharacters = 60;
-    for (const Command& command : commandTable()) {
-        if (command.kind != Command::Kind::inContextMenus) continue;
-        const std::string step = form_.nameOfStep(command);
-        QString name = toQt(step, mostCharacters).simplified();
-        QAction* action =
-            menu.addAction((toQt(command.caption) + ' ' + name.replace('&', "&&")).trimmed(), this,
-                           [this, &command] { form_.run(command); });
-        action->setShortcuts(QKeySequence::listFromString(toQt(command.shortcut)));
-        action->setEnabled(!step.empty());
+/// What the menus have too, with its caption, keys and state; or an entry as it is now.
+void MainWindow::addEntry(QMenu& menu, const Command& command) {
+    QAction* action = findChild<QAction*>(toQt(command.name));
+    if (command.captionNow != nullptr) {
+        constexpr int mostCharacters = 80;
+        const auto caption = (form_.*command.captionNow)();
+        action = new QAction(
+            toQt(caption.value_or(std::string(command.caption)), mostCharacters).simplified(),
+            &menu);
+        action->setShortcuts(keysOf(command.shortcut));
+        action->setEnabled(caption.has_value());
+        connect(action, &QAction::triggered, this, [this, &command] { form_.run(command); });
     }
-}
-
-/// The menus' own entries, with their captions, keys and states, in the groups of the menus.
-void MainWindow::addCommands(QMenu& menu, frmEditing::ActiveControl view) {
-    const QWidget* group = nullptr;
-    for (const auto& [action, command] : bound_) {
-        const auto where = command->contextMenus;
-        const bool fits = where == ContextMenus::both ||
-                          (where == ContextMenus::list && view == frmEditing::ActiveControl::list);
-        const auto menus = action->associatedObjects();
-        auto* of = menus.isEmpty() ? nullptr : qobject_cast<QMenu*>(menus.front());
-        if (!fits || of == nullptr) continue;
-        if (group != nullptr && of != group) menu.addSeparator();
-        group = of;
-        menu.addAction(action);
-    }
+    menu.addAction(action);
+    if (command.context.isDoubleClick) menu.setDefaultAction(action);
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
@@ -323,7 +311,7 @@ void MainWindow::resizeParts() {
 /// Buttons as high as the toolbar, and in them pictures as large as look well; these are drawn at
 /// any size. In a low toolbar the buttons do without a margin rather than be cut off.
 void MainWindow::setToolbarPicture(int toolbarHeight) {
-    const int picture = std::clamp(toolbarHeight * 2 / 3, std::min(16, toolbarHeight - 2), 32);
+    const int picture = std::clamp(toolbarHeight * 2 / 3, std::min(16, toolbarHeight), 32);
     const int button = std::min(toolbarHeight, picture + 9);
     toolbar_->setIconSize({picture, picture});
     for (QToolButton* each : toolbar_->findChildren<QToolButton*>(Qt::FindDirectChildrenOnly))

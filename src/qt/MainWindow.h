@@ -45,11 +45,10 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
 
     void buildMenus();
     void buildToolbar();
-    void addStandardKeys();
+    void addHiddenKeys();
     void connectViews();
     void showContextMenu(frmEditing::ActiveControl view, QPoint place);
-    void addHistory(QMenu& menu);
-    void addCommands(QMenu& menu, frmEditing::ActiveControl view);
+    void addEntry(QMenu& menu, const Command& command);
     void showViewMode();
     void showActing();
     void layOut();

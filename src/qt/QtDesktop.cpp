@@ -1,5 +1,6 @@
 #include "qt/QtDesktop.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
@@ -24,6 +25,8 @@ class Box : public QMessageBox {
           mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
         setTextFormat(Qt::PlainText);
         setText(toQt(text, 5 * drawnCharacters));  // a name in it may be as long as a file
+        for (QAbstractButton* button : this->buttons())
+            button->setIcon({});  // as in the dialogs
     }
 
     /// The button that closed the box. The busy pointer rests meanwhile.
@@ -126,6 +129,10 @@ std::string QtDesktop::defaultFolder() {
 }
 
 std::string QtDesktop::clipboardText() { return fromQt(QGuiApplication::clipboard()->text()); }
+
+void QtDesktop::setClipboardText(const std::string& text) {
+    QGuiApplication::clipboard()->setText(toQt(text));
+}
 
 void QtDesktop::clearClipboard() { QGuiApplication::clipboard()->clear(); }
 

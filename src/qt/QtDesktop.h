@@ -22,6 +22,7 @@ class QtDesktop : public Desktop {
     /// there are none.
     std::string defaultFolder() override;
     std::string clipboardText() override;
+    void setClipboardText(const std::string& text) override;
     void clearClipboard() override;
     void setPointer(Pointer pointer) override;
     void processPendingEvents() override;

@@ -8,6 +8,8 @@
 
 void QtForms::showModal(frmItems& form) { ItemDialog(form).exec(); }
 
+void QtForms::showModal(CommonProperties& form) { CommonPropertiesDialog(form).exec(); }
+
 void QtForms::showModal(frmPLC& form) { DeviceDialog(form).exec(); }
 
 void QtForms::showModal(frmBranch& form) { BranchDialog(form).exec(); }

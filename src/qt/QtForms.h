@@ -16,6 +16,7 @@ class QtForms : public Forms {
     ~QtForms() override;
 
     void showModal(frmItems& form) override;
+    void showModal(CommonProperties& form) override;
     void showModal(frmPLC& form) override;
     void showModal(frmBranch& form) override;
     void showModal(frmSetts& form) override;

@@ -4,12 +4,12 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <numeric>
 
-#include "file/FileRules.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
@@ -18,7 +18,8 @@ namespace {
 /// The grid as the toolkit reads it: its first row is the header.
 class GridModel : public QAbstractTableModel {
  public:
-    GridModel(const Grid& grid, QObject* parent) : QAbstractTableModel(parent), grid_(grid) {}
+    GridModel(const frmReplace& form, QObject* parent)
+        : QAbstractTableModel(parent), form_(form), grid_(form.Grid1) {}
 
     int rowCount(const QModelIndex& parent) const override {
         return parent.isValid() ? 0 : static_cast<int>(grid_.rows.size()) - 1;
@@ -32,14 +33,14 @@ class GridModel : public QAbstractTableModel {
         if (role == Qt::TextAlignmentRole && index.column() == 1) return Qt::AlignCenter;
         const auto text = [&] { return textAt(index.row() + 1, index.column()); };
         if (role == Qt::DisplayRole) return text();
-        const Fault fault = index.column() == 2 ? faultOfNew(index.row() + 1) : Fault();
-        const bool isFaulty = fault.kind != FaultKind::none;
+        const QString fault = index.column() == 2 ? faultAt(index.row() + 1) : QString();
+        const bool isFaulty = !fault.isEmpty();
         switch (role) {
             case Qt::DecorationRole: return isFaulty ? icons::mark() : QVariant();
             case Qt::ForegroundRole:
                 return isFaulty ? icons::markColour(QGuiApplication::palette()) : QVariant();
-            case Qt::AccessibleDescriptionRole: return toQt(fault.text);
-            case Qt::ToolTipRole: return isFaulty ? toQt(fault.text) + '\n' + text() : text();
+            case Qt::AccessibleDescriptionRole: return fault;
+            case Qt::ToolTipRole: return isFaulty ? fault + '\n' + text() : text();
             default: return {};
         }
     }
@@ -58,11 +59,9 @@ class GridModel : public QAbstractTableModel {
         return toQt(cells[static_cast<std::size_t>(column)], drawnCharacters);
     }
 
-    /// Of what an item is to get.
-    Fault faultOfNew(int row) const {
-        return faultOf(grid_.rows[static_cast<std::size_t>(row)][2], FilePlace::content);
-    }
+    QString faultAt(int row) const { return toQt(form_.faults[static_cast<std::size_t>(row)]); }
 
+    const frmReplace& form_;
     const Grid& grid_;
 };
 
@@ -77,7 +76,7 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     setObjectName("frmReplace");
     grid_->setObjectName("Grid1");
     grid_->setAccessibleName(windowTitle());
-    grid_->setModel(new GridModel(content_, grid_));
+    grid_->setModel(new GridModel(form, grid_));
     grid_->setSelectionMode(QAbstractItemView::NoSelection);
     grid_->setTabKeyNavigation(false);
     grid_->setWordWrap(false);
@@ -96,7 +95,8 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     arrange(contents, {accept, reject});
     accept->setFocus();
     const int character = fontMetrics().averageCharWidth();
-    resize(90 * character, 24 * fontMetrics().height());
+    const QSize room = screen()->availableSize() * 9 / 10;
+    resize(QSize(90 * character, 24 * fontMetrics().height()).boundedTo(room));
     showForm();
 }
 

@@ -5,6 +5,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qt/Text.h"
 
 namespace {
 
@@ -14,7 +17,7 @@ struct Row {
 };
 
 /// Fields beside their labels.
-QLayout* fieldsOf(std::initializer_list<Row> rows) {
+QFormLayout* fieldsOf(std::initializer_list<Row> rows) {
     auto* fields = new QFormLayout;
     for (const Row& row : rows) {
         row.field->setMinimumWidth(row.field->fontMetrics().averageCharWidth() * 32);
@@ -45,6 +48,31 @@ DeviceDialog::DeviceDialog(frmPLC& form)
             {apply, exit});
     showForm();
     enter(name);
+}
+
+CommonPropertiesDialog::CommonPropertiesDialog(CommonProperties& form)
+    : FormDialog(
+          CommonProperties::caption, [&form] { return form.closed(); },
+          [&form] { form.cmdCancel_Click(); }) {
+    setObjectName("CommonProperties");
+    frmItems& item = form.fields;
+    auto* type =
+        bind("cmbDataType", item.cmbDataType, false, [&form] { form.cmbDataType_Click(); });
+    auto* right = bind("cmbAccessRight", item.cmbAccessRight, false);
+    auto* elements = bind("txtElements", item.txtElements,
+                          [&form](int code) { return form.txtElements_KeyPress(code); });
+    auto* flag = bind("cmbFlag", form.cmbFlag, false);
+    auto* ok = bind("cmdOk", form.cmdOk, 'O', [&form] { form.cmdOk_Click(); });
+    auto* cancel = bind("cmdCancel", form.cmdCancel, 'C', [&form] { form.cmdCancel_Click(); });
+    auto* fields = new QVBoxLayout;
+    fields->addWidget(new QLabel(toQt(form.lblCount.caption)));
+    fields->addLayout(fieldsOf({{bind(item.Label5, 'D', type), type},
+                                {bind(item.Label6, 'R', right), right},
+                                {bind(item.lblElements, 'b', elements), elements},
+                                {bind(item.Label4, 'F', flag), flag}}));
+    arrange(fields, {ok, cancel});
+    showForm();
+    type->setFocus();
 }
 
 BranchDialog::BranchDialog(frmBranch& form)

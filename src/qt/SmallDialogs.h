@@ -1,6 +1,7 @@
 // The windows of the dialogs that are one column of fields.
 #pragma once
 
+#include "dialogs/CommonProperties.h"
 #include "dialogs/frmBranch.h"
 #include "dialogs/frmPLC.h"
 #include "dialogs/frmSetts.h"
@@ -11,6 +12,13 @@ class DeviceDialog : public FormDialog {
 
  public:
     explicit DeviceDialog(frmPLC& form);
+};
+
+class CommonPropertiesDialog : public FormDialog {
+    Q_OBJECT
+
+ public:
+    explicit CommonPropertiesDialog(CommonProperties& form);
 };
 
 class BranchDialog : public FormDialog {

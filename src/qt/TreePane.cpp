@@ -183,8 +183,11 @@ void TreePane::addOwnEntries(QMenu& menu) {
         takenToCopy_ = toCopy;
         viewport()->update();
     };
-    menu.addAction(tr("Take to &move"), this, [take] { take(false); });
-    menu.addAction(tr("Take to cop&y"), this, [take] { take(true); });
+    const bool isFirstLine = tree_.selected() == tree_.root();  // which nothing can be done with
+    if (!isFirstLine) {
+        menu.addAction(tr("Take to &move"), this, [take] { take(false); });
+        menu.addAction(tr("Take to cop&y"), this, [take] { take(true); });
+    }
     QAction* drop = menu.addAction(tr("Drop &here what was taken"), this, [this] {
         press(takenToCopy_, taken_.get());
         taken_ = nullptr;

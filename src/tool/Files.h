@@ -30,6 +30,7 @@ class NoDesktop : public Desktop {
     }
     std::string defaultFolder() override { return {}; }
     std::string clipboardText() override { return {}; }
+    void setClipboardText(const std::string& /*text*/) override {}
     void clearClipboard() override {}
     void setPointer(Pointer /*pointer*/) override {}
     void processPendingEvents() override {}

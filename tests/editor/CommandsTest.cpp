@@ -6,44 +6,65 @@
 
 namespace {
 
-// Group, name, caption, shortcut, place on the toolbar, key, tooltip and picture of each command.
+// Group, name, caption, shortcuts shown and hidden, and of a button key, tooltip and picture.
 constexpr auto commands = R"(
-- mnuFile|&File||||
-1 mnuNewCfg|&New Configuration||0 new|new config|new
-1 mnuOpenCfg|&Open Configuration||1 open|open config|open
+- mnuFile|&File|||||
+1 mnuNewCfg|&New Configuration||Ctrl+N|new|new config|new
+1 mnuOpenCfg|&Open Configuration||Ctrl+O|open|open config|open
 --
-2 mnuSaveCfg|&Save Configuration||2 save|save config|save
-2 mnuSaveAs|Save Configuration &As||||
+2 mnuSaveCfg|&Save Configuration||Ctrl+S|save|save config|save
+2 mnuSaveAs|Save Configuration &As||Ctrl+Shift+S|||
 --
-1 mnuImpCfg|Import from ETS||||
+1 mnuImpCfg|Import from ETS|||||
 --
-2 mnuCloseCfg|&Close Configuration||3 close|close config|close
-0 mnuExit|E&xit||19 exit|exit|exit
-- mnuObjects|&Objects||||
-3 mnuSetts|&Global Settings|Ctrl+G|4 setts|global settings|setts
+2 mnuCloseCfg|&Close Configuration|||close|close config|close
+0 mnuExit|E&xit|||exit|exit|exit
+- mnuObjects|&Objects|||||
+3 mnuSetts|&Global Settings|Ctrl+G||setts|global settings|setts
 --
-6 mnuAddPlc|Add &Object|Ctrl+P|5 plc|add Object|plc
-4 mnuAddBranch|Add &Branch|Ctrl+B|6 branch|add Branch|branch
-5 mnuAddItem|Add &Item|Ctrl+I|7 item|add Item|item
-- mnuEdit|&Edit||||
-7 mnuCopy|&Copy|Ctrl+C|8 copy|copy|copy
-8 mnuCut|Cu&t|Ctrl+X|9 cut|cut|cut
-9 mnuPaste|&Paste|Ctrl+V|10 paste|paste|paste
-10 mnuDelete|&Delete Object|Del|11 delete|delete|delete
+6 mnuAddPlc|Add &Object|Ctrl+P||plc|add Object|plc
+4 mnuAddBranch|Add &Branch|Ctrl+B||branch|add Branch|branch
+5 mnuAddItem|Add &Item|Ctrl+I||item|add Item|item
+- mnuEdit|&Edit|||||
+7 mnuCopy|&Copy|Ctrl+C||copy|copy|copy
+8 mnuCut|Cu&t|Ctrl+X||cut|cut|cut
+9 mnuPaste|&Paste|Ctrl+V||paste|paste|paste
+10 mnuDelete|&Delete Object|Del||delete|delete|delete
 --
-13 mnuPasteName|Paste Item names from Clipboard||17 pastitem|Replace Item Name|pastename
-14 mnuPasteComment|Paste Item comments from Clipboard||18 pastcomment|Replace Item Comment|pastecomment
-11 mnuView|&View||||
-11 mnuIcon|&Icon||12 icon|view icon|icon
-11 mnuSmallIcon|&SmallIcon||13 smallicon|view smallicon|smallicon
-11 mnuList|&List||14 list|view list|list
-11 mnuReport|&Report||15 report|view report|report
-12 mnuTools|&Tools||||
-12 mnuFind|&Find||16 find||find
-0 mnuAbout|&About||||
-0 mnuUndo|&Undo|Ctrl+Z|||
-0 mnuRedo|R&edo|Ctrl+Y; Ctrl+Shift+Z|||
+13 mnuPasteName|Paste Item names from Clipboard|||pastitem|Replace Item Name|pastename
+14 mnuPasteComment|Paste Item comments from Clipboard|||pastcomment|Replace Item Comment|pastecomment
+11 mnuView|&View|||||
+11 mnuIcon|&Icon|||icon|view icon|icon
+11 mnuSmallIcon|&SmallIcon|||smallicon|view smallicon|smallicon
+11 mnuList|&List|||list|view list|list
+11 mnuReport|&Report|||report|view report|report
+12 mnuTools|&Tools|||||
+12 mnuFind|&Find||Ctrl+F|find||find
+0 mnuAbout|&About|||||
+0 mnuUndo|&Undo|Ctrl+Z||||
+0 mnuRedo|R&edo|Ctrl+Y; Ctrl+Shift+Z||||
+0 mnuProperties|P&roperties|||||
+0 mnuItemProperties|Properties o&f Several Items...|||||
+0 mnuCopyTable|Copy &as Table|||||
 )";
+constexpr auto toolbar =
+    "new open save close|setts|plc branch item|copy cut paste delete|"
+    "icon smallicon list report|find|pastitem pastcomment|exit";
+constexpr auto contextMenu =
+    "mnuUndo mnuRedo|mnuProperties mnuItemProperties|mnuAddPlc mnuAddBranch mnuAddItem|"
+    "mnuCopy mnuCut mnuPaste mnuDelete|mnuPasteName mnuPasteComment mnuCopyTable";
+
+/// What stands at some place of the commands, in its groups.
+template <typename GroupOf, typename NameOf>
+std::string inGroups(std::span<const Command* const> rows, GroupOf groupOf, NameOf nameOf) {
+    std::string line;
+    for (const Command* before = nullptr; const Command* command : rows) {
+        const bool begins = before != nullptr && groupOf(*before) != groupOf(*command);
+        line.append(before == nullptr ? "" : begins ? "|" : " ").append(nameOf(*command));
+        before = command;
+    }
+    return line;
+}
 
 TEST(Commands, AreWhatMenusAndToolbarOfferAndEachStateEnablesItsGroups) {
     using namespace commandStates;
@@ -57,14 +78,26 @@ TEST(Commands, AreWhatMenusAndToolbarOfferAndEachStateEnablesItsGroups) {
                                   : it.group == CommandGroup::always
                                       ? "0"
                                       : std::to_string(static_cast<int>(it.group) + 1);
-        const std::string place = it.toolbarPlace < 0 ? "" : std::to_string(it.toolbarPlace) + " ";
         all.append(group).append(" ").append(it.name).append("|").append(it.caption).append("|");
-        all.append(it.shortcut).append("|").append(place).append(it.toolbarKey).append("|");
-        all.append(it.tooltip).append("|").append(it.picture).append("\n");
+        all.append(it.shortcut)
+            .append("|")
+            .append(it.hiddenShortcut)
+            .append("|")
+            .append(it.button.key)
+            .append("|");
+        all.append(it.button.tooltip).append("|").append(it.button.picture).append("\n");
     }
     const auto lines = split(all, "\n"), expected = split(commands, "\n");
     for (std::size_t i = 0; i < std::max(lines.size(), expected.size()); ++i)
         ASSERT_EQ(i < lines.size() ? lines[i] : "none", i < expected.size() ? expected[i] : "none");
+
+    EXPECT_EQ(toolbar, inGroups(
+                           toolbarCommands(), [](const Command& it) { return it.button.group; },
+                           [](const Command& it) { return it.button.key; }));
+    EXPECT_EQ(contextMenu,
+              inGroups(
+                  contextCommands(), [](const Command& it) { return it.context.group; },
+                  [](const Command& it) { return it.name; }));
 
     const std::vector<std::pair<const CommandState&, std::set<int>>> states{
         {noConfiguration, {1}},

@@ -6,6 +6,7 @@
 #include <unistd.h>
 #endif
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <thread>
@@ -175,6 +176,17 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
     willName("B");
     editor.TreeView1_DblClick();
     EXPECT_EQ(document.items().at("Plant.B.New_Item_65536").sKey, "Plant.B.New_Item_65536");
+    forms.whenShown<CommonProperties>([](CommonProperties& form) {
+        form.cmbFlag.text = "Transmit";
+        form.cmdOk_Click();
+    });
+    for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
+        selectRow(row);
+    editor.run(commandNamed("mnuItemProperties"));
+    EXPECT_EQ(document.undoName(), "Change of 65536 items");
+    EXPECT_FALSE(document.items().at("Plant.B.New_Item_65536").bFlag);
+    editor.run(commandNamed("mnuCopyTable"));
+    EXPECT_EQ(std::ranges::count(desktop.clipboard, '\n'), 65537);
 #ifdef NDEBUG
     EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
 #endif

@@ -93,13 +93,13 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         }
         if (what == "list" || what == "rows") {
             for (const auto& row : editor.ListView1.rows())
-                if (what == "list" || row.selected) all.push_back(row.text.string());
+                if (what == "list" || row.selected) all.push_back(row.text().string());
             return joined(all, ", ");
         }
         if (thing == "row") {  // the pictures, and as many cells as are told
             for (const auto& row : editor.ListView1.rows()) {
-                if (row.text != name) continue;
-                all = {row.icon.string() + "/" + row.smallIcon.string()};
+                if (row.text() != name) continue;
+                all = {row.icon.string().append("/").append(tagOf(row.kind))};
                 const auto told = split(text, " | ").size();
                 for (std::size_t i = 1; i < std::min(told, editor.ListView1.columns().size()); ++i)
                     all.push_back(row.cell(i).string());
@@ -178,7 +178,7 @@ void allThatMayCome(EditorWorld& world) {
     for (const Command& command : commandTable())
         world.editor.run(command);
     for (const Command* command : toolbarCommands())
-        world.editor.Toolbar1_ButtonClick(command->toolbarKey);
+        world.editor.Toolbar1_ButtonClick(command->button.key);
     if (Node* root = world.document.tree().root()) world.editor.TreeView1_NodeClick(*root);
     world.editor.TreeView1_DblClick();
     world.editor.ListView1_Click();

@@ -10,6 +10,7 @@ TEST(List, ResetsItsListenerOnceForAllThatHappensInOneUpdate) {
         void reset() override { heard += ")"; }
         void columnsBuilt() override { heard += "columns"; }
         void viewChanged() override { heard += "view"; }
+        void madeVisible(std::size_t /*row*/) override {}
         std::string heard;
     } view;
     ListView list;
@@ -21,7 +22,7 @@ TEST(List, ResetsItsListenerOnceForAllThatHappensInOneUpdate) {
         list.setView(ListView::View::list);
         list.sortBy(0);
     }
-    list.addRow({"6", "b", {}, "EIS1", "item"});
+    list.addRow({"6", NodeKind::item, {"b"}, "EIS1"});
     list.setView(ListView::View::icon);
     EXPECT_EQ(view.heard, "(columns)view()view");
 }

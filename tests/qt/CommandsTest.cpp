@@ -52,8 +52,8 @@ class CommandsTest : public QObject {
         }
         for (const Command* command : toolbarCommands()) {
             const QAction* action = buttons.takeFirst();
-            auto& button = world.button(command->toolbarKey.data());
-            QCOMPARE(tooltipAt(button, {1, 1}), toQt(command->tooltip));
+            auto& button = world.button(command->button.key.data());
+            QCOMPARE(tooltipAt(button, {1, 1}), toQt(command->button.tooltip));
             QCOMPARE(accessible(button, QAccessible::Name), toQt(command->caption).remove('&'));
             QVERIFY2(action->isEnabled() == world.form.isEnabled(*command), command->name.data());
             QCOMPARE(button.isChecked(),
@@ -145,6 +145,9 @@ class CommandsTest : public QObject {
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
+        QCOMPARE(readingOf(entry("mnuItemProperties")),
+                 "Properties of Several Items: Data Type=EIS1, Access Right=READ, Olvan Flag=Read, "
+                 "[OK], Cancel");
         world.desktop.clipboard = "Gate\r\nSpot\r\n";
         QCOMPARE(readingOf(entry("mnuPasteName"),
                            [](QWidget& dialog) {
@@ -233,7 +236,7 @@ class CommandsTest : public QObject {
         world.openText(configuration(plc("Plant", tag("Lamp"))));
         world.openNode("Plant.Lamp");
         for (const Command* command : toolbarCommands())
-            needed.append("toolbar/" + toQt(command->picture));
+            needed.append("toolbar/" + toQt(command->button.picture));
         for (const QString& each : needed)
             QVERIFY2(QFile::exists(":/icons/" + each + ".svg"), qPrintable(each));
     }

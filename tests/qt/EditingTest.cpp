@@ -175,6 +175,28 @@ class EditingTest : public QObject {
         QVERIFY(dialog == nullptr);
     }
 
+    static void whatIsAddedIsBroughtIntoSight() {
+        std::string items;
+        for (int i = 1; i < 200; ++i)
+            items += tag("Lamp" + std::to_string(i));
+        WindowUser user(configuration(plc("Plant", branch("HALL", items))));
+        user.clicks("Plant.HALL");
+        user.presses("Left");
+        user.forms.whenShown<frmItems>([](frmItems& form) {
+            form.txtItemName.text = "Lamp099b";
+            for (TextBox& part : form.txtAddress)
+                part.text = "1";
+            form.cmdOk_Click();
+        });
+        user.presses("Ctrl+I");
+        const auto isSeen = [](const QAbstractItemView& view, const QModelIndex& index) {
+            return view.viewport()->rect().contains(view.visualRect(index));
+        };
+        QVERIFY(isSeen(user.tree, user.indexOf("Plant.HALL.Lamp099b")));
+        QVERIFY(isSeen(user.rows(), user.rows().model()->index(99, 0)));
+        QCOMPARE(user.names().section(' ', 99, 99), "Lamp099b");
+    }
+
     static void whateverTheUserDoes() { playMonkey(2000); }
 };
 

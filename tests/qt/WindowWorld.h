@@ -98,7 +98,7 @@ class WindowWorld {
         const auto& shown = form.ListView1.rows();
         if (rows().model()->rowCount() != static_cast<int>(shown.size())) return "other rows";
         for (int i = 0; const auto& each : shown) {
-            if (rows().model()->index(i, 0).data().toString() != toQt(each.text, drawnCharacters))
+            if (rows().model()->index(i, 0).data().toString() != toQt(each.text(), drawnCharacters))
                 return "a row is old";
             if (rows().selectionModel()->isRowSelected(i++) != each.selected)
                 return "other rows are selected";
@@ -118,7 +118,7 @@ class WindowWorld {
     QString names() const {
         QStringList texts;
         for (const auto& row : form.ListView1.rows())
-            texts.append(toQt(row.text));
+            texts.append(toQt(row.text()));
         return texts.join(' ');
     }
 };

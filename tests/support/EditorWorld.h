@@ -190,6 +190,7 @@ class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
     void madeVisible(const Node& /*node*/) override {}
     void columnsBuilt() override {}
     void viewChanged() override {}
+    void madeVisible(std::size_t /*row*/) override {}
 
     const ConfigTree& tree_;
     ListView& list_;
@@ -247,7 +248,7 @@ class EditorWorld : private frmEditing::Window {
         editor.activeControl = frmEditing::ActiveControl::list;
         for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
             editor.ListView1.setSelected(
-                row, texts.contains(editor.ListView1.rows()[row].text.string()));
+                row, texts.contains(editor.ListView1.rows()[row].text().string()));
     }
 
     /// A drag with the right button to another node, to empty space ("space"), or given up ("").

@@ -94,6 +94,7 @@ class FakeDesktop : public Desktop {
     std::string defaultFolder() override { return folder; }
 
     std::string clipboardText() override { return clipboard; }
+    void setClipboardText(const std::string& text) override { clipboard = text; }
     void clearClipboard() override { clipboard.clear(); }
 
     void setPointer(Pointer shape) override { pointer = shape; }

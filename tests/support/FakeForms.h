@@ -6,6 +6,7 @@
 #include <functional>
 #include <tuple>
 
+#include "dialogs/CommonProperties.h"
 #include "dialogs/Forms.h"
 #include "dialogs/frmBranch.h"
 #include "dialogs/frmFind.h"
@@ -33,6 +34,7 @@ class FakeForms : public Forms {
     frmFind* find = nullptr;
 
     void showModal(frmItems& form) override { playUser(form); }
+    void showModal(CommonProperties& form) override { playUser(form); }
     void showModal(frmPLC& form) override { playUser(form); }
     void showModal(frmBranch& form) override { playUser(form); }
     void showModal(frmSetts& form) override { playUser(form); }
@@ -55,5 +57,5 @@ class FakeForms : public Forms {
 
     template <typename... Form>
     using Users = std::tuple<std::function<void(Form&)>...>;
-    Users<frmItems, frmPLC, frmBranch, frmSetts, frmReplace> users_;
+    Users<frmItems, CommonProperties, frmPLC, frmBranch, frmSetts, frmReplace> users_;
 };

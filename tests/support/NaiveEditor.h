@@ -25,7 +25,7 @@ inline State stateOf(const EditorWorld& world) {
     for (const auto& [key, item] : document.items())
         records.append(key).append("=" + item->sKey + " '" + item->sComment + "', ");
     for (const auto& row : world.editor.ListView1.rows())
-        rows += row.key + " " + row.text + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
+        rows += row.key + " " + row.text() + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
     for (std::size_t i = 0; i < world.desktop.messages().size(); ++i)
         told += world.desktop.messages()[i] + world.desktop.manners()[i] + "\n";
     return {{"nodes", nodes},
@@ -43,6 +43,7 @@ class NaiveEditor {
  public:
     void perform(const Step& step) {
         told_.clear();
+        refused_.clear();
         step_ = &step;
         act(step.verb, step.what);
         if (sortColumn_) sortRows();
@@ -78,7 +79,8 @@ class NaiveEditor {
                 {"saved", saved_ ? "yes" : "no"},
                 {"next item", std::to_string(nextItem_)},
                 {"clipboard", clipboard_},
-                {"messages", told_}};
+                {"messages", told_},
+                {"signs of the preview", refused_}};
     }
 
  private:
@@ -467,6 +469,7 @@ class NaiveEditor {
                 if (!names) itemAt(row->key, invalid);
             if (step_->entries.front() != "Replace") return;
             saved_ = false;
+            refused_.assign(rows.size(), names ? '!' : '.');
             const bool isWhole = report(routine, [&] {
                 for (std::size_t i = 0; i < rows.size(); ++i) {
                     if (!names) {
@@ -477,6 +480,7 @@ class NaiveEditor {
                     } else {
                         rename(itemAt(rows[i]->key, notFound), lines[i]);
                         rows[i]->text = lines[i];
+                        refused_[i] = '.';
                     }
                 }
             });
@@ -563,6 +567,7 @@ class NaiveEditor {
     bool isOpen_ = false, saved_ = false;
     std::string enabled_, focus_, clipboard_;
     std::string told_;
+    std::string refused_;  // the rows that pasting did not rename
     const Step* step_ = nullptr;
 };
 
@@ -572,16 +577,24 @@ class TwoEditors : public ScriptedUser {
     TwoEditors() {
         disk.writesSpoiledFiles = true;
         differs = [this](const auto&...) { meansAnotherDialog_ = true; };
+        forms.whenShown<frmReplace>([this](frmReplace& form) {
+            playDialog(form);
+            for (std::size_t row = 1; form.accepted() && row < form.faults.size(); ++row)
+                signs_ += form.faults[row].empty() ? '.' : '!';
+        });
     }
 
     /// What of the two is different after the step; empty when nothing is.
     std::string differenceAfter(const std::string& line) {
         const Step step(line);
         desktop.forgetMessages();
+        signs_.clear();
         if (!play(step) || meansAnotherDialog_) return "";
         naive_.perform(step);
         naive_.takeRowsOutOfDate(editor.ListView1.rows());
-        const State expected = naive_.state(), actual = stateOf(*this);
+        const State expected = naive_.state();
+        State actual = stateOf(*this);
+        actual.emplace_back("signs of the preview", signs_);
         desktop.forgetMessages();
         for (std::size_t i = 0; i < expected.size(); ++i)
             if (expected[i] != actual[i])
@@ -593,5 +606,6 @@ class TwoEditors : public ScriptedUser {
 
  private:
     NaiveEditor naive_;
+    std::string signs_;
     bool meansAnotherDialog_ = false;  // a step before which others were left out
 };

@@ -69,16 +69,16 @@ class RandomUser {
     std::string doubleClickOnRow() {
         const auto& rows = world_.editor.ListView1.rows();
         if (rows.empty()) return "focus list";
-        const SharedText text = rows[below_(rows.size())].text;
+        const SharedText text = rows[below_(rows.size())].text();
         const ListView::Row* last = nullptr;
         for (const auto& row : rows)
-            if (row.text == text) last = &row;
+            if (row.text() == text) last = &row;
         return "doublerow " + text + ": " + properties(world_.document.tree().FindNode(last->key));
     }
     std::string anyRows() {
         std::string texts;
         for (const auto& row : world_.editor.ListView1.rows())
-            if (below_(2) == 0) texts += " " + row.text;
+            if (below_(2) == 0) texts += " " + row.text();
         return texts;
     }
     std::string drag() {

@@ -145,6 +145,23 @@ inline Parts partsOf(frmItems& form) {
             button(form.cmdCancel, form, &frmItems::cmdCancel_Click)};
 }
 
+inline Parts partsOf(CommonProperties& form) {
+    Part type = field(form.fields.Label5, form.fields.cmbDataType);
+    type.shown = [&] { return form.fields.cmbDataType.text; };
+    type.use = [&](const std::string& text) {
+        form.fields.cmbDataType.text = text;
+        form.cmbDataType_Click();
+    };
+    Part right = field(form.fields.Label6, form.fields.cmbAccessRight);
+    right.shown = [&] { return form.fields.cmbAccessRight.text; };
+    return {type,
+            right,
+            field(form.fields.lblElements, form.fields.txtElements),
+            field(form.fields.Label4, form.cmbFlag),
+            button(form.cmdOk, form, &CommonProperties::cmdOk_Click),
+            button(form.cmdCancel, form, &CommonProperties::cmdCancel_Click)};
+}
+
 inline Parts partsOf(frmPLC& form) {
     return {field(form.Label6, form.txtName),
             field(form.lblIP, form.cmbPort),
@@ -174,7 +191,9 @@ inline Parts partsOf(frmReplace& form) {
             all.push_back(joined({row.begin(), row.end()}, " "));
         return joined(all, ", ");
     };
+    const auto signs = [&] { return joined({form.faults.begin() + 1, form.faults.end()}, " | "); };
     return {{"grid", lines, {}},
+            {"signs", signs, {}},
             button(form.Command1, form, &frmReplace::Command1_Click),
             button(form.Command2, form, &frmReplace::Command2_Click)};
 }
@@ -189,7 +208,9 @@ inline Parts partsOf(frmFind& form) {
 
 class ScriptedUser : public EditorWorld {
  public:
-    ScriptedUser() { playEach<frmItems, frmPLC, frmBranch, frmSetts, frmReplace>(); }
+    ScriptedUser() {
+        playEach<frmItems, CommonProperties, frmPLC, frmBranch, frmSetts, frmReplace>();
+    }
 
     /// Does what the line says: `open OUTLINE but PIECE is OTHER ...`, `click KEY`, `row TEXT` and
     /// others below, or a command of the table. False when there is no such node or row.
@@ -208,12 +229,7 @@ class ScriptedUser : public EditorWorld {
                        const std::string& actual)>
         differs = [](const auto& part, const auto&, const auto&) { ADD_FAILURE() << part; };
 
- private:
-    template <typename... Form>
-    void playEach() {
-        (forms.whenShown<Form>([this](Form& form) { playDialog(form); }), ...);
-    }
-
+ protected:
     template <typename Form>
     void playDialog(Form& form) {
         const auto parts = dialogParts::partsOf(form);
@@ -230,6 +246,12 @@ class ScriptedUser : public EditorWorld {
                 differs(seen, expected, part->shown());
             }
         }
+    }
+
+ private:
+    template <typename... Form>
+    void playEach() {
+        (forms.whenShown<Form>([this](Form& form) { playDialog(form); }), ...);
     }
 
     bool act(const std::string& verb, const std::string& what) {

@@ -1,0 +1,74 @@
+#include "dialogs/CommonProperties.h"
+
+#include <algorithm>
+
+#include "base/Numbers.h"
+#include "base/Reporting.h"
+
+namespace {
+
+void clearUnless(bool agree, std::string& text) {
+    if (!agree) text.clear();
+}
+
+}  // namespace
+
+void CommonProperties::Form_Load() {
+    reportErrors(desktop_, "Form_Load", [&] {
+        lblCount.caption =
+            grouped(items_.size()) + " items. An empty field leaves each item as it is.";
+        fields.Form_Load();
+        cmbFlag.list.assign(fields.optLetturaCaptions.begin(), fields.optLetturaCaptions.end());
+        cmbFlag.text = cmbFlag.list[fields.optLettura];
+        const auto first = document_.itemAt(*items_.front());
+        for (const Node* node : items_) {
+            const auto item = document_.itemAt(*node);
+            clearUnless(item->sDataType == first->sDataType, fields.cmbDataType.text);
+            clearUnless(item->sAccessRight == first->sAccessRight, fields.cmbAccessRight.text);
+            clearUnless(item->nElements == first->nElements, fields.txtElements.text);
+            clearUnless(item->bFlag == first->bFlag, cmbFlag.text);
+        }
+        fields.cmbDataType_Click();
+        loaded_ = shown();
+    });
+}
+
+CommonProperties::Shown CommonProperties::shown() const {
+    return {fields.cmbDataType.text, fields.cmbAccessRight.text, fields.txtElements.text,
+            cmbFlag.text};
+}
+
+/// Tells the user why not.
+bool CommonProperties::isAccepted(Node& item) const {
+    const Shown now = shown();
+    frmItems form(document_, desktop_, item, true);
+    form.Form_Load();
+    if (now.dataType != loaded_.dataType) {
+        form.cmbDataType.text = now.dataType;
+        form.cmbDataType_Click();
+    }
+    if (now.elements != loaded_.elements) form.txtElements.text = now.elements;
+    return form.CheckFields();
+}
+
+void CommonProperties::cmdOk_Click() {
+    reportErrors(desktop_, "cmdOk_Click", [&] {
+        if (!std::ranges::all_of(items_, [&](Node* item) { return isAccepted(*item); })) return;
+        const Shown now = shown();
+        ItemProperties changed;
+        if (now.dataType != loaded_.dataType) changed.dataType = now.dataType;
+        if (now.accessRight != loaded_.accessRight) changed.accessRight = now.accessRight;
+        if (now.flag != loaded_.flag) changed.isRead = now.flag == cmbFlag.list.front();
+        if (fields.txtElements.enabled && now.elements != loaded_.elements) {
+            changed.elements = readInt16(now.elements);
+        }
+        closed_ = true;
+        if (changed == ItemProperties()) return;
+        const BusyPointer busy(desktop_);
+        const Document::Step step(document_, "Change");
+        const ConfigTree::BulkChange bulk(document_.tree());
+        for (Node* item : items_)
+            document_.change(*item, changed);
+        applied_ = true;
+    });
+}
