@@ -7,8 +7,12 @@
 #include "file/Disk.h"
 #include "model/Document.h"
 
-/// Writes the whole configuration to the file at `path`, one byte a character (ISO-8859-1), as its
-/// texts are: whether they can be read back is for the FileRules, which must have no refusal. The
-/// text is complete before the old file is touched, and takes its place in one step. False, after
-/// telling the user, when it could not be written; the old file is as it was then.
+/// Writes the whole configuration to the file at `path` in ISO-8859-1, one byte for each character.
+/// Texts are written without escaping, so the caller asks FileRules first: refusal() must return
+/// nothing. The new file replaces the old one in one step, after all of it was written. Returns
+/// false, after a message to the user, if it could not be written; the old file is unchanged then.
+///
+///     const FileRules rules(document);
+///     if (rules.refusal()) return false;
+///     return CreateXML("/home/ann/house.xml", document, disk, desktop);
 bool CreateXML(const std::string& path, const Document& document, Disk& disk, Desktop& desktop);

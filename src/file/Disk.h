@@ -1,4 +1,4 @@
-// The file system as the editor needs it.
+// Access to files: whole files are read and replaced.
 #pragma once
 
 #include <algorithm>
@@ -10,53 +10,58 @@
 #include <string>
 #include <string_view>
 
-/// What tells whether a file is still the one that was read or written.
+/// Identifies one state of a file. Two equal stamps mean that nobody changed the file in between.
 struct FileStamp {
     std::uint64_t size = 0;    ///< bytes
-    std::int64_t time = 0;     ///< of the last change, in the unit of the system
-    std::uint64_t number = 0;  ///< of the file on its disk; another one once it was replaced
-    /// Of the last change of anything about it, which no program can set back; 0 where the system
-    /// does not tell.
+    std::int64_t time = 0;     ///< of the last change of its bytes, in the unit of the system
+    std::uint64_t number = 0;  ///< of the file on its disk; changes when the file is replaced
+    /// Time of the last change of the bytes or of the properties, which no program can set back.
+    /// 0 where the system does not know it.
     std::int64_t statusTime = 0;
     bool operator==(const FileStamp&) const = default;
 };
 
-/// The most bytes that a file to be read may have: just less than 2 GiB.
+/// The largest file that can be read, in bytes: just less than 2 GiB.
 constexpr std::uint64_t mostBytesRead = 0x7FFFFFFF;
 
-/// A file that is open for reading, from its first byte on.
+/// A file that is open for reading, at its first byte.
 struct InputFile {
-    std::uint64_t size;  ///< bytes, when it was opened
-    /// Puts the next bytes there; gives their number: fewer than asked for at the end only.
+    std::uint64_t size;  ///< bytes at the time of opening
+    /// Copies the next bytes to `to` and returns their number. It is less than `bytes` only at the
+    /// end of the file.
     std::function<std::size_t(char* to, std::size_t bytes)> read;
 };
 
-/// Writes bytes to a file, after those that were written before.
+/// Appends bytes to a file.
 using Write = std::function<void(std::string_view bytes)>;
 
-/// Whole files, read and replaced. Paths are UTF-8. An interface, so that a test can play any
-/// fault of a disk.
+/// Reads and replaces whole files. Paths are UTF-8. It is an interface so that a test can simulate
+/// any fault of a disk.
 ///
-/// Functions raise the numbers by which file systems' faults are reported: fileNotFound,
-/// pathNotFound, permissionDenied, diskFull, and pathFileAccessError for the rest (a folder in
-/// place of a file, a failing drive).
+///     const auto disk = systemDisk();
+///     const std::string bytes = disk->read("/home/ann/house.xml");
+///     disk->replace("/home/ann/copy.xml", bytes);
+///
+/// Functions raise RunTimeError with one of these numbers: fileNotFound, pathNotFound,
+/// permissionDenied, diskFull, and pathFileAccessError for all other faults (a folder instead of a
+/// file, a failing drive).
 class Disk {
  public:
     virtual ~Disk() = default;
 
-    /// True when there is a file, or anything else, at the path. Raises nothing.
+    /// True if a file, a folder or anything else exists at the path. Raises nothing.
     virtual bool exists(const std::string& path) = 0;
 
-    /// Nothing where there is no file. Raises nothing.
+    /// The stamp of the file, or nothing if there is none. Raises nothing.
     virtual std::optional<FileStamp> stampOf(const std::string& path) = 0;
 
-    /// Raises outOfMemory for a file of 2 GiB or more.
+    /// Opens a file for reading. Also raises outOfMemory for a file of 2 GiB or more.
     virtual InputFile openToRead(const std::string& path) = 0;
 
-    /// Reads the file, a piece after the other and most often in one: `room` makes room for a
-    /// piece, and `take` hears how many bytes came, fewer than were asked for with the last piece
-    /// only. `meanwhile` is called again and again while a piece comes, which takes long from a
-    /// slow disk.
+    /// Reads the whole file in pieces; most files are one piece. For each piece, `room` returns a
+    /// buffer of that many bytes, and `take` is then called with the number of bytes read, which
+    /// is smaller than the buffer only for the last piece. `meanwhile` is called at least every
+    /// 64 KiB, as a slow disk takes long for a piece.
     void readPieces(
         const std::string& path, const std::function<char*(std::size_t bytes)>& room,
         const std::function<void(std::size_t bytes, bool isLast)>& take,
@@ -64,9 +69,10 @@ class Disk {
         constexpr std::uint64_t least = 64UL * 1024;
         constexpr std::uint64_t most = 512UL * 1024 * 1024;
         const InputFile file = openToRead(path);
-        std::uint64_t left = file.size + 1;  // the end is met, though the file may have grown
+        std::uint64_t remaining =
+            file.size + 1;  // one more: to find the end even of a file that grew
         for (bool ended = false; !ended;) {
-            const auto piece = static_cast<std::size_t>(std::clamp(left, least, most));
+            const auto piece = static_cast<std::size_t>(std::clamp(remaining, least, most));
             char* const to = room(piece);
             std::size_t got = 0;
             while (!ended && got < piece) {
@@ -76,12 +82,12 @@ class Disk {
                 got += came;
                 meanwhile();
             }
-            left -= std::min<std::uint64_t>(left, got);
+            remaining -= std::min<std::uint64_t>(remaining, got);
             take(got, ended);
         }
     }
 
-    /// The bytes of the file.
+    /// Returns all bytes of the file.
     std::string read(const std::string& path) {
         std::string bytes;
         std::size_t end = 0;
@@ -95,24 +101,25 @@ class Disk {
         return bytes;
     }
 
-    /// Puts a file of the bytes that `contents` writes, a piece after the other, in the place of
-    /// the one at the path, or makes a new one. Either all of it happens, and the bytes are on the
-    /// disk, or an error is raised, by `contents` or the disk, and the old file is as it was: the
-    /// bytes go to a file beside it, which takes its place in one step. A
-    /// symbolic link is followed. Who may read and write an existing file stays as it was, only
-    /// its owner becomes who replaced it where the system lets nobody give files away; a file
-    /// that may not be written is refused, and one whose group or access list cannot be kept.
+    /// Replaces the file at the path, or creates it. `contents` is called once and writes the new
+    /// bytes. Either all of it succeeds and the bytes are on the disk, or an error is raised, by
+    /// `contents` or by the disk, and the old file is unchanged: the bytes go to a temporary file
+    /// in the same folder, which is renamed at the end.
+    ///
+    /// A symbolic link is followed. An existing file keeps its access rights. Its owner changes to
+    /// the current user where the system does not allow anything else. A file without write
+    /// permission is refused, and so is one whose group or access list cannot be kept.
     virtual void replace(const std::string& path,
                          const std::function<void(const Write& write)>& contents) = 0;
 
-    /// The same for bytes that are at hand.
+    /// Replaces the file with these bytes, in the same way.
     void replace(const std::string& path, std::string_view bytes) {
         replace(path, [&](const Write& write) { write(bytes); });
     }
 
-    /// Makes the folder and those above it, where they are missing.
+    /// Creates the folder and all missing folders above it.
     virtual void createFolders(const std::string& path) = 0;
 };
 
-/// The machine's own.
+/// The disk of this machine.
 std::unique_ptr<Disk> systemDisk();

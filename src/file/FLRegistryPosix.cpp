@@ -13,7 +13,7 @@ class SettingsFile : public FLRegistry {
 
     void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
                      const std::string& text) override {
-        // No line could say it: readers know no escapes.
+        // The file is read line by line, without escape sequences.
         if (std::ranges::any_of(text, isControl)) return;
         const std::string path = pathFor(subKey);
         disk_.createFolders(path.substr(0, path.rfind('/')));

@@ -10,8 +10,9 @@
 
 namespace {
 
-/// By the "A" function, which every server's reading matches, where the code page can carry the
-/// text: it is UTF-8 by the program's manifest since Windows 10, version 1903.
+/// Stores the text with the "A" function, which matches how every server reads it, where the code
+/// page is UTF-8. The program's manifest sets that since Windows 10, version 1903. Any other code
+/// page may lack characters of the text.
 void setText(HKEY key, const std::string& name, const std::string& text) {
     if (::GetACP() == CP_UTF8) {
         ::RegSetValueExA(key, name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()),
@@ -31,7 +32,7 @@ class WindowsRegistry : public FLRegistry {
  public:
     void SetRegValue(RegistryRoot /*root*/, const std::string& subKey, const std::string& valueName,
                      const std::string& text) override {
-        // A 32-bit server sees a HKEY_LOCAL_MACHINE\Software of its own, whatever this program is.
+        // A 32-bit server reads another HKEY_LOCAL_MACHINE\Software than a 64-bit server.
         for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
             HKEY key = nullptr;
             if (::RegCreateKeyExA(HKEY_LOCAL_MACHINE, subKey.c_str(), 0, nullptr,

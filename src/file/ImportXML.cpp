@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Also of a device that is not read for want of a name.
+/// 0 for a device without a name, which is not read.
 std::size_t lengthOfName(const XmlElement& device) {
     try {
         return device.attribute("name").size();
@@ -23,13 +23,13 @@ std::size_t lengthOfName(const XmlElement& device) {
     }
 }
 
-/// Where the messages about faults go: to the listener where there is one, with the place that is
-/// being read.
+/// Passes messages about faults to the listener, with the current line, or to the user if there
+/// is no listener.
 class Faults {
  public:
     explicit Faults(ReadingListener* listener) : listener_(listener) {}
 
-    void readAt(const Node* parent, std::size_t line) {
+    void setPlace(const Node* parent, std::size_t line) {
         parent_ = parent;
         line_ = line;
     }
@@ -39,11 +39,11 @@ class Faults {
         listener_->fault(text, parent_, line_);
     }
 
-    void read(const Node& node) {
+    void noteRead(const Node& node) {
         if (listener_ != nullptr) listener_->read(node, line_);
     }
 
-    bool areHeard() const { return listener_ != nullptr; }
+    bool hasListener() const { return listener_ != nullptr; }
     const FirstMessages& messages() const { return messages_; }
 
  private:
@@ -53,18 +53,18 @@ class Faults {
     std::size_t line_ = 0;
 };
 
-/// Turns the elements of one file into records and nodes. The parent of each is that of its
-/// element: a key cannot tell, as names may hold the "." that keys are joined with.
+/// Turns the elements of one file into records and nodes. Parents are found by the nesting of
+/// elements, not by keys: names may contain the "." that separates the names in a key.
 class Importer : public XmlListener {
  public:
     Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead,
              const std::function<bool()>& goesOn, Faults& faults)
         : document_(document), faults_(faults), turns_(desktop, goesOn), itemRead_(itemRead) {}
 
-    bool wantsLines() const override { return faults_.areHeard(); }
+    bool wantsLines() const override { return faults_.hasListener(); }
 
     bool began(const XmlElement& element) override {
-        faults_.readAt(path_.empty() ? nullptr : path_.back().node, line);
+        faults_.setPlace(path_.empty() ? nullptr : path_.back().node, line);
         path_.push_back(placeOf(element));
         path_.back().line = line;
         return path_.back().role == Role::item;
@@ -74,25 +74,25 @@ class Importer : public XmlListener {
         const Place place = path_.back();
         path_.pop_back();
         if (place.role != Role::item) return;
-        faults_.readAt(path_.back().node, place.line);
+        faults_.setPlace(path_.back().node, place.line);
         readItem(element, path_.back());
     }
 
     void pieceRead() override { turns_.pieceDone(); }
 
-    /// False when the file is another one's.
+    /// False if the root element is not that of a configuration.
     bool isConfiguration() const { return isConfiguration_; }
 
  private:
-    /// What an element is, where it stands.
+    /// What an element means, by its name and its parent.
     enum class Role { other, configuration, devices, device, contents, item };
 
     struct Place {
         Role role = Role::other;
-        Node* node = nullptr;      ///< of a device or of contents; null where it could not be made
-        std::size_t length = 0;    ///< of that node's key
-        std::size_t branches = 0;  ///< within one another, the element's own among them
-        std::size_t line = 0;      ///< in which the element begins
+        Node* node = nullptr;      ///< the device or branch; null if it could not be read
+        std::size_t length = 0;    ///< of the node's key, in bytes
+        std::size_t branches = 0;  ///< number of nested branches, with this one
+        std::size_t line = 0;      ///< where the element begins
     };
 
     Place placeOf(const XmlElement& element) {
@@ -135,7 +135,7 @@ class Importer : public XmlListener {
         throw RunTimeError(ErrorNumber::invalidFileFormat, reason);
     }
 
-    /// Before the key is made.
+    /// Called before the key is built, so that a malicious file cannot use up the memory.
     void countKey(std::size_t length) {
         if (length > mostKeyBytes) refuse("The path to a branch or an item is longer than 64 KB");
         keyBytes_ += length;
@@ -154,7 +154,7 @@ class Importer : public XmlListener {
         });
     }
 
-    /// Reads one device, without its contents; null when that could not be done.
+    /// Reads one device without its contents. Returns null if it has a fault.
     Node* BrowsePlc(const XmlElement& element) {
         Node* node = nullptr;
         reportErrors(faults_, "BrowsePlc", [&] {
@@ -163,12 +163,12 @@ class Importer : public XmlListener {
             deviceName_ = device->getName();
             node = &document_.add(device);
             makeVisible(*node);
-            faults_.read(*node);
+            faults_.noteRead(*node);
         });
         return node;
     }
 
-    /// Reads one branch, without its contents, or one item; null when that could not be done.
+    /// Reads one item, or one branch without its contents. Returns null if it has a fault.
     Node* BrowseBranch(const XmlElement& element, Node& parent) {
         Node* node = nullptr;
         reportErrors(faults_, "BrowseBranch", [&] {
@@ -184,7 +184,7 @@ class Importer : public XmlListener {
                 node = &document_.add(branch, parent);
                 makeVisible(*node);
             }
-            faults_.read(*node);
+            faults_.noteRead(*node);
         });
         return node;
     }
@@ -197,16 +197,16 @@ class Importer : public XmlListener {
         if (parent.node != nullptr) BrowseBranch(element, *parent.node);
     }
 
-    /// The parent's own parents are expanded since it was read itself.
+    /// All nodes above the parent were expanded when the parent was read.
     void makeVisible(const Node& node) { ConfigTree::setExpanded(*node.parent(), true); }
 
     Document& document_;
     Faults& faults_;
     EventTurns turns_;
     const std::function<void()>& itemRead_;
-    std::vector<Place> path_;  // of the elements that have begun and not ended
+    std::vector<Place> path_;  // the open elements, outermost first
     SharedText deviceName_;
-    std::uint64_t keyBytes_ = 0;  // of all keys so far
+    std::uint64_t keyBytes_ = 0;  // length of all keys so far
     bool isConfiguration_ = false;
 };
 
@@ -226,11 +226,11 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
                 readXml(disk, path, importer);
                 if (!goesOn()) throw RunTimeError(ErrorNumber::cancelled);
             } catch (...) {
-                // Nothing is made of a part of a file.
-                faults.readAt(nullptr, importer.line);
+                // A file that cannot be read to its end leaves the document empty.
+                faults.setPlace(nullptr, importer.line);
                 document.setSettings(settings);
                 document.startAt(path);
-                if (goesOn()) throw;  // who cancelled the reading need not be told
+                if (goesOn()) throw;  // a cancelled reading needs no message
             }
         });
     if (!isRead || !goesOn()) return false;

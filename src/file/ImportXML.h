@@ -9,32 +9,38 @@
 #include "file/Disk.h"
 #include "model/Document.h"
 
-/// Hears of what is read, and in which line of the file it begins.
+/// Receives what is read from a file and the faults in it, each with its line. The base class of
+/// those who need lines or handle the faults themselves:
+///
+///     MyListener listener;  // derived from ReadingListener
+///     ImportXML("/house.xml", document, disk, desktop, [] {}, [] { return true; }, &listener);
+///     listener.linesOfItems();
 class ReadingListener {
  public:
     virtual ~ReadingListener() = default;
 
-    /// A device, branch or item was read.
+    /// A device, branch or item was added to the document. Its element begins in that line.
     virtual void read(const Node& node, std::size_t line) = 0;
-    /// The message about a fault, in the element of that line in what `parent` stands for: null
-    /// where that is no device or branch. Line 0 where none is known.
+    /// An element has a fault. `parent` is the device or branch that contains the element, or null
+    /// if neither does. `line` is where the element begins, or 0 if that is not known.
     virtual void fault(const std::string& message, const Node* parent, std::size_t line) = 0;
 };
 
-/// Reads the configuration file at `path` into the document, whose tree holds the root only and
-/// whose registries are empty.
+/// Reads the configuration file at `path` into the document. The document's tree must contain only
+/// the root, and its registries must be empty.
 ///
-/// A fault in one device, branch or item is told with the general error message; that element is
-/// passed over and reading goes on, so a partly read configuration can result. Of these messages
-/// the first five are shown once the file is read, and one that tells how many there are besides.
-/// `itemRead` is called after every item. Pending events get their turn by the clock, whatever the
-/// file holds, and then `goesOn` is asked: false ends the reading without a word.
+/// A device, branch or item with a fault is skipped and reported with the general error message;
+/// reading continues, so the configuration can be incomplete. After the file is read, the user sees
+/// the first five of these messages, and one more with the number of the others.
 ///
-/// False when nothing was read: it was ended so; or, after telling the user, the file cannot be
-/// read, is not XML, has another root element, or would take more memory than any configuration
-/// needs.
+/// `itemRead` is called after every item. Pending events are processed at regular times during the
+/// reading, then `goesOn` is called: if it returns false, the reading ends without a message.
 ///
-/// A `listener` is told of all faults, each with its line, in the user's place.
+/// Returns false if nothing was read: `goesOn` ended the reading; or, after a message to the user,
+/// the file cannot be read, is not XML, has another root element, or would take more memory than
+/// any configuration needs.
+///
+/// If there is a `listener`, it receives all faults instead of the user.
 bool ImportXML(
     const std::string& path, Document& document, Disk& disk, Desktop& desktop,
     const std::function<void()>& itemRead,

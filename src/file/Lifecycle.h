@@ -1,4 +1,4 @@
-// New, open, save, save as, close and exit: the life of the open configuration.
+// The commands New, Open, Save, Save as, Close and Exit.
 #pragma once
 
 #include <chrono>
@@ -12,36 +12,41 @@
 #include "file/FileRules.h"
 #include "model/Document.h"
 
-/// What the lifecycle asks of the window that shows the configuration.
+/// What these commands need of the window that shows the configuration.
 class LifecycleWindow {
  public:
     virtual ~LifecycleWindow() = default;
 
-    /// Hides and empties both views and resets the buffer of copied items.
+    /// Hides and empties both views and clears the copied items.
     virtual void InitObjects() = 0;
-    /// A file begins to be read: all commands wait.
+    /// The reading of a file has begun. All commands are disabled.
     virtual void loadingStarted() = 0;
     virtual void itemLoaded() = 0;
-    /// The file has been read for a second: the user may want to end that.
+    /// The reading has taken a second. The user can cancel it from now on.
     virtual void loadingTakesLong() = 0;
     virtual void loadingEnded() = 0;
     /// There is a configuration to show and to edit.
     virtual void configurationOpened() = 0;
-    /// There is none any more.
+    /// There is no configuration any more.
     virtual void configurationClosed() = 0;
     virtual void clearList() = 0;
     /// Shows the devices in the list.
     virtual void listDevices() = 0;
-    /// Selects a node of the tree and shows it, unless a dialog is open that works on another.
+    /// Selects and shows a node of the tree, unless an open dialog works on another node.
     virtual void showFault(const Node& node) = 0;
     /// Closes the editor's windows and ends the application.
     virtual void endApplication() = 0;
 };
 
-/// The commands that create, open, save and close the configuration. Each asks what it has to
-/// ask, and none throws away changes without an answer of the user. None writes what the rules of
-/// files refuse, nor, unless the user says so, what could not be read back: the node that is in the
-/// way is shown then, and the old file stays.
+/// The commands that create, open, save and close the configuration.
+///
+///     Lifecycle lifecycle(document, rules, desktop, disk, registry, window);
+///     lifecycle.mnuOpenCfg_Click("/home/ann/house.xml");
+///     lifecycle.mnuSaveCfg_Click();
+///
+/// Unsaved changes are never discarded without asking the user. A configuration that FileRules
+/// refuses is not saved; one that could not be read back is saved only if the user confirms it.
+/// If it is not saved, the window shows the node that causes this, and the old file is unchanged.
 class Lifecycle {
  public:
     Lifecycle(Document& document, const FileRules& rules, Desktop& desktop, Disk& disk,
@@ -54,35 +59,36 @@ class Lifecycle {
           window_(window) {}
 
     void mnuNewCfg_Click();
-    /// Asks for the file, unless it is given.
+    /// Opens the file `given`. If that is empty, asks the user for a file.
     void mnuOpenCfg_Click(const std::string& given = {});
-    /// Ends the reading of a file, if there is one under way, as if it had failed.
+    /// Ends the reading of a file, if one is being read, as if it had failed.
     void cancelLoading() { loading_.goesOn = false; }
     void mnuSaveCfg_Click();
     void mnuSaveAs_Click();
     void mnuCloseCfg_Click();
     void mnuExit_Click();
-    /// The main window is being closed. False when it must stay. While a file is read, that comes
-    /// to an end first; then the application ends.
+    /// Called when the main window is about to close. Returns false if it must stay open. If a file
+    /// is being read, it stays open until the reading has been cancelled; then the application
+    /// ends.
     bool Form_Unload();
-    /// The program is told to end, by the desktop whose session ends. False when it must not: the
-    /// user wanted to save, and it is still not saved. Where `mayAsk` says that no question may be
-    /// asked, there is none. What is open stays so.
+    /// Called when the desktop session ends. Offers to save unsaved changes if `mayAsk` returns
+    /// true. Returns false if the program must not end: the user wanted to save, and the
+    /// configuration is still not saved. The configuration stays open.
     bool mayEnd(const std::function<bool()>& mayAsk);
 
     static constexpr const char* saveActiveQuestion = "Do you want to save active configuration?";
 
-    /// Offers to save what is not saved. False when the command that would replace it must stop:
-    /// the user wanted to save, and it is still not saved.
+    /// Offers to save unsaved changes. Returns false if the calling command must stop: the user
+    /// wanted to save, and the configuration is still not saved.
     bool saveFirst(const char* question = saveActiveQuestion);
 
-    /// Asks for an existing configuration file; its path, or "" when the user chose none.
+    /// Asks for an existing configuration file. Returns its path, or "" if the user chose none.
     std::string ShowDialSave();
 
  private:
     enum class SaveOutcome { saved, declined, failed };
 
-    /// The reading of a file: events may come to the editor meanwhile.
+    /// The reading of a file, during which the editor processes events.
     struct Loading {
         bool underWay = false;
         bool goesOn = true;
@@ -108,7 +114,7 @@ class Lifecycle {
     Disk& disk_;
     FLRegistry& registry_;
     LifecycleWindow& window_;
-    /// The file that was read or written last, as it was then.
+    /// Path and stamp of the file that was last read or written.
     std::string lastPath_;
     std::optional<FileStamp> lastStamp_;
     Loading loading_;

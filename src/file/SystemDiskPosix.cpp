@@ -24,7 +24,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The error for `errno` when opening or changing `path`.
+/// The error to raise for a value of errno, after opening or changing `path` failed.
 RunTimeError errorFor(int code, const fs::path& path) {
     switch (code) {
         case ENOENT: {
@@ -45,7 +45,7 @@ RunTimeError errorFor(int code, const fs::path& path) {
     }
 }
 
-/// A file descriptor that is closed with it.
+/// Owns a file descriptor and closes it.
 class File {
  public:
     explicit File(int descriptor) : descriptor_(descriptor) {}
@@ -66,27 +66,26 @@ class File {
     int descriptor_;
 };
 
-/// How the names begin of the files that this machine writes before they take another's place.
-/// Machines that share a folder have names of their own: not all file systems show one machine the
-/// locks of another.
+/// The beginning of the names of this machine's temporary files. It contains the host name, because
+/// machines may share a folder, and not every file system shows one machine the locks of another.
 std::string temporaryPrefix() {
     std::array<char, HOST_NAME_MAX + 1> host{};
     ::gethostname(host.data(), HOST_NAME_MAX);
     return ".new-" + std::string(host.data()) + "-";
 }
 
-/// Locks an open file until it is closed, at the latest when its process ends, whatever kills it
-/// (fcntl(2), "Open file description locks"). False, and `errno`, where another has the lock, or
-/// the file system has none.
+/// Locks an open file until it is closed; the end of the process closes it in any case (fcntl(2),
+/// "Open file description locks"). Returns false and sets errno if another process has the lock, or
+/// the file system has no locks.
 bool lock(int file) {
     struct flock whole {};
     whole.l_type = F_WRLCK;
     return ::fcntl(file, F_OFD_SETLK, &whole) == 0;
 }
 
-/// Removes what was left by processes that were killed while they saved: what nobody has locked.
-/// Nothing here is worth failing a save.
-void removeWhatTheDeadLeft(const fs::path& folder) {
+/// Removes stale temporary files: those of processes that were killed while they saved. Nobody has
+/// them locked. Errors are ignored, so that they do not fail a save.
+void removeStaleTemporaries(const fs::path& folder) {
     const std::string prefix = temporaryPrefix();
     std::error_code failure;
     for (fs::directory_iterator each(folder, failure), end; !failure && each != end;
@@ -103,13 +102,13 @@ struct stat statusOf(int file, const fs::path& path) {
     return status;
 }
 
-/// A new file of a name that no other has, removed unless it has been kept. Not named after the
-/// target: its name may be as long as names can be.
+/// A new, locked file with a unique name. The destructor removes it unless keep() was called. The
+/// name does not contain that of the target, which may already have the maximum length.
 class TemporaryFile {
  public:
     TemporaryFile(const fs::path& folder, mode_t mode) {
         std::random_device random;
-        // Before it is locked it may pass for one that the dead left, and be gone.
+        // Until the file is locked, another process may take it for stale and remove it.
         constexpr int mostTries = 16;
         for (int tries = 0; tries < mostTries; ++tries) {
             path_ = folder / (temporaryPrefix() + std::to_string(random()));
@@ -117,10 +116,10 @@ class TemporaryFile {
             if (file_.descriptor() < 0) throw errorFor(errno, path_);
             struct stat status {};
             const bool isLocked = lock(file_.descriptor());
-            const bool isGone =
+            const bool isRemoved =
                 isLocked ? ::fstat(file_.descriptor(), &status) == 0 && status.st_nlink == 0
                          : errno == EAGAIN;
-            if (!isGone) return;
+            if (!isRemoved) return;
         }
     }
     TemporaryFile(const TemporaryFile&) = delete;
@@ -138,9 +137,9 @@ class TemporaryFile {
     File file_{-1};
 };
 
-/// Where a chain of symbolic links ends; the file there need not exist.
+/// Follows a chain of symbolic links to its end. The file there need not exist.
 fs::path followLinks(fs::path path) {
-    constexpr int mostLinks = 40;  // as many as Linux itself follows
+    constexpr int mostLinks = 40;  // the limit of Linux
     for (int links = 0; links < mostLinks; ++links) {
         std::error_code notALink;
         const fs::path next = fs::read_symlink(path, notALink);
@@ -150,7 +149,8 @@ fs::path followLinks(fs::path path) {
     throw RunTimeError(ErrorNumber::pathFileAccessError);
 }
 
-/// The status of the file to be replaced, if there is one; refuses what must not be replaced.
+/// The status of the file to be replaced, or nothing if there is none. Raises an error for a target
+/// that is not a regular file or must not be written.
 std::optional<struct stat> statusOfTarget(const fs::path& target) {
     struct stat status {};
     if (::stat(target.c_str(), &status) != 0) {
@@ -171,8 +171,8 @@ void writeAll(int descriptor, std::string_view bytes, const fs::path& path) {
     }
 }
 
-/// The answer of a call that fills a buffer with an extended attribute, or with their names;
-/// nothing, and `errno`, where there is none.
+/// Returns what `call` writes into a buffer: the value of an extended attribute, or the names of
+/// all. Returns nothing and sets errno if the call fails.
 template <typename Call>
 std::optional<std::string> attribute(const Call& call) {
     std::string value(XATTR_SIZE_MAX, '\0');
@@ -182,9 +182,9 @@ std::optional<std::string> attribute(const Call& call) {
     return value;
 }
 
-/// Gives the file the access list of the old one. A list that the folder gives to its new files
-/// goes: it would let others in.
-void carryAccessList(const fs::path& old, int file) {
+/// Copies the access list of the old file. Without one, removes the list that the file may have
+/// inherited from its folder: it could grant rights that the old file did not grant.
+void copyAccessList(const fs::path& old, int file) {
     constexpr const char* accessList = "system.posix_acl_access";
     const auto list = attribute([&](char* value, std::size_t size) {
         return ::getxattr(old.c_str(), accessList, value, size);
@@ -195,8 +195,9 @@ void carryAccessList(const fs::path& old, int file) {
     if (result != 0 && (list || (errno != ENODATA && errno != ENOTSUP))) throw errorFor(errno, old);
 }
 
-/// Best effort: what users attach to a file decides nothing.
-void carryUserAttributes(const fs::path& old, int file) {
+/// Copies the attributes that users attached to the old file. Errors are ignored: no program needs
+/// them to read the file.
+void copyUserAttributes(const fs::path& old, int file) {
     const auto names = attribute(
         [&](char* value, std::size_t size) { return ::listxattr(old.c_str(), value, size); });
     for (std::size_t i = 0; names && i < names->size(); i = names->find('\0', i) + 1) {
@@ -209,42 +210,44 @@ void carryUserAttributes(const fs::path& old, int file) {
     }
 }
 
-/// Gives the file owner, group and rights of the old one. Only root may give a file away; where
-/// the owner cannot be kept, the group is, or it would be locked out, unless it may just what
-/// others may. What is right already is not set: not every file system can.
-void carryRights(const fs::path& old, const struct stat& before, int file) {
+/// Copies owner, group and rights of the old file. Only root can set another owner. Where that
+/// fails, at least the group is set, as its members could lose their access. Raises an error if
+/// that fails too, unless the group has the same rights as all others. Properties that are already
+/// equal are not set, because not every file system can set them.
+void copyRights(const fs::path& old, const struct stat& before, int file) {
     struct stat status = statusOf(file, old);
-    const bool theGroupMatters = ((before.st_mode ^ (before.st_mode >> 3U)) & 7U) != 0;
+    const bool groupHasOwnRights = ((before.st_mode ^ (before.st_mode >> 3U)) & 7U) != 0;
     if ((status.st_uid != before.st_uid || status.st_gid != before.st_gid) &&
         ::fchown(file, before.st_uid, before.st_gid) != 0 && status.st_gid != before.st_gid &&
-        ::fchown(file, static_cast<uid_t>(-1), before.st_gid) != 0 && theGroupMatters) {
+        ::fchown(file, static_cast<uid_t>(-1), before.st_gid) != 0 && groupHasOwnRights) {
         throw errorFor(errno, old);
     }
-    carryAccessList(old, file);
-    carryUserAttributes(old, file);
+    copyAccessList(old, file);
+    copyUserAttributes(old, file);
     status = statusOf(file, old);
     mode_t mode = before.st_mode & 07777U;
-    // To act as its owner, or its group, was granted by the old owner.
+    // The set-user-ID and set-group-ID bits are valid only for the old owner and group.
     if (status.st_uid != before.st_uid || status.st_gid != before.st_gid) mode &= 0777U;
     if ((status.st_mode & 07777U) != mode && ::fchmod(file, mode) != 0) throw errorFor(errno, old);
 }
 
-/// So that the new name is on the disk too. Not every file system lets a folder be flushed; the
-/// file itself is safe by then.
+/// Flushes the folder, so that the new name is on the disk too. Errors are ignored: not every file
+/// system can flush a folder, and the bytes of the file are already on the disk.
 void flushFolder(const fs::path& folder) {
     const File file(::open(folder.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
     if (file.descriptor() >= 0) static_cast<void>(::fsync(file.descriptor()));
 }
 
-/// A file system of a network may have renamed the file and tell of a failure all the same: the
-/// answer was lost, and asked again the server found no such file any more.
-void takePlace(const TemporaryFile& file, const fs::path& target) {
+/// Renames the file to the target. A network file system may report a failure although it renamed
+/// the file: the answer was lost, and when asked again the server did not find the old name. So
+/// after a failure this checks whether the target is our file.
+void renameToTarget(const TemporaryFile& file, const fs::path& target) {
     if (::rename(file.path().c_str(), target.c_str()) == 0) return;
     const auto error = errorFor(errno, target);
-    struct stat there {};
+    struct stat present {};
     const struct stat ours = statusOf(file.descriptor(), target);
-    if (::lstat(target.c_str(), &there) != 0 || there.st_dev != ours.st_dev ||
-        there.st_ino != ours.st_ino) {
+    if (::lstat(target.c_str(), &present) != 0 || present.st_dev != ours.st_dev ||
+        present.st_ino != ours.st_ino) {
         throw error;
     }
 }
@@ -273,7 +276,7 @@ class PosixDisk : public Disk {
         if (file->descriptor() < 0 || ::fstat(file->descriptor(), &status) != 0) {
             throw errorFor(errno, path);
         }
-        // A pipe or a device may never end.
+        // Only a regular file has an end for sure; a pipe or a device may have none.
         if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
         const auto size = static_cast<std::uint64_t>(status.st_size);
         if (size > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
@@ -295,15 +298,15 @@ class PosixDisk : public Disk {
         const fs::path target = followLinks(path);
         const auto old = statusOfTarget(target);
         const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
-        removeWhatTheDeadLeft(folder);
+        removeStaleTemporaries(folder);
 
-        // Nobody else's until it has the old one's rights.
+        // No other user may read it before it has the rights of the old file.
         TemporaryFile temporary(folder, old ? 0600U : 0666U);
         const int file = temporary.descriptor();
         contents([&](std::string_view bytes) { writeAll(file, bytes, target); });
-        if (old) carryRights(target, *old, file);
+        if (old) copyRights(target, *old, file);
         if (::fsync(file) != 0) throw errorFor(errno, target);
-        takePlace(temporary, target);
+        renameToTarget(temporary, target);
         temporary.keep();
         flushFolder(folder);
     }
@@ -318,8 +321,8 @@ class PosixDisk : public Disk {
 }  // namespace
 
 std::unique_ptr<Disk> systemDisk() {
-    // A limit on the size of files is then reported like a full disk, and does not end the
-    // program.
+    // Without this, exceeding a limit on file sizes would end the program. Now it is reported like
+    // a full disk.
     ::signal(SIGXFSZ, SIG_IGN);
     return std::make_unique<PosixDisk>();
 }

@@ -25,9 +25,9 @@ bool isFolder(const fs::path& path) {
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-constexpr DWORD errorDiskQuotaExceeded = 1295;  // of the Windows SDK's winerror.h
+constexpr DWORD errorDiskQuotaExceeded = 1295;  // from winerror.h of the Windows SDK
 
-/// The error for GetLastError() when opening or changing `path`.
+/// The error to raise for a value of GetLastError(), after opening or changing `path` failed.
 RunTimeError errorFor(DWORD code, const fs::path& path) {
     switch (code) {
         case ERROR_FILE_NOT_FOUND: return RunTimeError(ErrorNumber::fileNotFound);
@@ -37,7 +37,7 @@ RunTimeError errorFor(DWORD code, const fs::path& path) {
         case ERROR_BAD_NETPATH:
         case ERROR_BAD_NET_NAME: return RunTimeError(ErrorNumber::pathNotFound);
         case ERROR_ACCESS_DENIED:
-            // The answer to opening a folder too.
+            // Windows reports this for an attempt to open a folder, too.
             if (isFolder(path)) return RunTimeError(ErrorNumber::pathFileAccessError);
             return RunTimeError(ErrorNumber::permissionDenied);
         case ERROR_SHARING_VIOLATION:
@@ -52,7 +52,7 @@ RunTimeError errorFor(DWORD code, const fs::path& path) {
     }
 }
 
-/// The full path in the form that may be longer than 260 characters on every Windows.
+/// The full path in the form that may be longer than 260 characters in every version of Windows.
 fs::path pathOf(const std::string& utf8) {
     const fs::path path(std::u8string(utf8.begin(), utf8.end()));
     std::error_code failure;
@@ -65,10 +65,10 @@ fs::path pathOf(const std::string& utf8) {
     return LR"(\\?\)" + full;
 }
 
-/// A handle that is closed with it.
+/// Owns a file handle and closes it.
 class File {
  public:
-    /// `sharing` is what others may do with the file meanwhile.
+    /// `sharing` is what others may do with the file while it is open.
     File(const fs::path& path, DWORD access, DWORD sharing, DWORD creation, DWORD flags = 0)
         : handle_(::CreateFileW(path.c_str(), access, sharing, nullptr, creation, flags, nullptr)) {
     }
@@ -85,9 +85,9 @@ class File {
     HANDLE handle_;
 };
 
-constexpr DWORD everything = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
-/// Only a file on a disk can be read whole: a pipe or a port may never end.
+/// Raises an error unless the file is open and on a disk. A pipe or a port may have no end.
 void requireFile(const File& file, const fs::path& path) {
     if (!file.isOpen()) throw errorFor(::GetLastError(), path);
     if (::GetFileType(file.handle()) != FILE_TYPE_DISK) {
@@ -110,13 +110,13 @@ void writeAll(const File& file, std::string_view bytes, const fs::path& path) {
 
 std::uint64_t joined(std::uint64_t high, std::uint64_t low) { return high << 32U | low; }
 
-/// What a file system answers that does not have what was asked for.
+/// True for the errors of a file system that lacks the requested function.
 bool isNotSupported(DWORD code) {
     return code == ERROR_NOT_SUPPORTED || code == ERROR_INVALID_FUNCTION ||
            code == ERROR_CALL_NOT_IMPLEMENTED;
 }
 
-/// Nothing where there is no file.
+/// The attributes of a file, or nothing if there is none.
 std::optional<DWORD> attributesOf(const fs::path& path) {
     const DWORD attributes = ::GetFileAttributesW(path.c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES) return attributes;
@@ -125,10 +125,10 @@ std::optional<DWORD> attributesOf(const fs::path& path) {
     return std::nullopt;
 }
 
-/// Where symbolic links end; a path without any is given back.
+/// Follows symbolic links to their end. Returns a path without links unchanged.
 fs::path followLinks(const fs::path& path) {
     if ((attributesOf(path).value_or(0) & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return path;
-    const File file(path, 0, everything, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
+    const File file(path, 0, shareAll, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS);
     if (!file.isOpen()) throw errorFor(::GetLastError(), path);
     std::wstring end(::GetFinalPathNameByHandleW(file.handle(), nullptr, 0, 0), L'\0');
     const auto length =
@@ -138,7 +138,7 @@ fs::path followLinks(const fs::path& path) {
     return end;
 }
 
-/// The number of the file on its disk; nothing where it is not open, or the disk has no numbers.
+/// The number of the file on its disk, or nothing if it is not open or the disk has no numbers.
 std::optional<std::uint64_t> numberOf(const File& file) {
     BY_HANDLE_FILE_INFORMATION data{};
     if (!file.isOpen() || ::GetFileInformationByHandle(file.handle(), &data) == 0) {
@@ -147,7 +147,7 @@ std::optional<std::uint64_t> numberOf(const File& file) {
     return joined(data.nFileIndexHigh, data.nFileIndexLow);
 }
 
-/// Owner or access list of a file, as a security descriptor. Empty where the file system has none.
+/// Owner or access list of a file, as a security descriptor. Empty if the file system has neither.
 using Security = std::vector<std::byte>;
 
 Security securityOf(const File& file, SECURITY_INFORMATION part, const fs::path& path) {
@@ -163,8 +163,8 @@ Security securityOf(const File& file, SECURITY_INFORMATION part, const fs::path&
     return security;
 }
 
-/// The entries of an access list, without the note that an entry comes from the folder. Nothing
-/// for a file without a list, with which everybody may do everything.
+/// The entries of an access list, without the flag that an entry was inherited from the folder.
+/// Nothing for a file without a list, to which everyone has full access.
 std::optional<std::string> entriesOf(Security security) {
     BOOL hasList = FALSE;
     BOOL isDefault = FALSE;
@@ -184,42 +184,43 @@ std::optional<std::string> entriesOf(Security security) {
     return entries;
 }
 
-/// What a new file takes over from the one in whose place it comes.
+/// The properties of the old file that the new file gets.
 struct OldFile {
     DWORD attributes;
     Security list;
     Security owner;
 };
 
-/// The file to be replaced, if there is one. Refuses what must not be, by its attribute or its
-/// access list: no right to write into a file is needed to put another in its place.
+/// The file to be replaced, or nothing if there is none. Raises an error for a file that must not
+/// be written, by its attribute or its access list: Windows itself would allow to replace it, as
+/// that needs no right to write into it.
 std::optional<OldFile> statusOf(const fs::path& path) {
     const auto attributes = attributesOf(path);
     if (!attributes) return std::nullopt;
     if ((*attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0) {
         throw errorFor(ERROR_ACCESS_DENIED, path);
     }
-    if (const File file(path, GENERIC_WRITE, everything, OPEN_EXISTING); !file.isOpen()) {
+    if (const File file(path, GENERIC_WRITE, shareAll, OPEN_EXISTING); !file.isOpen()) {
         const DWORD code = ::GetLastError();
-        // Another program may have it open and let nobody write into it; it may be replaced still.
+        // Another program may have the file open and allow no writing. It can still be replaced.
         if (code != ERROR_SHARING_VIOLATION) throw errorFor(code, path);
     }
-    const File file(path, READ_CONTROL, everything, OPEN_EXISTING);
+    const File file(path, READ_CONTROL, shareAll, OPEN_EXISTING);
     if (!file.isOpen()) throw errorFor(::GetLastError(), path);
     return OldFile{*attributes, securityOf(file, DACL_SECURITY_INFORMATION, path),
                    securityOf(file, OWNER_SECURITY_INFORMATION, path)};
 }
 
 void setSecurity(const fs::path& path, DWORD access, SECURITY_INFORMATION part, Security value) {
-    const File file(path, access, everything, OPEN_EXISTING);
+    const File file(path, access, shareAll, OPEN_EXISTING);
     if (file.isOpen()) ::SetKernelObjectSecurity(file.handle(), part, value.data());
 }
 
-/// Gives the file at the path access list and owner of the old one. Who may only change files,
-/// as on many shares, cannot give a file a list; then that from the folder must have the same
-/// entries. The owner stays where the system lets it: an administrator's own file does, that of
-/// somebody else does not.
-void carryRights(const OldFile& old, const File& file, const fs::path& path) {
+/// Copies access list and owner of the old file. A user who may only change files, as on many
+/// shares, cannot set an access list; then the list inherited from the folder must have the same
+/// entries, or permissionDenied is raised. The owner is kept if the system allows it: for an
+/// administrator's own file it does, for a file of another user it does not.
+void copyRights(const OldFile& old, const File& file, const fs::path& path) {
     const auto list = [&] { return securityOf(file, DACL_SECURITY_INFORMATION, path); };
     if (list() != old.list) setSecurity(path, WRITE_DAC, DACL_SECURITY_INFORMATION, old.list);
     if (entriesOf(list()) != entriesOf(old.list)) {
@@ -230,10 +231,11 @@ void carryRights(const OldFile& old, const File& file, const fs::path& path) {
     }
 }
 
-/// How the names begin of the files that are written before they take another's place.
+/// The beginning of the names of temporary files.
 constexpr std::wstring_view temporaryPrefix = L"~new-";
 
-/// A name that no other file has. Not made from the target's: that may be as long as names can be.
+/// A unique file name. It does not contain the name of the target, which may already have the
+/// maximum length.
 std::wstring temporaryName() {
     return std::wstring(temporaryPrefix) + std::to_wstring(::GetCurrentProcessId()) + L"-" +
            std::to_wstring(std::random_device()());
@@ -243,23 +245,24 @@ bool isTemporaryName(const wchar_t* name) {
     return std::regex_match(name, std::wregex(std::wstring(temporaryPrefix) + L"[0-9]+-[0-9]+"));
 }
 
-/// Removes what editors left that were killed while they saved, on this machine or another that
-/// shares the folder. Nobody who writes such a file shares it, and the system closes it with the
-/// process: what can be opened alone has no owner. Nothing here is worth failing a save.
-void removeLeftOvers(const fs::path& folder) {
+/// Removes stale temporary files: those of editors that were killed while they saved, on this
+/// machine or on another that shares the folder. A running editor keeps its file open without
+/// sharing, and the end of the process closes it, so a file that can be opened here is stale.
+/// Errors are ignored, so that they do not fail a save.
+void removeStaleTemporaries(const fs::path& folder) {
     WIN32_FIND_DATAW found{};
     const std::wstring pattern = folder / (std::wstring(temporaryPrefix) + L"*");
     const HANDLE search = ::FindFirstFileW(pattern.c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) return;
     do {
         if (!isTemporaryName(found.cFileName)) continue;
-        const File closedWithIt(folder / found.cFileName, DELETE, 0, OPEN_EXISTING,
-                                FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT);
+        const File deletedWhenClosed(folder / found.cFileName, DELETE, 0, OPEN_EXISTING,
+                                     FILE_FLAG_DELETE_ON_CLOSE | FILE_FLAG_OPEN_REPARSE_POINT);
     } while (::FindNextFileW(search, &found) != 0);
     ::FindClose(search);
 }
 
-/// Removes a file unless it has been kept.
+/// Removes a file in the destructor unless keep() was called.
 class TemporaryFile {
  public:
     explicit TemporaryFile(fs::path path) : path_(std::move(path)) {}
@@ -276,21 +279,21 @@ class TemporaryFile {
     fs::path path_;
 };
 
-/// Renames the file to the name of another, which goes in the same step, also while programs read
-/// it that let files be deleted; the new name is on the disk then. False where the file system
-/// cannot: Windows 10 can from version 1709 on, on NTFS.
+/// Renames a file over another one in one step, even while programs read the other with
+/// FILE_SHARE_DELETE. The new name is on the disk afterwards. Returns false if the file system does
+/// not support that: NTFS does, since Windows 10, version 1709.
 bool renamePosix(const fs::path& from, const fs::path& to) {
-    // Of the Windows SDK's winbase.h and ntifs.h.
+    // From winbase.h and ntifs.h of the Windows SDK.
     constexpr auto fileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
     constexpr DWORD replaceIfExists = 1;
     constexpr DWORD posixSemantics = 2;
     struct Renaming {
         DWORD flags;
         HANDLE folder;
-        DWORD bytes;  ///< of the name, without the zero after it
+        DWORD bytes;  ///< of the name, without the terminating zero
         wchar_t name[1];
     };
-    const File file(from, DELETE, everything, OPEN_EXISTING, FILE_FLAG_WRITE_THROUGH);
+    const File file(from, DELETE, shareAll, OPEN_EXISTING, FILE_FLAG_WRITE_THROUGH);
     if (!file.isOpen()) return false;
     const auto bytes = to.native().size() * sizeof(wchar_t);
     std::vector<std::byte> buffer(sizeof(Renaming) + bytes);
@@ -301,10 +304,11 @@ bool renamePosix(const fs::path& from, const fs::path& to) {
                                         static_cast<DWORD>(buffer.size())) != 0;
 }
 
-/// One rename: at each moment the name is that of the whole old file or of the whole new one.
-/// Tried again for half a second: the server that reads the old file, and a scanner that looks at
-/// it, hold it for a moment only. A network may have renamed and tell of a failure all the same.
-void takePlace(const File& file, const fs::path& path, const fs::path& target) {
+/// Renames the file to the target in one step, so that at any time the name belongs to the complete
+/// old file or to the complete new one. Tries again for half a second, as the server or a virus
+/// scanner may have the old file open for a moment. A network file system may report a failure
+/// although it renamed the file, so after a failure this checks whether the target is our file.
+void renameToTarget(const File& file, const fs::path& path, const fs::path& target) {
     constexpr int mostTries = 10;
     constexpr DWORD pause = 50;  // milliseconds
     for (int tries = 1; !renamePosix(path, target); ++tries) {
@@ -312,10 +316,10 @@ void takePlace(const File& file, const fs::path& path, const fs::path& target) {
         if (::MoveFileExW(path.c_str(), target.c_str(), how) != 0) return;
         const DWORD code = ::GetLastError();
         const auto number = numberOf(file);
-        if (number && number == numberOf(File(target, 0, everything, OPEN_EXISTING))) return;
-        const bool isHeld = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
-                            code == ERROR_USER_MAPPED_FILE;
-        if (!isHeld || tries == mostTries) throw errorFor(code, target);
+        if (number && number == numberOf(File(target, 0, shareAll, OPEN_EXISTING))) return;
+        const bool isInUse = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
+                             code == ERROR_USER_MAPPED_FILE;
+        if (!isInUse || tries == mostTries) throw errorFor(code, target);
         ::Sleep(pause);
     }
 }
@@ -327,7 +331,7 @@ class WindowsDisk : public Disk {
     }
 
     std::optional<FileStamp> stampOf(const std::string& path) override {
-        const File file(pathOf(path), FILE_READ_ATTRIBUTES, everything, OPEN_EXISTING,
+        const File file(pathOf(path), FILE_READ_ATTRIBUTES, shareAll, OPEN_EXISTING,
                         FILE_FLAG_BACKUP_SEMANTICS);
         BY_HANDLE_FILE_INFORMATION data{};
         if (!file.isOpen() || ::GetFileInformationByHandle(file.handle(), &data) == 0) {
@@ -345,7 +349,7 @@ class WindowsDisk : public Disk {
     InputFile openToRead(const std::string& path) override {
         const fs::path source = pathOf(path);
         const auto file =
-            std::make_shared<const File>(source, GENERIC_READ, everything, OPEN_EXISTING);
+            std::make_shared<const File>(source, GENERIC_READ, shareAll, OPEN_EXISTING);
         requireFile(*file, source);
         LARGE_INTEGER size{};
         if (::GetFileSizeEx(file->handle(), &size) == 0) throw errorFor(::GetLastError(), source);
@@ -371,25 +375,25 @@ class WindowsDisk : public Disk {
                  const std::function<void(const Write&)>& contents) override {
         const fs::path target = followLinks(pathOf(path));
         const auto old = statusOf(target);
-        removeLeftOvers(target.parent_path());
+        removeStaleTemporaries(target.parent_path());
 
         TemporaryFile temporary(target.parent_path() / temporaryName());
-        const DWORD carried = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
-                              FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
-        // Others may rename or delete it only: nobody looks into it before it has its rights.
+        const DWORD copied = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM |
+                             FILE_ATTRIBUTE_NOT_CONTENT_INDEXED | FILE_ATTRIBUTE_ENCRYPTED;
+        // Others may only rename or delete it. Nobody can read it before it has its final rights.
         const File file(temporary.path(), GENERIC_WRITE | READ_CONTROL, FILE_SHARE_DELETE,
-                        CREATE_NEW, old ? old->attributes & carried : FILE_ATTRIBUTE_NORMAL);
+                        CREATE_NEW, old ? old->attributes & copied : FILE_ATTRIBUTE_NORMAL);
         if (!file.isOpen()) {
             const auto error = errorFor(::GetLastError(), target);
-            temporary.keep();  // it is not ours
+            temporary.keep();  // it belongs to another process
             throw error;
         }
-        if (old) carryRights(*old, file, temporary.path());
+        if (old) copyRights(*old, file, temporary.path());
         contents([&](std::string_view bytes) { writeAll(file, bytes, target); });
         if (::FlushFileBuffers(file.handle()) == 0 && !isNotSupported(::GetLastError())) {
             throw errorFor(::GetLastError(), target);
         }
-        takePlace(file, temporary.path(), target);
+        renameToTarget(file, temporary.path(), target);
         temporary.keep();
     }
 

@@ -20,8 +20,8 @@
 
 namespace {
 
-/// Hears Expat's events and tells the listener of elements. Expat is asked for character data
-/// only where it is wanted: most of a file's is indentation.
+/// Builds elements from Expat's events and passes them to the listener. Expat delivers character
+/// data only inside wanted children: most character data of a file is indentation.
 class Builder {
  public:
     explicit Builder(XmlListener& listener)
@@ -37,7 +37,7 @@ class Builder {
         XML_SetUnknownEncodingHandler(parser_.get(), unknownEncoding, this);
     }
 
-    /// Room for the next piece of the text.
+    /// Returns a buffer for the next piece of the text.
     char* room(std::size_t bytes) {
         void* const room = XML_GetBuffer(parser_.get(), static_cast<int>(bytes));
         if (room == nullptr) throw std::bad_alloc();
@@ -45,10 +45,10 @@ class Builder {
         return room_;
     }
 
-    /// Takes so many bytes that stand there. Expat counts the lines of each piece but the last
-    /// beforehand: the fewer, the faster.
+    /// Parses that many bytes of the buffer. Few large pieces are faster than many small ones:
+    /// Expat counts the lines of each piece but the last in advance.
     void parse(std::size_t bytes, bool isLast) {
-        // The mark of UTF-8 counts for more than the encoding that is declared.
+        // The byte order mark overrides the declared encoding.
         if (!std::exchange(hasBegun_, true) &&
             std::string_view(room_, bytes).starts_with("\xEF\xBB\xBF")) {
             XML_SetEncoding(parser_.get(), "UTF-8");
@@ -63,10 +63,11 @@ class Builder {
     }
 
  private:
-    /// No exception may pass through Expat, which is C: it stops, and parse() lets it go on.
+    /// Expat is written in C, so no exception may pass through it. The exception is stored, Expat
+    /// stops, and parse() throws the exception again.
     template <typename Event>
     void guard(const Event& event) {
-        if (failure_ != nullptr) return;  // Expat may tell what was under way
+        if (failure_ != nullptr) return;  // Expat may still report the event that it was working on
         try {
             event(*this);
         } catch (...) {
@@ -98,7 +99,7 @@ class Builder {
         });
     }
 
-    /// Expat itself does not know Windows-1252.
+    /// Windows-1252 is not built into Expat.
     static int XMLCALL unknownEncoding(void* userData, const XML_Char* name,
                                        XML_Encoding* encoding) {
         if (!equalIgnoringCase(name, "windows-1252")) return XML_STATUS_ERROR;
@@ -137,8 +138,8 @@ class Builder {
             [](Builder& builder) { builder.refuse("attribute declarations are not accepted"); });
     }
 
-    /// A text that leans on declarations elsewhere is refused: entities whose declarations were
-    /// never read would vanish from it without a word.
+    /// Refuses a text that depends on declarations in another file. Entities that are declared
+    /// there would be dropped without a message.
     static int XMLCALL notStandalone(void* /*userData*/) { return XML_STATUS_ERROR; }
 
     void start(const XML_Char* name, const XML_Char** attributes) {
@@ -152,7 +153,7 @@ class Builder {
             } else {
                 dropIndentation();
             }
-            tagStands(true);
+            noteTag(true);
             return;
         }
         if (open_ == elements_.size()) elements_.emplace_back();
@@ -174,7 +175,7 @@ class Builder {
         if (levelsInside_ > 0) {
             if (!lastTagBegan_) dropIndentation();
             if (--levelsInside_ == 0) endChild();
-            tagStands(false);
+            noteTag(false);
             return;
         }
         XmlElement& element = elements_[open_ - 1];
@@ -203,19 +204,19 @@ class Builder {
 
     void endChild() { XML_SetCharacterDataHandler(parser_.get(), nullptr); }
 
-    /// Of the child that began last.
+    /// The text of the child that began last.
     std::string& text() { return children_[childCount_ - 1].text; }
 
-    /// Drops the character data since the last tag where it is only white space between
-    /// elements: indentation is nobody's content.
+    /// Removes the character data since the last tag if it is only white space. White space
+    /// between tags is indentation.
     void dropIndentation() {
         if (text().find_first_not_of(" \t\n\r", lastTag_) == std::string::npos) {
             text().resize(lastTag_);
         }
     }
 
-    /// A tag stands at the end of the character data.
-    void tagStands(bool begins) {
+    /// Remembers that a tag follows the character data read so far.
+    void noteTag(bool begins) {
         lastTag_ = text().size();
         lastTagBegan_ = begins;
     }
@@ -226,17 +227,17 @@ class Builder {
 
     XmlListener& listener_;
     std::unique_ptr<std::remove_pointer_t<XML_Parser>, ParserDeleter> parser_;
-    std::deque<XmlElement> elements_;  // those that are open come first; the others are used anew
+    std::deque<XmlElement> elements_;  // the open ones first; the others are reused
     std::size_t open_ = 0;
     std::exception_ptr failure_;
-    char* room_ = nullptr;  // for the piece that comes next
+    char* room_ = nullptr;  // the buffer for the next piece
     bool hasBegun_ = false;
 
-    // Of the last open element, when its children are wanted.
+    // About the innermost open element, if its children are wanted.
     bool wantsChildren_ = false;
-    std::size_t levelsInside_ = 0;             // of elements that are open in it
-    std::vector<XmlElement::Child> children_;  // those beyond their count are used anew
-    std::vector<std::string> namesAsWritten_;  // theirs
+    std::size_t levelsInside_ = 0;             // open elements inside it
+    std::vector<XmlElement::Child> children_;  // those after the first childCount_ are reused
+    std::vector<std::string> namesAsWritten_;  // of the children
     std::size_t childCount_ = 0;
     std::size_t lastTag_ = 0;  // length of the text at the last tag
     bool lastTagBegan_ = false;

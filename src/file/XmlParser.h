@@ -7,42 +7,49 @@
 #include "file/Disk.h"
 #include "model/XmlElement.h"
 
-/// Hears of the elements of a file as they are read.
+/// Receives the elements of a file as they are read. The base class of those who use them:
+///
+///     MyListener listener;  // derived from XmlListener
+///     readXml(disk, "/house.xml", listener);
+///     listener.result();
 class XmlListener {
  public:
     virtual ~XmlListener() = default;
 
-    /// An element begins within the one that began last and has not ended. True when its children
-    /// are wanted: they stand in it when it ends, and are not told of one by one.
+    /// Called at the start tag of an element. Its parent is the last element that has not ended.
+    /// Returns true to get the children together: the element then contains them in ended(), and
+    /// began() and ended() are not called for them.
     virtual bool began(const XmlElement& element) = 0;
+    /// Called at the end tag.
     virtual void ended(const XmlElement& element) = 0;
 
-    /// One more little piece of the file was read, whatever it holds.
+    /// Called after every small part of the file, whatever it contains.
     virtual void pieceRead() {}
 
-    /// True when it wants to know lines, which takes a twentieth longer.
+    /// Returns true to get lines. Reading then takes a twentieth longer.
     virtual bool wantsLines() const { return false; }
-    /// The line in which the element that began last begins, from 1; after an error of the text,
-    /// that of the error.
+    /// In began(), the line of the element's start tag, from 1. After readXml() raised
+    /// invalidFileFormat, the line of the fault.
     std::size_t line = 0;
 };
 
-/// Elements that may lie within one another. A reader needs memory for each of them.
+/// How deep elements may be nested. The reader needs memory for each open element.
 inline constexpr std::size_t mostElementLevels = 1100;
 
-/// Reads a file and forgets each element once it has ended. Comments and processing instructions
-/// are passed over.
+/// Reads an XML file and calls the listener for each element. An element is freed after ended().
+/// Comments and processing instructions are skipped.
 ///
-/// A text that is not well-formed is refused. Of two rules others are stricter: names here may
-/// have a prefix that nothing declares, and hold the letters ª, µ and º. A text that declares or
-/// uses entities of its own is refused too: a configuration has no use for them, and they could
-/// name other files or blow up a small file without bounds. So is one that declares attributes, for
-/// each of which the parser looks at all before it, and one whose elements lie within one another
-/// deeper than `mostElementLevels`. A byte order mark counts for more than the encoding that is
-/// declared.
+/// Encodings are ISO-8859-1, US-ASCII, UTF-8, UTF-16 and Windows-1252. A byte order mark overrides
+/// the declared encoding. Two rules are less strict than in other readers: a name may have a prefix
+/// that is not declared, and may contain the letters ª, µ and º.
 ///
-/// Raises the disk's errors, ErrorNumber::invalidFileFormat with line and reason, e.g. "Line 12:
-/// mismatched tag", for a text that is not XML in an encoding that is known here (ISO-8859-1,
-/// US-ASCII, UTF-8, UTF-16, Windows-1252), ErrorNumber::outOfMemory for one of 2 GiB, and what
-/// the listener raises.
+/// Refused, besides a text that is not well-formed:
+/// - a text that declares or uses its own entities: a configuration does not need them, and they
+///   could name other files or make a small file grow without limit;
+/// - a text that declares attributes: the parser compares each of them with all before it;
+/// - elements nested deeper than `mostElementLevels`.
+///
+/// Raises the errors of the disk and of the listener; ErrorNumber::invalidFileFormat with line and
+/// reason, such as "Line 12: mismatched tag", for a text that is refused; ErrorNumber::outOfMemory
+/// for a file of 2 GiB or more.
 void readXml(Disk& disk, const std::string& path, XmlListener& listener);
