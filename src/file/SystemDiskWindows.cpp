@@ -246,9 +246,9 @@ bool isTemporaryName(const wchar_t* name) {
 }
 
 /// Removes stale temporary files: those of editors that were killed while they saved, on this
-/// machine or on another that shares the folder. A running editor keeps its file open without
-/// sharing, and the end of the process closes it, so a file that can be opened here is stale.
-/// Errors are ignored, so that they do not fail a save.
+/// machine or on another that shares the folder. Each file is opened without sharing. That fails
+/// while a process still writes it; the system closes the files of a process that ended. Errors are
+/// ignored, so that they do not fail a save.
 void removeStaleTemporaries(const fs::path& folder) {
     WIN32_FIND_DATAW found{};
     const std::wstring pattern = folder / (std::wstring(temporaryPrefix) + L"*");
