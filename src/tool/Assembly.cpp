@@ -14,7 +14,8 @@
 
 namespace {
 
-/// What a new device or item has in a column that the table does not have, as its dialog proposes.
+/// The default of a new device or item for a column that is missing in the table. It is the same as
+/// in the dialog.
 std::string proposal(Column column, const GlobalSets& settings) {
     switch (column) {
         case Column::dataType: return "EIS1";
@@ -27,7 +28,7 @@ std::string proposal(Column column, const GlobalSets& settings) {
     }
 }
 
-/// The three parts of an address; the last holds what follows the second "/".
+/// The three parts of an address. The last one contains everything after the second "/".
 std::array<std::string, 3> partsOf(std::string_view address) {
     std::array<std::string, 3> parts;
     for (std::string& part : parts) {
@@ -39,7 +40,8 @@ std::array<std::string, 3> partsOf(std::string_view address) {
     return parts;
 }
 
-/// What a dialog refuses, and letters, which cannot be typed into its field.
+/// The fault of a number by the rules of a dialog. Letters are a fault, too: the field of the
+/// dialog does not accept them.
 std::string_view faultOfTypedNumber(std::string_view text,
                                     std::string_view (*faultOf)(std::string_view)) {
     const std::string_view fault = faultOf(text);
@@ -53,7 +55,8 @@ std::string_view faultOfAddress(std::string_view address) {
     return fault;
 }
 
-/// The fault of a text that is taken as a number of that type.
+/// The fault of a text by the dialog, or else by `read`, which raises an error for a number out of
+/// range.
 template <typename Read>
 std::string faultOfNumber(std::string_view text, std::string_view faultOfField, const Read& read) {
     if (!faultOfField.empty()) return std::string(faultOfField);
@@ -81,7 +84,7 @@ std::string faultOfField(NodeKind kind, Column column, std::string_view text) {
     }
 }
 
-/// Where the file holds a field.
+/// The place of a field in the file.
 FilePlace placeOf(NodeKind kind, Column column) {
     if (kind == NodeKind::item) return FilePlace::content;
     const bool isBranchName = kind == NodeKind::branch && column == Column::name;
@@ -99,25 +102,25 @@ class Assembly {
           findings_(findings),
           nodes_(table.rows()),
           isFaulty_(table.rows()),
-          isEntered_(table.rows()) {}
+          isAdded_(table.rows()) {}
 
     void run() {
         result_.setSettings(base_.settings());
         for (std::size_t row = 0; row < table_.rows(); ++row) {
-            if (!rowAt(row).isGood) continue;
+            if (!rowAt(row).isValid) continue;
             check(row);
             if (rowAt(row).kind == NodeKind::config && !isFaulty_[row]) changeSettings(row);
             if (rowAt(row).base != nullptr) rowOfBase_.emplace(rowAt(row).base, row);
         }
-        enterBase();
+        addBase();
         for (std::size_t row = 0; row < table_.rows(); ++row)
-            if (rowAt(row).isGood) enterNew(row);
+            if (rowAt(row).isValid) addNew(row);
     }
 
  private:
     using Row = RowTree::Row;
 
-    /// A node of the new configuration: of the other one, of a row, or of both.
+    /// The source of a node in the new configuration: a node of the base, a row, or both.
     struct Part {
         NodeKind kind = NodeKind::config;
         const Node* base = nullptr;
@@ -136,7 +139,7 @@ class Assembly {
                              .text = std::move(text)});
     }
 
-    /// What a part has in a column: what the table says, what it had, or what is proposed.
+    /// The text for a column: from the table, else from the base, else the default.
     std::string textOf(const Part& part, Column column) const {
         if (part.row && table_.has(column)) return std::string(table_.at(*part.row, column));
         if (part.base != nullptr) return std::string(Values(base_, baseItems_, *part.base)[column]);
@@ -144,7 +147,8 @@ class Assembly {
         return proposal(column, base_.settings());
     }
 
-    /// Tells of each field of a row that cannot be taken. What a row leaves as it was is no fault.
+    /// Adds a finding for each invalid field of a row. Fields that keep their value from the base
+    /// are not checked.
     void check(std::size_t row) {
         const NodeKind kind = rowAt(row).kind;
         const Part part = partAt(row);
@@ -174,8 +178,8 @@ class Assembly {
         if (!refused.empty()) return fault(row, column, std::move(refused));
         Fault inFile = faultOf(text, placeOf(kind, column));
         if (inFile.kind == FaultKind::none) return;
-        const bool isSlight = inFile.kind == FaultKind::changed;
-        fault(row, column, std::move(inFile.text), isSlight ? Severity::warning : Severity::error);
+        const bool isWarning = inFile.kind == FaultKind::changed;
+        fault(row, column, std::move(inFile.text), isWarning ? Severity::warning : Severity::error);
     }
 
     void changeSettings(std::size_t row) {
@@ -185,43 +189,43 @@ class Assembly {
                              .timeout = readInt32(textOf(settings, Column::timeout))});
     }
 
-    /// What there is already, each after its parent.
-    void enterBase() {
+    /// Adds the nodes of the base, parents first.
+    void addBase() {
         const Node& root = *base_.tree().root();
         containers_.emplace(&root, result_.tree().root());
         for (TreeWalk walk(root); const Node* node = walk.next();) {
             const auto parent = containers_.find(node->parent());
-            if (parent == containers_.end()) continue;  // it could not be entered
+            if (parent == containers_.end()) continue;  // the parent could not be added
             Part part{node->kind(), node, std::nullopt};
             const auto row = rowOfBase_.find(node);
             if (row != rowOfBase_.end()) part.row = row->second;
-            Node* entered = enter(part, *parent->second);
-            if (entered == nullptr) continue;
-            if (part.kind != NodeKind::item) containers_.emplace(node, entered);
-            if (entered->text() != node->text()) renamed_.emplace(entered, *part.row);
+            Node* added = add(part, *parent->second);
+            if (added == nullptr) continue;
+            if (part.kind != NodeKind::item) containers_.emplace(node, added);
+            if (added->text() != node->text()) renamed_.emplace(added, *part.row);
         }
     }
 
     bool isPending(std::size_t row) const {
-        return rowAt(row).isGood && rowAt(row).base == nullptr &&
-               rowAt(row).kind != NodeKind::config && !isEntered_[row];
+        return rowAt(row).isValid && rowAt(row).base == nullptr &&
+               rowAt(row).kind != NodeKind::config && !isAdded_[row];
     }
 
-    /// What a row adds, after what it is to stand in, which may come later in the table.
-    void enterNew(std::size_t row) {
+    /// Adds the node of a row, after its missing parents, whose rows may come later in the table.
+    void addNew(std::size_t row) {
         std::vector<std::size_t> rows;
         for (std::optional next = row; next && isPending(*next);
              next = tree_.containerRow(rowAt(*next).parentPath))
             rows.push_back(*next);
         for (; !rows.empty(); rows.pop_back()) {
             const std::size_t each = rows.back();
-            isEntered_[each] = true;
+            isAdded_[each] = true;
             Node* const parent = parentOf(rowAt(each));
-            if (parent != nullptr) nodes_[each] = enter(partAt(each), *parent);
+            if (parent != nullptr) nodes_[each] = add(partAt(each), *parent);
         }
     }
 
-    /// Null for one that could not be entered.
+    /// The parent of the node of a row; null if the parent could not be added.
     Node* parentOf(const Row& row) const {
         if (row.parentPath.empty()) return result_.tree().root();
         const auto above = tree_.containerRow(row.parentPath);
@@ -231,8 +235,9 @@ class Assembly {
         return found == containers_.end() ? nullptr : found->second;
     }
 
-    /// Null, after a finding, for what the new configuration cannot take.
-    Node* enter(const Part& part, Node& parent) {
+    /// Adds a node and its record to the new configuration. Returns null and adds a finding if that
+    /// fails.
+    Node* add(const Part& part, Node& parent) {
         if (part.row && isFaulty_[*part.row]) return nullptr;
         const SharedText name =
             part.row ? SharedText(textOf(part, Column::name)) : part.base->text();
@@ -247,7 +252,7 @@ class Assembly {
             branch->sKey = key;
             return &result_.add(branch, parent);
         } catch (const RunTimeError& error) {
-            tellClash(part, parent, name, error);
+            reportKeyClash(part, parent, name, error);
             return nullptr;
         }
     }
@@ -278,21 +283,22 @@ class Assembly {
                          .cmbAccessRight = textOf(part, Column::accessRight),
                          .optRead = equalIgnoringCase(textOf(part, Column::flag), "READ")},
                         &parent, false);
-        // One that no dialog would take is left as it was.
+        // Keeps even an address that no dialog accepts.
         if (old != nullptr && !table_.has(Column::address)) item->sAddress = old->sAddress;
         return item;
     }
 
-    /// Tells of it in the line of the row, or of the one by which another node got the name.
-    void tellClash(const Part& part, const Node& parent, const SharedText& name,
-                   const RunTimeError& error) {
+    /// Adds a finding for a node whose key is in use. Its line is that of the node's row, else that
+    /// of the row which gave the name to another node.
+    void reportKeyClash(const Part& part, const Node& parent, const SharedText& name,
+                        const RunTimeError& error) {
         const bool isDevice = part.kind == NodeKind::plc;
-        const Node* holder = result_.tree().FindNode(isDevice ? name : joinKey(parent.key(), name));
-        const bool isNamesake =
-            holder != nullptr && holder->parent() == &parent && holder->kind() == part.kind;
+        const Node* owner = result_.tree().FindNode(isDevice ? name : joinKey(parent.key(), name));
+        const bool isNameTaken =
+            owner != nullptr && owner->parent() == &parent && owner->kind() == part.kind;
         Finding finding{.place = std::string(nameOf(Column::name)),
-                        .text = isNamesake ? std::string(nameTaken) : error.description()};
-        const auto renamed = renamed_.find(holder);
+                        .text = isNameTaken ? std::string(nameTaken) : error.description()};
+        const auto renamed = renamed_.find(owner);
         if (part.row || renamed != renamed_.end()) {
             finding.line = table_.lineOf(part.row ? *part.row : renamed->second);
         }
@@ -306,12 +312,12 @@ class Assembly {
     Document& result_;
     std::vector<Finding>& findings_;
     std::unordered_map<const Node*, std::size_t> rowOfBase_;
-    std::unordered_map<const Node*, Node*> containers_;     // by what they were in the base
-    std::unordered_map<const Node*, std::size_t> renamed_;  // by which row
-    // Of each row.
+    std::unordered_map<const Node*, Node*> containers_;     // by the node in the base
+    std::unordered_map<const Node*, std::size_t> renamed_;  // and the row of each
+    // One entry for each row.
     std::vector<Node*> nodes_;
     std::vector<bool> isFaulty_;
-    std::vector<bool> isEntered_;
+    std::vector<bool> isAdded_;
 };
 
 }  // namespace

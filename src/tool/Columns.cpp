@@ -14,7 +14,7 @@ constexpr std::array itemColumns{Column::comment,  Column::address,     Column::
 
 constexpr std::array kinds{NodeKind::config, NodeKind::plc, NodeKind::branch, NodeKind::item};
 
-/// What stands after "\" for a character of a name, and the character.
+/// The escapes in a path: the character after "\", and the character in the name.
 constexpr std::array<std::pair<char, char>, 5> escapes{
     {{'.', '.'}, {'\\', '\\'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}}};
 

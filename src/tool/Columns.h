@@ -1,5 +1,5 @@
-// The columns of a table, and what a configuration has in them: what is exported, imported and
-// compared.
+// The columns of a table, and the values of a configuration in them. They are exported, imported
+// and compared.
 #pragma once
 
 #include <array>
@@ -29,7 +29,7 @@ enum class Column : std::uint8_t {
     timeout
 };
 
-/// The heading of each, in the order of an export.
+/// The headings of all columns, in the order of an export.
 inline constexpr std::array<std::string_view, 13> columnNames{
     "path",     "kind",         "name", "comment", "address",  "index",   "data type",
     "elements", "access right", "flag", "port",    "EDI type", "time-out"};
@@ -38,46 +38,46 @@ constexpr std::string_view nameOf(Column column) {
     return columnNames[static_cast<std::size_t>(column)];
 }
 
-/// The columns of what a node of that kind has besides its place, its kind and its name. The root
-/// stands for the global settings.
+/// The columns of a kind of node, except path, kind and name, which are the same for all kinds. The
+/// root has those of the global settings.
 std::span<const Column> columnsOf(NodeKind kind);
 
 /// "settings" for the root, "device", "branch" or "item".
 std::string_view kindName(NodeKind kind);
-/// The kind of that name, in letters of either case.
+/// The kind with that name, in upper or lower case, or nothing if there is none.
 std::optional<NodeKind> kindNamed(std::string_view name);
 
-/// Where a node stands: the names from its device's on, joined by ".", such as
-/// "Plant.FLOOR1.Light3". A "." or "\" within a name has a "\" before it; line feed, carriage
-/// return and tab are written \n, \r and \t. Empty for the root. No two nodes have the same path.
+/// The path of a node: the names from its device to the node itself, separated by ".", such as
+/// "Plant.FLOOR1.Light3". Empty for the root. In a name, ".", "\", line feed, carriage return and
+/// tab are escaped: "\.", "\\", "\n", "\r" and "\t". No two nodes have the same path.
 std::string pathOf(const Node& node);
 
-/// Appends a name to the path of what it stands in.
+/// Appends a name to the path of its parent, with escapes.
 void appendToPath(std::string& path, std::string_view name);
 
-/// Takes the first name off a path, and gives it as it is, without "\"; `path` is none afterwards
-/// when it was the last. Nothing for a "\" before another character than those above, or at the
-/// end.
+/// Removes the first name from a path and returns it without escapes. `path` becomes nullopt after
+/// the last name. Returns nothing if a "\" is not part of one of the escapes above.
 std::optional<std::string> takeName(std::optional<std::string_view>& path);
 
-/// A path cut before its last name.
+/// A path, split before its last name.
 struct PathEnd {
-    std::string_view parent;  ///< a path; empty for a device's
+    std::string_view parent;  ///< a path; empty for a device
     std::string name;
 };
-/// Nothing for what is no path: with a "\" as above, or with a "." at the beginning.
+/// Returns nothing for a text that is no path: one with another escape, or with "." at its start.
 std::optional<PathEnd> cutPath(std::string_view path);
 
-/// What a node has in its columns, as texts. Good as long as the document is not changed.
+/// The values of a node as texts. They become invalid when the document changes.
 class Values {
  public:
-    /// Raises ErrorNumber::invalidCall for a node without a record.
+    /// Raises ErrorNumber::invalidCall if the node has no record.
     Values(const Document& document, ItemRecords& items, const Node& node);
     Values(const Values&) = delete;
     Values& operator=(const Values&) = delete;
     ~Values() = default;
 
-    /// Empty in a column that the node's kind does not have. That of the index is not known here.
+    /// The text in a column. Empty if the node's kind does not have that column, and for the index,
+    /// which the export computes.
     std::string_view operator[](Column column) const {
         return texts_[static_cast<std::size_t>(column)];
     }

@@ -1,4 +1,4 @@
-// The command line: which command is run, and with what.
+// Parses the command line and runs the command.
 #pragma once
 
 #include <string>
@@ -6,6 +6,6 @@
 
 #include "tool/Report.h"
 
-/// Runs the program with these arguments (UTF-8, its own name left out). Gives the exit status: 2
-/// for arguments that it does not understand.
+/// Runs the program with these arguments (UTF-8, without the program's name). Returns the exit
+/// status: that of the command, or 2 for unknown arguments.
 int runTool(const Tool& tool, std::vector<std::string> arguments);

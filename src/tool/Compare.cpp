@@ -8,27 +8,27 @@
 
 namespace {
 
-/// Which node of one configuration is which of the other: what stands at the same place under the
-/// same name, and what was found elsewhere.
+/// Finds the node of the other configuration that is the same: by path and kind, or else by address
+/// and data type, or by children.
 class Matching {
  public:
     Matching(const Document& from, const Document& to) : from_{from, {}}, to_{to, {}} {
-        std::vector<const Node*> gone = unmatched(from_, to_);
-        std::vector<const Node*> come = unmatched(to_, from_);
-        if (gone.empty() || come.empty()) return;
-        matchItems(gone, come, true);
-        matchItems(gone, come, false);
-        matchContainers(gone, {come.begin(), come.end()});
+        const std::vector<const Node*> missing = unmatched(from_, to_);
+        const std::vector<const Node*> added = unmatched(to_, from_);
+        if (missing.empty() || added.empty()) return;
+        matchItems(missing, added, true);
+        matchItems(missing, added, false);
+        matchContainers(missing, {added.begin(), added.end()});
     }
 
-    /// Calls `use` with each node of the new configuration, after what it stands in, with the old
-    /// node that it was, or null, and the one that its parent was.
+    /// Calls `use` for each node of the new configuration, parents first, with the node, the same
+    /// node in the old configuration or null, and the same of its parent.
     template <typename Use>
     void forEachNew(const Use& use) const {
         forEach(to_, from_, use);
     }
 
-    /// What is not in the new configuration any more, in order.
+    /// The nodes that are not in the new configuration any more, in order.
     std::vector<const Node*> removed() const { return unmatched(from_, to_); }
 
  private:
@@ -36,23 +36,23 @@ class Matching {
 
     struct Side {
         const Document& document;
-        Nodes elsewhere;  ///< its nodes by what was found of them on the other side
+        Nodes matches;  ///< nodes with another path on the other side, and those nodes
     };
 
     template <typename Use>
     static void forEach(const Side& side, const Side& other, const Use& use) {
         struct Place {
-            const Node* node;  // on the other side
-            std::size_t next;  // of its children, the one that most often follows
+            const Node* node;  // the same node on the other side
+            std::size_t next;  // the row of its child to try first
         };
         std::vector<Place> path{{other.document.tree().root(), 0}};
         for (TreeWalk walk(*side.document.tree().root()); const Node* node = walk.next();) {
             path.resize(walk.depth());
             Place& parent = path.back();
-            const Node* same = find(side.elsewhere, *node);
+            const Node* same = find(side.matches, *node);
             if (same == nullptr && parent.node != nullptr) {
-                same = namesakeIn(other.document, *parent.node, *node, parent.next);
-                if (same != nullptr && find(other.elsewhere, *same) != nullptr) same = nullptr;
+                same = sameNameIn(other.document, *parent.node, *node, parent.next);
+                if (same != nullptr && find(other.matches, *same) != nullptr) same = nullptr;
             }
             use(*node, same, parent.node);
             path.push_back({same, 0});
@@ -65,19 +65,21 @@ class Matching {
         return found == nodes.end() ? nullptr : found->second;
     }
 
-    static const Node* namesakeIn(const Document& document, const Node& parent, const Node& node,
+    /// The child of `parent` with name and kind of `node`; null if there is none. Tries the row
+    /// `next` first: children mostly have the same order in both configurations.
+    static const Node* sameNameIn(const Document& document, const Node& parent, const Node& node,
                                   std::size_t& next) {
-        const auto isNamesake = [&](const Node* other) {
+        const auto isSame = [&](const Node* other) {
             return other != nullptr && other->parent() == &parent && other->kind() == node.kind() &&
                    other->text() == node.text();
         };
         const auto& children = parent.GetChildren();
         const Node* same = next < children.size() ? children[next] : nullptr;
-        if (!isNamesake(same)) {
+        if (!isSame(same)) {
             const bool isDevice = node.kind() == NodeKind::plc;
             same = document.tree().FindNode(isDevice ? node.text()
                                                      : joinKey(parent.key(), node.text()));
-            if (!isNamesake(same)) return nullptr;
+            if (!isSame(same)) return nullptr;
         }
         next = static_cast<std::size_t>(ConfigTree::rowOf(*same)) + 1;
         return same;
@@ -92,12 +94,13 @@ class Matching {
     }
 
     void pair(const Node& old, const Node& node) {
-        from_.elsewhere.emplace(&old, &node);
-        to_.elsewhere.emplace(&node, &old);
+        from_.matches.emplace(&old, &node);
+        to_.matches.emplace(&node, &old);
     }
 
-    /// Items of the same address and type, and perhaps of the same name, in order.
-    void matchItems(const std::vector<const Node*>& gone, const std::vector<const Node*>& come,
+    /// Matches items with the same address and data type, and the same name if `withName`, in
+    /// order.
+    void matchItems(const std::vector<const Node*>& missing, const std::vector<const Node*>& added,
                     bool withName) {
         const auto traitsOf = [&](const Document& document, const Node& node) {
             const clsItem& item = document.items().at(node.key());
@@ -106,40 +109,42 @@ class Matching {
             if (withName) traits.append("\n").append(node.text());
             return SharedText(traits);
         };
-        const auto isLeft = [](const Side& side, const Node* node) {
-            return node->kind() == NodeKind::item && find(side.elsewhere, *node) == nullptr;
+        const auto isUnmatchedItem = [](const Side& side, const Node* node) {
+            return node->kind() == NodeKind::item && find(side.matches, *node) == nullptr;
         };
-        std::unordered_map<SharedText, std::deque<const Node*>> left;
-        for (const Node* node : gone)
-            if (isLeft(from_, node)) left[traitsOf(from_.document, *node)].push_back(node);
-        for (const Node* node : come) {
-            if (!isLeft(to_, node)) continue;
-            const auto found = left.find(traitsOf(to_.document, *node));
-            if (found == left.end() || found->second.empty()) continue;
+        std::unordered_map<SharedText, std::deque<const Node*>> candidates;
+        for (const Node* node : missing)
+            if (isUnmatchedItem(from_, node))
+                candidates[traitsOf(from_.document, *node)].push_back(node);
+        for (const Node* node : added) {
+            if (!isUnmatchedItem(to_, node)) continue;
+            const auto found = candidates.find(traitsOf(to_.document, *node));
+            if (found == candidates.end() || found->second.empty()) continue;
             pair(*found->second.front(), *node);
             found->second.pop_front();
         }
     }
 
-    /// A branch or device is the one that most of its contents are in now.
-    void matchContainers(const std::vector<const Node*>& gone,
-                         std::unordered_set<const Node*> come) {
-        for (auto each = gone.rbegin(); each != gone.rend(); ++each) {  // the inner ones first
-            const Node* best = mostlyIn(**each, come);
+    /// Matches each missing branch or device with the added one that contains most of its children.
+    void matchContainers(const std::vector<const Node*>& missing,
+                         std::unordered_set<const Node*> added) {
+        for (auto each = missing.rbegin(); each != missing.rend(); ++each) {  // children first
+            const Node* best = bestMatch(**each, added);
             if (best == nullptr) continue;
             pair(**each, *best);
-            come.erase(best);
+            added.erase(best);
         }
     }
 
-    /// Which of those that have come holds most of what a container held; null where none does.
-    const Node* mostlyIn(const Node& container, const std::unordered_set<const Node*>& come) const {
+    /// The added node that contains most children of a missing one; null if none contains any.
+    const Node* bestMatch(const Node& container,
+                          const std::unordered_set<const Node*>& added) const {
         std::unordered_map<const Node*, std::size_t> found;
         const Node* best = nullptr;
         for (const Node* child : container.GetChildren()) {
-            const Node* now = find(from_.elsewhere, *child);
+            const Node* now = find(from_.matches, *child);
             const Node* parent = now == nullptr ? nullptr : now->parent();
-            if (!come.contains(parent) || parent->kind() != container.kind()) continue;
+            if (!added.contains(parent) || parent->kind() != container.kind()) continue;
             if (++found[parent] > (best == nullptr ? 0 : found[best])) best = parent;
         }
         return best;

@@ -1,4 +1,4 @@
-// What differs in meaning between two configurations.
+// Finds the differences in meaning between two configurations.
 #pragma once
 
 #include <string>
@@ -6,12 +6,12 @@
 
 #include "tool/Columns.h"
 
-/// One difference of a device, a branch, an item or the settings. Names, places and fields count;
-/// the order of what stands beside one another does not.
+/// A difference in one device, branch or item, or in the settings. Names, parents and fields are
+/// compared. The order of nodes below the same parent is not.
 struct Difference {
     enum class Kind { added, removed, moved, renamed, changed };
 
-    /// What a column had and has; of something added, only what it has.
+    /// The old and the new value of a column. For an added node, `from` is empty.
     struct Field {
         Column column;
         std::string from;
@@ -20,15 +20,16 @@ struct Difference {
 
     Kind kind;
     NodeKind what;
-    /// In the new configuration where it was added or changed, else in the old one.
+    /// The path in the new configuration if the node was added or changed, else in the old one.
     std::string path;
-    /// Where it was moved to (and perhaps renamed), or its new name's path. What stands in it goes
-    /// with it without a change of its own.
+    /// The new path of a moved or renamed node. A moved node may have a new name, too. The nodes
+    /// below it move with it and are no differences of their own.
     std::string to;
     std::vector<Field> fields;
 };
 
-/// All changes that make the second of the first, in the order of the second, those that remove
-/// something last. What is no more at its path, but elsewhere with the same address and data type,
-/// was moved or renamed; so was a branch or device that most of its contents are found in.
+/// Returns the changes that turn `from` into `to`, in the order of `to`; removed nodes come last.
+/// An item that is missing at its path is moved or renamed if there is a new item with the same
+/// address and data type. A missing branch or device is moved or renamed if a new one contains most
+/// of its children.
 std::vector<Difference> compare(const Document& from, const Document& to);

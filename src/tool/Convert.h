@@ -1,4 +1,4 @@
-// The command that makes a configuration of an ETS export.
+// The command "convert", which makes a configuration from an ETS export.
 #pragma once
 
 #include <string>
@@ -9,9 +9,9 @@
 struct ConvertOptions {
     std::string exportFile;
     std::string file;
-    GlobalSets settings;  ///< also those of each device
+    GlobalSets settings;  ///< the global settings, and the settings of each device
     bool force = false;
 };
 
-/// Gives the exit status. Nothing is written of an export that cannot be taken whole.
+/// Returns the exit status. Writes nothing if any part of the export cannot be converted.
 int convertExport(const Tool& tool, const ConvertOptions& options);

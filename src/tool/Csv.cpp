@@ -21,7 +21,7 @@ void CsvWriter::add(std::string_view field) {
         return;
     }
     const std::size_t start = bytes_.size();
-    bytes_.resize(start + 2 * field.size() + 2);  // where each character is a quotation mark
+    bytes_.resize(start + 2 * field.size() + 2);  // enough if each character is a quotation mark
     bytes_.resize(start + csv_write(bytes_.data() + start, bytes_.size() - start, field.data(),
                                     field.size()));
 }
@@ -42,20 +42,21 @@ namespace {
 
 bool isLineEnd(char c) { return c == '\n' || c == '\r'; }
 
-/// One row after the other, as libcsv finds them.
+/// Collects the rows that libcsv finds.
 class Rows {
  public:
     explicit Rows(const TakeRow& take, char separator) : take_(take) {
         if (csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
         csv_set_delim(&parser_, static_cast<unsigned char>(separator));
-        csv_set_space_func(&parser_, [](unsigned char /*c*/) { return 0; });  // it would drop them
+        csv_set_space_func(&parser_,
+                           [](unsigned char /*c*/) { return 0; });  // keep blanks around fields
         csv_set_blk_size(&parser_, 4096);
     }
     Rows(const Rows&) = delete;
     Rows& operator=(const Rows&) = delete;
     ~Rows() { csv_free(&parser_); }
 
-    /// Takes the next line of the text, its end included.
+    /// Parses the next line of the text, with its line end.
     void parse(std::string_view line) {
         ++line_;
         if (rowEnded_) start_ = line_;
@@ -64,7 +65,7 @@ class Rows {
               line.size());
     }
 
-    /// The text has ended.
+    /// Called after the last line.
     void finish() { check(csv_fini(&parser_, fieldEnded, rowEnded, this) == 0); }
 
     bool wantsMore() const { return wantsMore_; }
@@ -77,8 +78,8 @@ class Rows {
         throw CsvError{start_};
     }
 
-    /// No exception may pass through libcsv, which is C: the parser goes on, and nothing is taken
-    /// any more.
+    /// libcsv is written in C, so no exception may pass through it. The exception is stored, later
+    /// events are ignored, and check() throws the exception again.
     template <typename Event>
     void guard(const Event& event) {
         if (failure_ != nullptr || !wantsMore_) return;
@@ -122,9 +123,9 @@ class Rows {
     std::exception_ptr failure_;
     bool wantsMore_ = true;
     std::size_t line_ = 0;
-    std::size_t start_ = 1;  // the line that the row begins in
-    bool rowEnded_ = true;   // and no other has begun
-    // Of the row that is being read.
+    std::size_t start_ = 1;  // the line in which the row begins
+    bool rowEnded_ = true;   // and the next one has not begun
+    // The current row.
     std::string texts_;
     std::vector<std::size_t> ends_;
     std::vector<std::string_view> fields_;

@@ -1,4 +1,4 @@
-// Tables as text: rows of fields as RFC 4180 has them (https://www.rfc-editor.org/rfc/rfc4180).
+// Writes and reads tables in the CSV format of RFC 4180 (https://www.rfc-editor.org/rfc/rfc4180).
 #pragma once
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 
 #include "file/Disk.h"
 
-/// Writes a table in UTF-8, with the mark of that encoding, which spreadsheets need. Rows end with
-/// CR LF; a field is quoted where it must be.
+/// Writes a table in UTF-8, with a byte order mark, which spreadsheets need. Rows end with CR LF. A
+/// field is quoted only if necessary.
 ///
 ///     CsvWriter table(',', write);
 ///     table.add("Hall, left");
@@ -22,7 +22,7 @@ class CsvWriter {
 
     void add(std::string_view field);
     void endRow();
-    /// Writes what has not been written yet.
+    /// Writes the buffered rows. Must be called after the last row.
     void finish();
 
  private:
@@ -32,15 +32,15 @@ class CsvWriter {
     bool rowBegun_ = false;
 };
 
-/// Takes a row, and the line of the text that it begins in, from 1; false to hear of no more.
+/// Called for each row, with the line in which it begins, from 1. Returns false to stop reading.
 using TakeRow = std::function<bool(std::size_t line, std::span<const std::string_view> fields)>;
 
-/// A quotation mark is missing, or stands within a field that is not in quotation marks.
+/// Raised for a missing quotation mark, or one inside a field without quotation marks.
 struct CsvError {
-    std::size_t line;  ///< the row's first, from 1
+    std::size_t line;  ///< where the row begins, from 1
 };
 
-/// Reads a table with that separator. Rows end with CR LF, LF or CR; blank lines are passed over.
-/// Blanks belong to the field that they stand in. Raises CsvError where quotation marks are not as
-/// they must be, and what `take` raises.
+/// Reads a table with that separator and calls `take` for each row. Rows end with CR LF, LF or CR;
+/// empty lines are skipped. Blanks are part of their field. Raises CsvError for wrong quotation
+/// marks, and the errors of `take`.
 void readCsv(std::string_view text, char separator, const TakeRow& take);

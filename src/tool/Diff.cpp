@@ -21,10 +21,11 @@ const char* nameOf(Difference::Kind kind) {
     return "";
 }
 
-/// A text in quotation marks, with its control characters as JSON has them.
+/// A text in quotation marks, with control characters escaped as in JSON.
 std::string quoted(const std::string& text) { return Json(text).dump(); }
 
-/// "changed item Plant.Light1: comment "Hall" -> "Corridor", address "1/2/3" -> "1/2/4"".
+/// Prints a line such as: changed item Plant.Light1: comment "Hall" -> "Corridor", address "1/2/3"
+/// -> "1/2/4"
 void printLine(std::ostream& out, const Difference& change) {
     out << nameOf(change.kind) << ' ' << kindName(change.what);
     if (!change.path.empty()) out << ' ' << change.path;

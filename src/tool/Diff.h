@@ -1,4 +1,4 @@
-// The command that tells what differs between two configurations.
+// The command "diff", which prints the differences between two configurations.
 #pragma once
 
 #include <string>
@@ -11,6 +11,6 @@ struct DiffOptions {
     bool json = false;
 };
 
-/// Tells of each change. Gives the exit status: 0 for no difference, 1 for some, 2 for a file that
+/// Prints each difference. Returns the exit status: 0 for no difference, 1 for some, 2 if a file
 /// cannot be read.
 int diff(const Tool& tool, const DiffOptions& options);

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Empty for an address that is too large to have one.
+/// The index of an address. Empty if the address is too large.
 std::string indexOf(std::string_view address) {
     try {
         return AddressToHex(address, 4);
@@ -45,7 +45,7 @@ void writeTable(const Document& document, char separator, const Write& write) {
     ItemRecords items(document.items());
     addRow(table, document, items, root, {});
     std::string path;
-    std::vector<std::size_t> lengths{0};  // of the paths down to that of the last node's parent
+    std::vector<std::size_t> lengths{0};  // of the paths of all nodes above the current one
     for (TreeWalk walk(root); const Node* node = walk.next();) {
         lengths.resize(walk.depth());
         path.resize(lengths.back());

@@ -1,4 +1,4 @@
-// The command that makes a table of a configuration.
+// The command "export", which makes a table from a configuration.
 #pragma once
 
 #include <string>
@@ -7,11 +7,11 @@
 
 struct ExportOptions {
     std::string file;
-    std::string table;            ///< empty for the standard output
-    std::string separator = ",";  ///< of columns; "tab" for that character
+    std::string table;            ///< the file to write; empty for the standard output
+    std::string separator = ",";  ///< between columns: ",", ";" or "tab"
     bool force = false;
 };
 
-/// Writes a row for the settings, and one for each device, branch and item, each after what it
-/// stands in. Gives the exit status.
+/// Writes one row for the settings and one for each device, branch and item. Parents come before
+/// their children. Returns the exit status.
 int exportTable(const Tool& tool, const ExportOptions& options);

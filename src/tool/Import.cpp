@@ -8,16 +8,16 @@
 
 namespace {
 
-/// Gives the gravest; none are notes.
-Severity tell(const Tool& tool, const std::string& file, std::vector<Finding>& findings) {
+/// Prints the findings by line. Returns the highest severity; note if there are none.
+Severity print(const Tool& tool, const std::string& file, std::vector<Finding>& findings) {
     std::ranges::stable_sort(findings, {}, &Finding::line);
-    auto gravest = Severity::note;
+    auto worst = Severity::note;
     for (Finding& finding : findings) {
         finding.file = file;
         tool.err << finding << '\n';
-        gravest = std::max(gravest, finding.severity);
+        worst = std::max(worst, finding.severity);
     }
-    return gravest;
+    return worst;
 }
 
 }  // namespace
@@ -32,11 +32,11 @@ int importTable(const Tool& tool, const ImportOptions& options) {
     if (!text) return failed;
     std::vector<Finding> findings;
     const Table table(*text, findings);
-    text.reset();  // the fields are in the table
+    text.reset();  // frees the memory: the table has copies of the fields
     Document& result = tool.documents.emplace_back();
     result.startAt(options.file);
     assemble(base, table, result, findings);
-    const Severity gravest = tell(tool, options.table, findings);
-    if (gravest == Severity::error) return failed;
-    return writeConfiguration(tool, options.file, result) ? exitStatusFor(gravest) : failed;
+    const Severity worst = print(tool, options.table, findings);
+    if (worst == Severity::error) return failed;
+    return writeConfiguration(tool, options.file, result) ? exitStatusFor(worst) : failed;
 }

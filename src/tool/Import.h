@@ -1,4 +1,4 @@
-// The command that makes a configuration of a table.
+// The command "import", which makes a configuration from a table.
 #pragma once
 
 #include <string>
@@ -8,11 +8,11 @@
 struct ImportOptions {
     std::string table;
     std::string file;
-    std::string base;  ///< the configuration that the rows are put into; empty for none
+    std::string base;  ///< the configuration that the rows change; empty for none
     bool force = false;
 };
 
-/// Makes a whole configuration of a table, or puts its rows into one: rows change what has their
-/// path and add what is missing. Tells of every fault, and writes nothing if there is one. Gives
-/// the exit status.
+/// Makes a new configuration from a table, or changes an existing one: a row changes the node with
+/// its path, or adds it if there is none. Prints every finding, and writes nothing if one of them
+/// is an error. Returns the exit status.
 int importTable(const Tool& tool, const ImportOptions& options);

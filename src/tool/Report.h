@@ -1,4 +1,4 @@
-// How the commands tell what they found, and with which status they end.
+// Messages and exit status of the commands.
 #pragma once
 
 #include <cstddef>
@@ -10,33 +10,33 @@
 #include "file/Disk.h"
 #include "model/Document.h"
 
-/// What all commands work with.
+/// The surroundings of a command.
 struct Tool {
     Disk& disk;
     std::ostream& out;  ///< results
-    std::ostream& err;  ///< what keeps a command from its result
-    /// Those that the commands read and make. They are kept until the program ends: to take them
-    /// apart would take a tenth of its time.
+    std::ostream& err;  ///< errors that prevent a result
+    /// The documents that the commands read and make. They are never freed: that would take a tenth
+    /// of the program's time.
     std::deque<Document>& documents;
 };
 
-/// What the program ends with, for scripts to ask: the gravest thing that was found.
+/// How serious a finding is. The most serious one decides the exit status.
 enum class Severity { note, warning, error };
 
-/// 0 where nothing above a note was found, 1 for warnings (or differences), 2 for errors.
-constexpr int exitStatusFor(Severity gravest) { return static_cast<int>(gravest); }
+/// The exit status: 0 for notes or nothing, 1 for warnings or differences, 2 for errors.
+constexpr int exitStatusFor(Severity worst) { return static_cast<int>(worst); }
 
 std::string_view nameOf(Severity severity);
 
-/// One thing that is to be seen to, and where.
+/// One fault or remark, and its place.
 struct Finding {
     std::string file = {};
-    std::size_t line = 0;  ///< from 1; 0 where none is known
+    std::size_t line = 0;  ///< from 1; 0 if not known
     Severity severity = Severity::error;
     std::string place = {};  ///< a path in the configuration, or a table's column; may be empty
     std::string text = {};
 };
 
-/// One line, as compilers write them and editors understand: "house.xml:12: error: Plant.Light1:
-/// Overflow". Without line end; line ends within become blanks.
+/// Prints one line in the format of compilers, which editors understand: "house.xml:12: error:
+/// Plant.Light1: Overflow". Adds no line end. Line ends in the text become blanks.
 std::ostream& operator<<(std::ostream& out, const Finding& finding);

@@ -39,10 +39,11 @@ void RowTree::add(std::size_t row, std::vector<Finding>& faults) {
         return fault(Column::path, "also in line " + std::to_string(table_.lineOf(first->second)));
     }
     place.base = baseOf(path, place, *kind);
-    place.isGood = true;
+    place.isValid = true;
 }
 
-/// Where the table does not say it: what has the path already, or what it looks like.
+/// The kind in the table. If it is empty, the kind of the node with this path in the base, or else
+/// a guess from the path and the address.
 std::optional<NodeKind> RowTree::kindOf(std::size_t row, const Row& place) const {
     const std::string_view named = table_.at(row, Column::kind);
     if (!named.empty()) return kindNamed(named);
@@ -75,7 +76,7 @@ const Node* RowTree::baseContainer(std::string_view path) const {
     return node;
 }
 
-/// The node of that name and kind below another, its name in letters of either case.
+/// The child with that name, in upper or lower case, and of that kind; null if there is none.
 const Node* RowTree::childOf(const Node& parent, const std::string& name, NodeKind kind) const {
     if (kind == NodeKind::plc) {
         const auto device = base_.devices().find(name);
@@ -84,7 +85,7 @@ const Node* RowTree::childOf(const Node& parent, const std::string& name, NodeKi
     const SharedText key = joinKey(parent.key(), name);
     const auto nodeOf = [&](const auto& record) {
         const Node* node = record == nullptr ? nullptr : base_.tree().FindNode(record->sKey);
-        // With a "." in names another node may have the key.
+        // Names may contain ".", so a node with another parent may have this key.
         return node != nullptr && node->parent() == &parent && node->kind() == kind ? node
                                                                                     : nullptr;
     };
@@ -102,9 +103,9 @@ void RowTree::requireParents(std::vector<Finding>& faults) {
     for (std::size_t i = 0; i < rows_.size(); ++i) {
         Row& row = rows_[i];
         const std::string_view parent = row.parentPath;
-        if (!row.isGood || parent.empty() || containerRow(parent) || baseContainer(parent))
+        if (!row.isValid || parent.empty() || containerRow(parent) || baseContainer(parent))
             continue;
-        row.isGood = false;
+        row.isValid = false;
         faults.push_back({.line = table_.lineOf(i),
                           .place = std::string(nameOf(Column::path)),
                           .text = "no device or branch \"" + std::string(parent) + "\""});

@@ -1,4 +1,4 @@
-// The rows of a table as what they are to become, each at its place.
+// The rows of a table as nodes of a configuration.
 #pragma once
 
 #include <cstddef>
@@ -11,28 +11,28 @@
 #include "base/Text.h"
 #include "tool/Table.h"
 
-/// Finds the parent of each row by its path, among the rows and in the configuration that they are
-/// put into. Paths are matched without regard to case, as no two things that one configuration may
-/// hold beside one another differ in nothing else.
+/// Finds kind and parent of each row by its path, among the rows and in the base configuration,
+/// which the rows change. Paths are compared without regard to case: two nodes below the same
+/// parent never differ in case only.
 class RowTree {
  public:
-    /// What a row describes.
+    /// The node that a row describes.
     struct Row {
         NodeKind kind = NodeKind::config;
         std::string_view parentPath;
-        std::string name;            ///< the last in the path
-        const Node* base = nullptr;  ///< what has the path in the other configuration
-        bool isGood = false;         ///< its path and kind can be told
+        std::string name;            ///< the last name of the path
+        const Node* base = nullptr;  ///< the node with this path in the base; null if none
+        bool isValid = false;        ///< path and kind have no fault
     };
 
-    /// Adds a finding for each path and kind that cannot be taken, their file left empty.
+    /// Adds a finding, without file, for each row whose path or kind has a fault.
     RowTree(const Table& table, const Document& base, std::vector<Finding>& faults);
 
     const std::vector<Row>& rows() const { return rows_; }
 
-    /// The row of the device or branch with that path.
+    /// The row of the device or branch with that path, or nothing if there is none.
     std::optional<std::size_t> containerRow(std::string_view path) const;
-    /// The device or branch with that path in the other configuration; null where there is none.
+    /// The device or branch with that path in the base, or null if there is none.
     const Node* baseContainer(std::string_view path) const;
 
  private:

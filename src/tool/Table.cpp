@@ -14,7 +14,7 @@ std::optional<Column> columnNamed(std::string_view heading) {
     return std::nullopt;
 }
 
-/// How many headings of ours the table has with that separator.
+/// The number of known headings when the table is read with that separator.
 std::ptrdiff_t headingsWith(char separator, std::string_view text) {
     std::ptrdiff_t known = 0;
     try {
@@ -24,12 +24,12 @@ std::ptrdiff_t headingsWith(char separator, std::string_view text) {
             return false;
         });
     } catch (const CsvError&) {
-        // A quotation mark that is wrong with this separator need not be so with another.
+        // A quotation mark that is wrong with this separator may be right with another one.
     }
     return known;
 }
 
-/// The line of the first byte that is not UTF-8; 0 where all are.
+/// The line of the first byte that is not UTF-8, from 1; 0 if there is none.
 std::size_t lineNotUtf8(std::string_view text) {
     std::size_t line = 1;
     for (std::size_t i = 0; i < text.size();) {
@@ -102,7 +102,7 @@ void Table::takeRow(std::size_t line, std::span<const std::string_view> fields,
                                   std::to_string(width_) + " headings"});
         return;
     }
-    // Spreadsheets keep rows that were emptied.
+    // Spreadsheets write empty rows for deleted ones.
     if (std::ranges::all_of(fields, &std::string_view::empty)) return;
     for (const std::string_view field : fields) {
         texts_.append(field);

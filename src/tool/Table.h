@@ -1,4 +1,4 @@
-// A table that is to become a configuration, as its text has it.
+// A table read from its text, as input of the import.
 #pragma once
 
 #include <cstddef>
@@ -12,20 +12,20 @@
 #include "tool/Columns.h"
 #include "tool/Report.h"
 
-/// The rows of a table below its headings. The columns may be in any order, and any but the path
-/// may be missing.
+/// The rows of a table without its headings. The columns may have any order, and all except the
+/// path may be missing.
 class Table {
  public:
-    /// Reads a table in UTF-8, with or without that encoding's mark, separated by ",", ";" or tabs:
-    /// by what gives the most headings. Adds a finding for each fault, their file left empty; with
-    /// one in the headings there are no rows.
+    /// Reads a table in UTF-8, with or without byte order mark. The separator is ",", ";" or tab:
+    /// the one with which most headings are known. Adds a finding, without file, for each fault. If
+    /// the headings have a fault, there are no rows.
     Table(std::string_view text, std::vector<Finding>& faults);
 
     std::size_t rows() const { return lines_.size(); }
     bool has(Column column) const { return placeOf(column).has_value(); }
-    /// What a row has in a column; empty where the column is missing.
+    /// The text of a row in a column; empty if the column is missing.
     std::string_view at(std::size_t row, Column column) const;
-    /// The line that a row begins in, from 1.
+    /// The line in which a row begins, from 1.
     std::size_t lineOf(std::size_t row) const { return lines_[row]; }
 
  private:
@@ -38,8 +38,8 @@ class Table {
                  std::vector<Finding>& faults);
 
     std::array<std::optional<std::size_t>, columnNames.size()> places_;
-    std::size_t width_ = 0;  // fields of a row
-    // All fields, row after row: one text, so that 65,536 rows take no more than they must.
+    std::size_t width_ = 0;  // number of fields in each row
+    // All fields, row by row, in one text: this takes the least memory for many rows.
     std::string texts_;
     std::vector<std::uint32_t> ends_;
     std::vector<std::size_t> lines_;

@@ -1,4 +1,4 @@
-// What only one system offers to a program of the command line.
+// Functions of the command line that differ between systems.
 #pragma once
 
 #include <string>
@@ -7,6 +7,6 @@
 /// The program's arguments in UTF-8, without its name.
 std::vector<std::string> utf8Arguments(int count, char** arguments);
 
-/// Has what is written to the standard output and error shown as UTF-8, and their bytes left as
-/// they are.
+/// Makes the terminal show standard output and standard error as UTF-8. Their bytes are written
+/// unchanged, without conversion of line ends.
 void showUtf8();

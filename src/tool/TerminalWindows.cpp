@@ -1,7 +1,7 @@
 #include <fcntl.h>
 #include <io.h>
 #include <windows.h>
-// After windows.h, which it needs.
+// Must come after windows.h.
 #include <shellapi.h>
 
 #include <cstdio>
@@ -16,13 +16,13 @@ std::string toUtf8(const wchar_t* text) {
     if (size <= 0) return {};
     std::string utf8(static_cast<std::size_t>(size), '\0');
     WideCharToMultiByte(CP_UTF8, 0, text, -1, utf8.data(), size, nullptr, nullptr);
-    utf8.pop_back();  // the zero at its end
+    utf8.pop_back();  // the terminating zero
     return utf8;
 }
 
 }  // namespace
 
-/// Not those of main(), which are in the user's code page.
+/// The arguments of main() are in the user's code page, so they are not used.
 std::vector<std::string> utf8Arguments(int /*count*/, char** /*arguments*/) {
     int count = 0;
     const std::unique_ptr<wchar_t*, decltype(&LocalFree)> arguments(

@@ -1,4 +1,4 @@
-// The program of the command line.
+// The command line program.
 
 #include <cstdlib>
 #include <iostream>
@@ -20,5 +20,5 @@ int main(int count, char** arguments) {
         status = 2;
     }
     std::cerr.flush();
-    std::_Exit(status);  // the documents are not taken apart
+    std::_Exit(status);  // skips freeing the documents, which takes long
 }
