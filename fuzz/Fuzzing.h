@@ -1,4 +1,4 @@
-// What the targets share.
+// Shared by all fuzz targets.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
-/// What libFuzzer calls with each input. A target's invariants are the expectations of the tests:
-/// one that does not hold ends it, as a crash does.
+/// Defines the function that libFuzzer calls with each input. A target checks its invariants with
+/// the expectations of GoogleTest. A failed expectation ends the target like a crash.
 #define FUZZ_TARGET(input)                                                         \
     static void fuzzOne(std::string_view input);                                   \
     extern "C" int LLVMFuzzerInitialize(int* /*count*/, char*** /*arguments*/) {   \

@@ -1,4 +1,4 @@
-// Any bytes, opened as a configuration, and what was read saved and read again.
+// Opens any bytes as a configuration, then saves it.
 #include "Fuzzing.h"
 #include "support/EditorWorld.h"
 
@@ -7,7 +7,7 @@ FUZZ_TARGET(input) {
     world.disk.writesSpoiledFiles = true;
     world.open("/house.xml", std::string(input));
     expectTreeAndRegistriesAgree(world.document);
-    world.desktop.willAnswer({Answer::yes, Answer::yes});  // also to save what is unreadable
+    world.desktop.willAnswer({Answer::yes, Answer::yes});  // also save what cannot be read back
     world.editor.mnuSaveCfg_Click();
     world.editor.mnuCloseCfg_Click();
 }

@@ -1,9 +1,11 @@
-// A sequence of what a user can do, a byte or a few for each step. The naive editor must agree.
+// Plays a sequence of user actions; one or a few bytes of the input choose each step. The naive
+// editor must have the same result after each.
 #include "Fuzzing.h"
 #include "support/NaiveEditor.h"
 #include "support/RandomUser.h"
 
-/// What many steps break, a few hundred do; and shorter runs are more runs.
+/// Uses only the start of the input: a few hundred steps find the same faults as more steps, and
+/// short runs allow more runs.
 FUZZ_TARGET(input) {
     std::string_view bytes = input.substr(0, 300);
     TwoEditors editors;

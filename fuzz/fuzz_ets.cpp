@@ -1,4 +1,4 @@
-// Any bytes, imported as an export of the ETS.
+// Imports any bytes as an ETS export.
 #include "Fuzzing.h"
 #include "support/EditorWorld.h"
 

@@ -1,5 +1,5 @@
-// Any bytes on the clipboard, pasted as names or as comments over items that are selected. Bytes
-// that are not UTF-8 do not come from a toolkit, but must do no harm.
+// Pastes any bytes from the clipboard as names or as comments of selected items. A toolkit never
+// delivers bytes that are not UTF-8, but they must do no harm.
 #include "Fuzzing.h"
 #include "support/EditorWorld.h"
 
@@ -15,7 +15,7 @@ FUZZ_TARGET(input) {
         world.desktop.clipboard = input;
         world.editor.run(commandNamed(command));
         expectTreeAndRegistriesAgree(world.document);
-        world.desktop.willAnswer({Answer::yes, Answer::yes});  // also to save what is unreadable
+        world.desktop.willAnswer({Answer::yes, Answer::yes});  // also save what cannot be read back
         world.editor.mnuSaveCfg_Click();
     }
 }
