@@ -1,4 +1,4 @@
-// The import of ETS exports.
+// Measures the import of ETS exports.
 
 #include <benchmark/benchmark.h>
 
@@ -11,7 +11,7 @@
 
 namespace {
 
-/// An export of so many group addresses, 256 in a middle group.
+/// An export with this number of group addresses, 256 in each middle group.
 std::string exportOf(int addresses) {
     std::string text = "Building\r\n";
     for (int i = 0; i < addresses; ++i) {

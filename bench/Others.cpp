@@ -16,7 +16,7 @@ void require(bool met) {
     if (!met) std::abort();
 }
 
-/// The records of a configuration; parents stand beside their keys.
+/// The records of a configuration in hash maps by key. Each record has a pointer to its parent.
 class Maps {
  public:
     explicit Maps(const pugi::xml_document& file) {
@@ -76,8 +76,8 @@ class Maps {
     std::unordered_map<std::string, Item> items_;
 };
 
-/// A row for each element, below that of its parent; an item's has a cell for each of its own
-/// elements. Gives the number of items.
+/// Adds a row for each element below the row of its parent; the row of an item has a cell for each
+/// element of the item. Returns the number of items.
 std::size_t readRows(QXmlStreamReader& xml, QStandardItem& parent) {
     std::size_t items = 0;
     while (xml.readNextStartElement()) {

@@ -1,19 +1,19 @@
-// What others would read a configuration file with: the least of each that a program needs, none
-// of it checked but for the number of items. A wrong one ends the benchmark.
+// Other ways to read a configuration file, for comparison. Each does only the minimum that a
+// program needs, and checks only the number of items: a wrong number ends the benchmark.
 #pragma once
 
 #include <cstddef>
 #include <memory>
 #include <string>
 
-/// What was read, for the time of freeing it to be left out of that of reading.
+/// Keeps alive what was read, so that freeing it is not measured.
 using Reading = std::shared_ptr<const void>;
 
-/// The bare parser that the editor reads with too; nothing is made of what it tells.
+/// Runs the parser of the editor, Expat, alone, and ignores its events.
 void parseOnly(const std::string& bytes);
 
-/// pugixml's elements, and of them plain records in hash maps by their keys.
+/// Reads with pugixml, then makes plain records in hash maps by key.
 Reading readIntoMaps(const std::string& path, std::size_t items);
 
-/// Qt's reader, and Qt's model of rows and cells.
+/// Reads with QXmlStreamReader into a QStandardItemModel.
 Reading readIntoQtModel(const std::string& path, std::size_t items);

@@ -1,5 +1,5 @@
-// The commands of the command line program, run as a user runs them, against the editor's opening
-// of one file of the same size.
+// Measures the commands of the command line program as a user runs them, relative to opening one
+// file of the same size in the editor.
 
 #include <sys/resource.h>
 
@@ -29,10 +29,10 @@ std::string fileNamed(const char* name) { return (folder() / name).string(); }
 
 struct Run {
     double seconds = 0;
-    double bytes = 0;  ///< of memory, at its most
+    double bytes = 0;  ///< the most memory in use at one time
 };
 
-/// Runs the program with these arguments; ends the benchmark when it ends with another status.
+/// Runs the program with these arguments. Another exit status ends the benchmark.
 Run runTool(std::vector<std::string> arguments, int expectedStatus) {
     arguments.insert(arguments.begin(), TOOL);
     std::vector<char*> pointers;
@@ -58,7 +58,7 @@ Run runTool(std::vector<std::string> arguments, int expectedStatus) {
     return run;
 }
 
-/// The editor's opening: its time, and the heap that an open configuration takes.
+/// Opens a file as the editor does. Returns the time, and the heap memory of the configuration.
 Run openFile(const std::string& path) {
     return inOwnProcess([&] {
         const auto disk = systemDisk();
@@ -75,7 +75,7 @@ Run openFile(const std::string& path) {
     });
 }
 
-/// A building; the same with the last branch of it renamed; and the first as a table.
+/// Writes a configuration, the same with one more device, and the first one as a table.
 void makeFiles() {
     std::filesystem::create_directories(folder());
     for (const char* name : {"old.xml", "new.xml"}) {
@@ -91,9 +91,9 @@ void makeFiles() {
     runTool({"export", fileNamed("old.xml"), "--force", "-o", fileNamed("old.csv")}, 0);
 }
 
-/// `files` of the size of a configuration are read. Counts the time against that of opening one,
-/// and the memory, less what the program takes to start, against that of one that is open, for each
-/// file.
+/// Measures a command that reads this number of files. Reports its time divided by the time of
+/// opening one file, and its memory for each file divided by the memory of an open configuration.
+/// The memory of the program without a file is subtracted first.
 void measure(benchmark::State& state, const std::vector<std::string>& arguments, int files,
              int expectedStatus) {
     makeFiles();
@@ -126,7 +126,7 @@ void add(const char* name, const std::vector<std::string>& arguments, int files,
 int main(int count, char** arguments) {
     const std::string old = fileNamed("old.xml");
     const std::string written = fileNamed("written");
-    // The address of the first item is 0/0/0, which no bus has.
+    // Status 2: the address of the first item is 0/0/0, which is not a valid group address.
     add("check", {"check", "--quiet", old}, 1, 2);
     add("export", {"export", old, "--force", "-o", written}, 1, 0);
     add("import", {"import", fileNamed("old.csv"), "--force", "-o", written}, 1, 0);

@@ -1,4 +1,4 @@
-// What a person waits for in the window. Run it on a display, or with QT_QPA_PLATFORM=offscreen.
+// Measures how long a user waits in the window. Needs a display or QT_QPA_PLATFORM=offscreen.
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,7 @@
 
 namespace {
 
-/// Chooses the one file that there is.
+/// Chooses always the same file.
 class ChoosingDesktop : public SilentDesktop {
  public:
     explicit ChoosingDesktop(std::string path) : path_(std::move(path)) {}
@@ -57,7 +57,7 @@ class AnsweringForms : public QtForms {
     frmFind* find = nullptr;
 };
 
-/// The whole editor, with a file that holds so many items.
+/// The complete editor, and a file with this number of items.
 class Editor {
  public:
     Editor(void (*fill)(Document&, int), int items)
@@ -87,7 +87,7 @@ class Editor {
         form_.TreeView1_NodeClick(node);
     }
 
-    /// Selects every so manyth row of the list; gives their number.
+    /// Selects every `step`th row of the list. Returns the number of selected rows.
     int selectRows(std::size_t step) {
         int selected = 0;
         const ListView::Update update(form_.ListView1);
@@ -97,7 +97,7 @@ class Editor {
         return selected;
     }
 
-    /// Until everything is painted and nothing is left to do.
+    /// Processes events until everything is painted.
     static void settle() {
         QApplication::processEvents();
         QApplication::sendPostedEvents();
@@ -120,7 +120,7 @@ class Editor {
     std::unique_ptr<MainWindow> window_;
 };
 
-/// From choosing a file to a painted window.
+/// Measures the time from choosing a file to the painted window.
 void openFile(benchmark::State& state, void (*fill)(Document&, int)) {
     Editor editor(fill, static_cast<int>(state.range(0)));
     for (auto _ : state) {
@@ -130,7 +130,7 @@ void openFile(benchmark::State& state, void (*fill)(Document&, int)) {
     }
 }
 
-/// A click on the branch that holds all items, to its painted list.
+/// Measures the time from a click on the branch with all items to its painted list.
 void clickBranch(benchmark::State& state) {
     Editor editor(fillOneBranch, static_cast<int>(state.range(0)));
     editor.open();
@@ -143,15 +143,16 @@ void clickBranch(benchmark::State& state) {
     }
 }
 
-/// A second device with a branch of 1,000 items, beside the branch that holds all the others.
+/// One branch with this number of items, and a second device with a branch of 1,000 items.
 void fillForEditing(Document& document, int items) {
     fillOneBranch(document, items);
     addBranchOf(document, "Annex", 1000);
 }
 
-/// One command in the window, from its start to the painted outcome; a new editor each time, as
-/// it changes the configuration. `prepare` selects what the command works on. The counters are the
-/// times of undo and redo to that of the command, and the bytes that the step takes.
+/// Measures one command in the window, from its start to the painted result. Each round has a new
+/// editor, as the command changes the configuration. `prepare` selects the input of the command.
+/// The counters are the times of undo and redo divided by that of the command, and the bytes of the
+/// undo step.
 void edit(benchmark::State& state, void (*prepare)(Editor&), void (*command)(Editor&)) {
     Figures undo, redo;
     double bytes = 0;
