@@ -11,7 +11,7 @@
 
 #include "Building.h"
 #include "Measuring.h"
-#include "Others.h"
+#include "OtherReaders.h"
 #include "file/CreateXML.h"
 #include "file/Disk.h"
 #include "file/FileRules.h"

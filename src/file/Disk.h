@@ -22,7 +22,7 @@ struct FileStamp {
 };
 
 /// The largest file that can be read, in bytes: just less than 2 GiB.
-constexpr std::uint64_t mostBytesRead = 0x7FFFFFFF;
+constexpr std::uint64_t maxBytesRead = 0x7FFFFFFF;
 
 /// A file that is open for reading, at its first byte.
 struct InputFile {

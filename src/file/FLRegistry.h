@@ -12,8 +12,7 @@ enum class RegistryRoot { localMachine };
 ///
 ///     const auto registry = systemRegistry(disk, "/home/ann/.config");
 ///     registry->SetRegValue(RegistryRoot::localMachine, "Software\\Company\\Product",
-///     "ConfigFile",
-///                           "/home/ann/house.xml");
+///                           "ConfigFile", "/home/ann/house.xml");
 class FLRegistry {
  public:
     virtual ~FLRegistry() = default;

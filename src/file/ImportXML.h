@@ -33,8 +33,9 @@ class ReadingListener {
 /// reading continues, so the configuration can be incomplete. After the file is read, the user sees
 /// the first five of these messages, and one more with the number of the others.
 ///
-/// `itemRead` is called after every item. Pending events are processed at regular times during the
-/// reading, then `goesOn` is called: if it returns false, the reading ends without a message.
+/// `itemRead` is called after every item. Pending events are processed again and again, at times
+/// that the clock sets; then `goesOn` is called: if it returns false, the reading ends without a
+/// message.
 ///
 /// Returns false if nothing was read: `goesOn` ended the reading; or, after a message to the user,
 /// the file cannot be read, is not XML, has another root element, or would take more memory than

@@ -102,15 +102,16 @@ struct stat statusOf(int file, const fs::path& path) {
     return status;
 }
 
-/// A new, locked file with a unique name. The destructor removes it unless keep() was called. The
-/// name does not contain that of the target, which may already have the maximum length.
+/// A new file with a unique name, locked if the file system has locks. The destructor removes it
+/// unless keep() was called. The name does not contain that of the target, which may already have
+/// the maximum length.
 class TemporaryFile {
  public:
     TemporaryFile(const fs::path& folder, mode_t mode) {
         std::random_device random;
         // Until the file is locked, another process may take it for stale and remove it.
-        constexpr int mostTries = 16;
-        for (int tries = 0; tries < mostTries; ++tries) {
+        constexpr int maxTries = 16;
+        for (int tries = 0; tries < maxTries; ++tries) {
             path_ = folder / (temporaryPrefix() + std::to_string(random()));
             file_ = File(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
             if (file_.descriptor() < 0) throw errorFor(errno, path_);
@@ -139,8 +140,8 @@ class TemporaryFile {
 
 /// Follows a chain of symbolic links to its end. The file there need not exist.
 fs::path followLinks(fs::path path) {
-    constexpr int mostLinks = 40;  // the limit of Linux
-    for (int links = 0; links < mostLinks; ++links) {
+    constexpr int maxLinks = 40;  // the limit of Linux
+    for (int links = 0; links < maxLinks; ++links) {
         std::error_code notALink;
         const fs::path next = fs::read_symlink(path, notALink);
         if (notALink) return path;
@@ -279,7 +280,7 @@ class PosixDisk : public Disk {
         // Only a regular file has an end for sure; a pipe or a device may have none.
         if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
         const auto size = static_cast<std::uint64_t>(status.st_size);
-        if (size > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
+        if (size > maxBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
         return {size, [file, path](char* to, std::size_t bytes) {
                     std::size_t done = 0;
                     while (done < bytes) {

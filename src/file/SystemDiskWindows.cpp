@@ -95,12 +95,12 @@ void requireFile(const File& file, const fs::path& path) {
     }
 }
 
-constexpr DWORD mostBytesAtOnce = 1U << 30U;
+constexpr DWORD maxBytesAtOnce = 1U << 30U;
 
 void writeAll(const File& file, std::string_view bytes, const fs::path& path) {
     while (!bytes.empty()) {
         DWORD written = 0;
-        const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), mostBytesAtOnce));
+        const auto piece = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), maxBytesAtOnce));
         if (::WriteFile(file.handle(), bytes.data(), piece, &written, nullptr) == 0) {
             throw errorFor(::GetLastError(), path);
         }
@@ -309,7 +309,7 @@ bool renamePosix(const fs::path& from, const fs::path& to) {
 /// scanner may have the old file open for a moment. A network file system may report a failure
 /// although it renamed the file, so after a failure this checks whether the target is our file.
 void renameToTarget(const File& file, const fs::path& path, const fs::path& target) {
-    constexpr int mostTries = 10;
+    constexpr int maxTries = 10;
     constexpr DWORD pause = 50;  // milliseconds
     for (int tries = 1; !renamePosix(path, target); ++tries) {
         constexpr DWORD how = MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH;
@@ -319,7 +319,7 @@ void renameToTarget(const File& file, const fs::path& path, const fs::path& targ
         if (number && number == numberOf(File(target, 0, shareAll, OPEN_EXISTING))) return;
         const bool isInUse = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION ||
                              code == ERROR_USER_MAPPED_FILE;
-        if (!isInUse || tries == mostTries) throw errorFor(code, target);
+        if (!isInUse || tries == maxTries) throw errorFor(code, target);
         ::Sleep(pause);
     }
 }
@@ -354,12 +354,12 @@ class WindowsDisk : public Disk {
         LARGE_INTEGER size{};
         if (::GetFileSizeEx(file->handle(), &size) == 0) throw errorFor(::GetLastError(), source);
         const auto bytes = static_cast<std::uint64_t>(size.QuadPart);
-        if (bytes > mostBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
+        if (bytes > maxBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
         return {bytes, [file, source](char* to, std::size_t most) {
                     std::size_t done = 0;
                     while (done < most) {
                         const auto piece =
-                            static_cast<DWORD>(std::min<std::size_t>(most - done, mostBytesAtOnce));
+                            static_cast<DWORD>(std::min<std::size_t>(most - done, maxBytesAtOnce));
                         DWORD got = 0;
                         if (::ReadFile(file->handle(), to + done, piece, &got, nullptr) == 0) {
                             throw errorFor(::GetLastError(), source);

@@ -144,7 +144,7 @@ class Builder {
 
     void start(const XML_Char* name, const XML_Char** attributes) {
         listener_.pieceRead();
-        if (open_ + levelsInside_ == mostElementLevels) {
+        if (open_ + levelsInside_ == maxElementDepth) {
             refuse("elements lie within one another too deep");
         }
         if (wantsChildren_) {

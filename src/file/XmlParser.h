@@ -34,7 +34,7 @@ class XmlListener {
 };
 
 /// How deep elements may be nested. The reader needs memory for each open element.
-inline constexpr std::size_t mostElementLevels = 1100;
+inline constexpr std::size_t maxElementDepth = 1100;
 
 /// Reads an XML file and calls the listener for each element. An element is freed after ended().
 /// Comments and processing instructions are skipped.
@@ -47,7 +47,7 @@ inline constexpr std::size_t mostElementLevels = 1100;
 /// - a text that declares or uses its own entities: a configuration does not need them, and they
 ///   could name other files or make a small file grow without limit;
 /// - a text that declares attributes: the parser compares each of them with all before it;
-/// - elements nested deeper than `mostElementLevels`.
+/// - elements nested deeper than `maxElementDepth`.
 ///
 /// Raises the errors of the disk and of the listener; ErrorNumber::invalidFileFormat with line and
 /// reason, such as "Line 12: mismatched tag", for a text that is refused; ErrorNumber::outOfMemory

@@ -1,4 +1,4 @@
-#include "Others.h"
+#include "OtherReaders.h"
 
 #include <expat.h>
 
