@@ -1,6 +1,5 @@
-// Reading and writing of configuration files, measured against the least that either must cost:
-// the XML parser alone, and the writing of ready-made bytes; reading, also against what others
-// would read with.
+// Measures reading and writing of configuration files, relative to the minimum: the XML parser
+// alone, and writing the finished bytes. Reading is also compared with other ways to read the file.
 
 #include <benchmark/benchmark.h>
 
@@ -49,7 +48,7 @@ class File {
 
 struct Opened {
     double seconds = 0;
-    double heap = 0;  ///< bytes that the document takes
+    double heap = 0;  ///< bytes of the document
 };
 
 Opened openFile(File& file, std::size_t items) {
@@ -99,7 +98,8 @@ void createXml(benchmark::State& state) {
     document.startAt(file.path());
     if (!ImportXML(file.path(), document, file.disk(), file.desktop(), [] {})) std::abort();
     const FileRules rules(document);
-    if (rules.refusal()) std::abort();  // the window has asked it for the signs
+    if (rules.refusal())
+        std::abort();  // in the editor, the window has already called it for the signs
     Figures own;
     Figures write;
     for (auto _ : state) {
@@ -115,7 +115,7 @@ void createXml(benchmark::State& state) {
     state.counters["vs_write"] = own.median() / write.median();
 }
 
-// The names go on with the number of items: ImportXML/65536.
+// The number of items is appended to the names: ImportXML/65536.
 const auto* const importBenchmark =
     benchmark::RegisterBenchmark("ImportXML", importXml) -> Apply(sizes);
 const auto* const createBenchmark =

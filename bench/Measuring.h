@@ -1,4 +1,4 @@
-// How the measurements are taken.
+// Measures times and memory.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <vector>
 
+/// The time that `work` takes, in seconds.
 template <typename Work>
 double secondsOf(Work&& work) {
     const auto start = std::chrono::steady_clock::now();
@@ -19,8 +20,8 @@ double secondsOf(Work&& work) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Times of the same work, or other figures of it. Their median is what counts: a machine has
-/// always something else to do now and then.
+/// Repeated measurements of the same work. The median is used, because other work of the machine
+/// disturbs some of them.
 class Figures {
  public:
     void add(double figure) { figures_.push_back(figure); }
@@ -36,8 +37,8 @@ class Figures {
     std::vector<double> figures_;
 };
 
-/// What the work gives, done in a process of its own, which ends with it: a file is opened once in
-/// a program's life, not in the scattered remains of others.
+/// Runs `work` in a process of its own and returns its result. Thus each run has a fresh heap, like
+/// a program that opens its first file.
 template <typename Work>
 auto inOwnProcess(const Work& work) {
     std::array<int, 2> ends{};
@@ -56,12 +57,12 @@ auto inOwnProcess(const Work& work) {
     return result;
 }
 
-/// The bytes of the heap that are in use, what the allocator adds included; 0 where the system
-/// does not tell.
+/// The bytes of the heap that are in use, including the overhead of the allocator. 0 if the system
+/// does not report them.
 double heapInUse();
 
-/// Numbers of items, up to eight times those that the editor is made for; nine rounds each.
+/// Sets the numbers of items, up to eight times the editor's intended maximum, and nine rounds.
 void sizes(benchmark::internal::Benchmark* benchmark);
 
-/// Counts the median time of an item.
+/// Reports the median time for each item.
 void reportPerItem(benchmark::State& state, const Figures& seconds);

@@ -32,7 +32,7 @@ void Lifecycle::mnuOpenCfg_Click(const std::string& given) {
         if (!saveFirst()) return;
         const std::string path = given.empty() ? ShowDialSave() : given;
         if (path.empty()) return;
-        // A file that cannot even be read costs the user nothing: what is open stays open.
+        // If the file cannot be opened, the current configuration stays open.
         if (!reportErrors(desktop_, "ImportXML", [&] { disk_.openToRead(path); })) return;
 
         load(path);
@@ -40,7 +40,7 @@ void Lifecycle::mnuOpenCfg_Click(const std::string& given) {
     });
 }
 
-/// Lives while a file is read.
+/// Sets the flag `underWay` during its lifetime.
 class Lifecycle::LoadingUnderWay {
  public:
     explicit LoadingUnderWay(Loading& loading) : loading_(loading) {
@@ -56,8 +56,8 @@ class Lifecycle::LoadingUnderWay {
 
 void Lifecycle::load(const std::string& path) {
     window_.InitObjects();
-    // The old configuration is gone. Were it still counted as open, a failed reading would
-    // leave an empty one that asks to be saved over the file just chosen.
+    // The old configuration is closed now. Without this line, a failed reading would leave an empty
+    // configuration open, and the user would be asked to save it over the chosen file.
     document_.open = false;
     document_.startAt(path);
     noteFile(path);
@@ -77,7 +77,7 @@ void Lifecycle::load(const std::string& path) {
     window_.configurationOpened();
 }
 
-/// Whether the reading goes on that began then.
+/// True if the reading that began at that time should continue.
 bool Lifecycle::goesOn(std::chrono::steady_clock::time_point began) {
     constexpr std::chrono::seconds patience(1);
     if (std::chrono::steady_clock::now() - began > patience) window_.loadingTakesLong();
@@ -98,9 +98,9 @@ void Lifecycle::mnuCloseCfg_Click() {
     });
 }
 
-void Lifecycle::mnuExit_Click() { leave("mnuExit_Click"); }
+void Lifecycle::mnuExit_Click() { exitApplication("mnuExit_Click"); }
 
-bool Lifecycle::Form_Unload() { return leave("Form_Unload"); }
+bool Lifecycle::Form_Unload() { return exitApplication("Form_Unload"); }
 
 bool Lifecycle::mayEnd(const std::function<bool()>& mayAsk) {
     bool may = false;
@@ -141,7 +141,7 @@ Lifecycle::SaveOutcome Lifecycle::save() {
         switch (answer) {
             case Answer::yes:
                 if (!canBeReadBack()) return;
-                // The questions may have stood for long.
+                // Another program may have changed the file while the questions were open.
                 if (!mayReplace(path, known)) {
                     outcome = SaveOutcome::declined;
                     break;
@@ -190,8 +190,9 @@ void Lifecycle::noteFile(const std::string& path) {
     lastStamp_ = disk_.stampOf(path);
 }
 
-/// Asks while another program has changed the file since it was as `known`, which becomes what the
-/// user knows of. One that was removed meanwhile is in nobody's way.
+/// Asks the user if another program has changed the file since the stamp `known`, and sets `known`
+/// to the new stamp. Repeats that if the file changes again during the question. Does not ask if
+/// the file was removed. Returns false if the user does not want to save.
 bool Lifecycle::mayReplace(const std::string& path, std::optional<FileStamp>& known) {
     for (auto stamp = disk_.stampOf(path); stamp && stamp != known; stamp = disk_.stampOf(path)) {
         if (!desktop_.askYesNo(
@@ -206,7 +207,8 @@ bool Lifecycle::mayReplace(const std::string& path, std::optional<FileStamp>& kn
     return true;
 }
 
-/// Whether it is to be written. Else the user has been told, or has said so, and sees the node.
+/// True if the configuration can be read back, or the user wants to save it anyway. Otherwise
+/// shows the node with the fault and returns false.
 bool Lifecycle::canBeReadBack() {
     if (const auto refusal = rules_.refusal()) {
         reportErrors(desktop_, "CreateXML", [&] { throw refusal->error; });
@@ -225,7 +227,8 @@ bool Lifecycle::canBeReadBack() {
     return false;
 }
 
-/// The part of both save commands that writes: file, saved flag, registry record.
+/// The last part of both save commands: writes the file, sets the saved flag and the registry
+/// record.
 Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
     if (!CreateXML(path, document_, disk_, desktop_)) return SaveOutcome::failed;
     noteFile(path);
@@ -235,7 +238,7 @@ Lifecycle::SaveOutcome Lifecycle::write(const std::string& path) {
     try {
         registry_.SetRegValue(RegistryRoot::localMachine, subKey, "ConfigFile", path);
     } catch (...) {
-        // The file is saved, with or without the record.
+        // The save succeeds even if the record cannot be written.
     }
     return SaveOutcome::saved;
 }
@@ -246,10 +249,11 @@ bool Lifecycle::saveFirst(const char* question) {
     return document_.saved;
 }
 
-/// True when the application is ending. A declined overwrite does not keep it from that; but
-/// when the user wanted to save and the writing failed, it goes on, or the work would be lost.
-bool Lifecycle::leave(const char* routine) {
-    bool leaving = false;
+/// Deliberate: the application also ends when the user refuses to overwrite the file. It does not
+/// end when the user wanted to save and writing failed, as the work would be lost. Returns true if
+/// it ends.
+bool Lifecycle::exitApplication(const char* routine) {
+    bool isEnding = false;
     if (loading_.underWay) {
         loading_.goesOn = false;
         loading_.endsApplication = true;
@@ -259,11 +263,11 @@ bool Lifecycle::leave(const char* routine) {
         if (unsaved() && desktop_.askYesNo(saveActiveQuestion) && save() == SaveOutcome::failed) {
             return;
         }
-        leaving = true;
+        isEnding = true;
         document_.open = false;
         window_.InitObjects();
         document_.clear();
         window_.endApplication();
     });
-    return leaving;
+    return isEnding;
 }

@@ -105,7 +105,7 @@ class Lifecycle {
     bool goesOn(std::chrono::steady_clock::time_point began);
     void noteFile(const std::string& path);
     bool mayReplace(const std::string& path, std::optional<FileStamp>& known);
-    bool leave(const char* routine);
+    bool exitApplication(const char* routine);
     bool unsaved() const { return document_.open && !document_.saved; }
 
     Document& document_;

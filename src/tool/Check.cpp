@@ -18,7 +18,7 @@ namespace {
 
 std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
 
-/// Looks through one file.
+/// Checks one file.
 class Checker : public ReadingListener {
  public:
     Checker(std::string path, Document& document) : path_(std::move(path)), document_(document) {}
@@ -55,7 +55,7 @@ class Checker : public ReadingListener {
         auto line = lines_.begin();
         for (const auto& node : document_.tree().nodes()) {
             node_ = node.get();
-            line_ = node_ == document_.tree().root() ? 0 : *line++;  // they were read in this order
+            line_ = node_ == document_.tree().root() ? 0 : *line++;  // the same order as in read()
             checkNode();
         }
     }
@@ -76,7 +76,8 @@ class Checker : public ReadingListener {
         }
     }
 
-    /// Only texts are looked at: two things whose keys would be the same were not both read.
+    /// Checks a text only. Two nodes with the same key cannot occur: the reader skips the second
+    /// one.
     void checkText(Column column, std::string_view text, FilePlace place) {
         const Fault fault = faultOf(text, place);
         if (fault.kind == FaultKind::none) return;
@@ -139,10 +140,10 @@ class Checker : public ReadingListener {
     Document& document_;
     std::optional<ItemRecords> items_;
     std::vector<std::size_t> lines_;
-    /// By the numbers of addresses.
+    /// The first item with each address, by the number of the address.
     std::vector<const Node*> firstWith_ = std::vector<const Node*>(std::size_t{1} << 16U);
     std::vector<Finding> findings_;
-    // What is being looked at.
+    // The current node and its line.
     const Node* node_ = nullptr;
     std::size_t line_ = 0;
 };
@@ -158,7 +159,7 @@ void printJson(std::ostream& out, const std::vector<Finding>& findings) {
         if (finding.line == 0) json.back().erase("line");
     }
     using Handler = nlohmann::ordered_json::error_handler_t;
-    out << json.dump(2, ' ', false, Handler::replace) << '\n';  // a file's name may be no UTF-8
+    out << json.dump(2, ' ', false, Handler::replace) << '\n';  // a file name may not be UTF-8
 }
 
 }  // namespace
@@ -174,8 +175,8 @@ int check(const Tool& tool, const CheckOptions& options) {
         for (const Finding& finding : findings)
             tool.out << finding << '\n';
     }
-    auto gravest = Severity::note;
+    auto worst = Severity::note;
     for (const Finding& finding : findings)
-        gravest = std::max(gravest, finding.severity);
-    return exitStatusFor(gravest);
+        worst = std::max(worst, finding.severity);
+    return exitStatusFor(worst);
 }

@@ -1,4 +1,4 @@
-// The command that tells what is wrong in configurations.
+// The command "check", which finds faults in configurations.
 #pragma once
 
 #include <string>
@@ -9,9 +9,9 @@
 struct CheckOptions {
     std::vector<std::string> files;
     bool json = false;
-    bool quiet = false;  ///< only the exit status tells
+    bool quiet = false;  ///< print nothing
 };
 
-/// Tells of what the reader of files reports, of what the file cannot hold, and of what most often
-/// is a mistake. Gives the exit status.
+/// Prints the faults that the reader of files reports, the texts that the file cannot hold, and
+/// likely mistakes. Returns the exit status.
 int check(const Tool& tool, const CheckOptions& options);

@@ -2,10 +2,8 @@
 
 #include <ostream>
 
-#include "base/Numbers.h"
 #include "base/RunTimeError.h"
 #include "file/CreateXML.h"
-#include "file/FileRules.h"
 #include "file/ImportXML.h"
 
 bool readConfiguration(const Tool& tool, const std::string& path, Document& document) {

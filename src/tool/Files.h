@@ -1,4 +1,4 @@
-// Configuration files for the commands: read whole, and written as the editor writes them.
+// Reads and writes files for the commands.
 #pragma once
 
 #include <functional>
@@ -8,15 +8,15 @@
 #include "model/Document.h"
 #include "tool/Report.h"
 
-/// The desktop of a program that nobody sits before: what is told is handed on, no file is chosen,
-/// and each question has the answer that changes nothing.
+/// A desktop without a user. It passes messages on, chooses no file, and gives each question the
+/// answer that changes nothing.
 class NoDesktop : public Desktop {
  public:
-    explicit NoDesktop(std::function<void(const std::string& text)> told)
-        : told_(std::move(told)) {}
+    explicit NoDesktop(std::function<void(const std::string& text)> onMessage)
+        : onMessage_(std::move(onMessage)) {}
 
     using Desktop::showMessage;
-    void showMessage(const std::string& text, MessageIcon /*icon*/) override { told_(text); }
+    void showMessage(const std::string& text, MessageIcon /*icon*/) override { onMessage_(text); }
     using Desktop::askYesNo;
     bool askYesNo(const std::string& /*text*/, Answer /*proposed*/) override { return false; }
     Answer askYesNoCancel(const std::string& /*text*/) override { return Answer::cancel; }
@@ -36,19 +36,19 @@ class NoDesktop : public Desktop {
     void processPendingEvents() override {}
 
  private:
-    std::function<void(const std::string&)> told_;
+    std::function<void(const std::string&)> onMessage_;
 };
 
-/// Reads a configuration. False, with a line for each fault, for one that cannot be read without a
-/// message: what is left out of it could be lost without a word.
+/// Reads a configuration. Prints a line for each fault, and returns false if there is one: parts
+/// with a fault are skipped, and could be lost without notice.
 bool readConfiguration(const Tool& tool, const std::string& path, Document& document);
 
-/// Reads a file of another kind. Nothing, with a line that says why, when that fails.
+/// Reads any file. If that fails, prints a line with the reason and returns nothing.
 std::optional<std::string> readFile(const Tool& tool, const std::string& path);
 
-/// False, with a line that says so, for a file that is there and must not be replaced.
+/// Returns false and prints a line if the file exists and `force` is false.
 bool mayWrite(const Tool& tool, const std::string& path, bool force);
 
-/// Writes a configuration, whole or not at all. False, with a line that says why, when it was not
-/// written.
+/// Writes a configuration, completely or not at all. If that fails, prints a line with the reason
+/// and returns false.
 bool writeConfiguration(const Tool& tool, const std::string& path, const Document& document);
