@@ -1,4 +1,4 @@
-// What the measurements work on.
+// The configurations that are measured.
 #pragma once
 
 #include <cstdio>
@@ -8,7 +8,7 @@
 #include "desktop/Desktop.h"
 #include "model/Document.h"
 
-/// Nobody sits before a benchmark; whatever is told ends it.
+/// A desktop without a user. Any message ends the benchmark.
 class SilentDesktop : public Desktop {
  public:
     using Desktop::showMessage;
@@ -36,11 +36,12 @@ class SilentDesktop : public Desktop {
     std::string clipboard;
 };
 
-/// A building of so many group addresses: devices of 4,096, floors of 1,024, rooms of 32.
+/// Fills the document with this number of items: 4,096 in each device, 1,024 in each floor, 32 in
+/// each room.
 void fillBuilding(Document& document, int items);
 
-/// The same group addresses, all in one branch, "Building.ALL".
+/// Fills the document with the same items, all in the branch "Building.ALL".
 void fillOneBranch(Document& document, int items);
 
-/// A device of that name with one branch, "MORE", of so many items more.
+/// Adds a device with this name and one branch, "MORE", with this number of items.
 void addBranchOf(Document& document, const std::string& device, int items);
