@@ -6,7 +6,7 @@
 
 #include "base/Reporting.h"
 #include "base/Text.h"
-#include "file/FileRules.h"
+#include "file/FileSurvey.h"
 #include "model/ItemRecords.h"
 
 namespace {
@@ -43,7 +43,7 @@ class Lines {
     std::string bytes_;  // a member to keep its memory
 };
 
-/// What is made of a configuration on the way to its file.
+/// What the parts of the writer share.
 struct Output {
     explicit Output(const Document& document) : records(document.items()) {}
 
@@ -51,14 +51,14 @@ struct Output {
     ItemRecords records;
 };
 
-/// The contents of one device, first child to last. No recursion, though a reader would not take
-/// what lies too deep for that.
+/// Writes the contents of one device, in the order of the tree. It does not recurse, so that deep
+/// branches cannot overflow the stack.
 class Contents {
  public:
     Contents(Output& output, const Document& document, const Node& device)
         : output_(output), document_(document), device_(device), open_(&device), walk_(device) {}
 
-    /// Adds lines until there are enough to be written; false at the end.
+    /// Adds lines until the buffer is full. Returns false after the last line.
     bool PrintBranch() {
         while (!output_.lines.isFull()) {
             const Node* node = walk_.next();
@@ -91,7 +91,7 @@ class Contents {
     Output& output_;
     const Document& document_;
     const Node& device_;
-    const Node* open_;  // the node whose contents are being written
+    const Node* open_;  // the node that contains the current line
     std::int16_t level_ = 4;
     TreeWalk walk_;
 };

@@ -9,7 +9,7 @@
 #include "base/RunTimeError.h"
 #include "desktop/EventTurns.h"
 #include "desktop/FirstMessages.h"
-#include "file/FileRules.h"
+#include "file/FileSurvey.h"
 #include "file/XmlParser.h"
 
 namespace {
@@ -123,7 +123,7 @@ class Importer : public XmlListener {
     Place placeOfBranch(const XmlElement& element, const Place& parent) {
         Place place{Role::contents, nullptr, parent.length + 1 + element.name.size(),
                     parent.branches + 1};
-        if (place.branches > mostBranchLevels) {
+        if (place.branches > maxBranchDepth) {
             refuse("Branches lie within one another more than 1,000 deep");
         }
         countKey(place.length);
@@ -137,9 +137,9 @@ class Importer : public XmlListener {
 
     /// Called before the key is built, so that a malicious file cannot use up the memory.
     void countKey(std::size_t length) {
-        if (length > mostKeyBytes) refuse("The path to a branch or an item is longer than 64 KB");
+        if (length > maxKeyBytes) refuse("The path to a branch or an item is longer than 64 KB");
         keyBytes_ += length;
-        if (keyBytes_ > mostBytesOfAllKeys) {
+        if (keyBytes_ > maxBytesOfAllKeys) {
             refuse("The paths to all branches and items are longer than 128 MB together");
         }
     }

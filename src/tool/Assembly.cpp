@@ -8,7 +8,7 @@
 
 #include "base/Numbers.h"
 #include "base/RunTimeError.h"
-#include "file/FileRules.h"
+#include "file/TextRules.h"
 #include "model/Checks.h"
 #include "model/Keys.h"
 

@@ -6,8 +6,8 @@
 #include <optional>
 #include <ostream>
 
-#include "file/FileRules.h"
 #include "file/ImportXML.h"
+#include "file/TextRules.h"
 #include "model/Addresses.h"
 #include "model/DataTypes.h"
 #include "model/ProposedNames.h"
