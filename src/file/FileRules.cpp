@@ -80,9 +80,14 @@ const FileSurvey& FileRules::survey() const {
     const ConfigTree& tree = document_.tree();
     const ConfigTree& detached = document_.detached();
     // Of records, the survey uses only those in detached subtrees.
-    const bool isAnyDetached = detached.nodes().size() > 0;
-    const std::array now{tree.changes(), detached.changes(),
-                         isAnyDetached ? tree.recordChanges() : 0};
+    const bool isAnyDetached = detached.nodes().size() > 1;  // the root is always there
+    // A view may ask in the middle of a change, when a node has gone and its record has not.
+    const State now{.tree = tree.changes(),
+                    .detached = detached.changes(),
+                    .records = isAnyDetached ? tree.recordChanges() : 0,
+                    .devices = document_.devices().count(),
+                    .branches = document_.branches().count(),
+                    .items = document_.items().count()};
     if (surveyed_ == now) return survey_;
     survey_ = surveyOf(document_);
     detachedFaults_.clear();

@@ -3,7 +3,6 @@
 // are found before anything is written.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -60,6 +59,12 @@ class FileRules {
     mutable FileSurvey survey_;
     /// The most serious fault in each detached device, by the device's name.
     mutable std::unordered_map<SharedText, Fault> detachedFaults_;
-    /// The document's counters of changes at the time of the survey.
-    mutable std::optional<std::array<std::uint64_t, 3>> surveyed_;
+    /// What the result of a survey depends on: counts of changes, and of records.
+    struct State {
+        std::uint64_t tree, detached, records;
+        std::size_t devices, branches, items;
+        bool operator==(const State&) const = default;
+    };
+    /// That of the last survey.
+    mutable std::optional<State> surveyed_;
 };
