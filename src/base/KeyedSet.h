@@ -1,4 +1,4 @@
-// Things that are found by their key: what the tree and the registries are built on.
+// A container of elements that are found by key. The tree and the registries are built on it.
 #pragma once
 
 #include <algorithm>
@@ -10,172 +10,175 @@
 
 #include "base/SharedText.h"
 
-/// Holds things that each have a key, in the order in which they were added, and adds, finds and
-/// gives them back in constant time. A `Thing` can be moved, and is empty when it is made of
-/// nothing. `Keys` says which are empty, what a thing's key is and when two keys are the same; what
-/// is the same must be so for hashIgnoringCase():
+/// Holds elements in the order in which they were added. Each has a key. Adding, finding and
+/// removing take constant time. An `Element` can be moved, and is empty when default-constructed.
+/// `Keys` says which elements are empty, what the key of an element is, and which keys are equal;
+/// equal keys must have equal hashIgnoringCase():
 ///
 ///     struct Keys {
-///         static bool isEmpty(const Thing& thing);
-///         static const SharedText& keyOf(const Thing& thing);
+///         static bool isEmpty(const Element& element);
+///         static const SharedText& keyOf(const Element& element);
 ///         static bool equal(std::string_view a, std::string_view b);
 ///     };
 ///
-/// A thing keeps its place, a number, as long as it is in the set, and its place stays free when it
-/// is taken out: it can be put back, and the order is what it was. Only compact() changes places.
+/// An element keeps its place, a number, as long as it is in the set. The place stays free when the
+/// element is taken out, so that it can be put back in the same order. Only compact() changes
+/// places.
 ///
-/// The places of the things stand in one flat table, searched from the place that the hash names
-/// on, with the hash beside each: neither growing nor passing over other things touches these.
-/// With hundreds of thousands of them, which no cache holds, that is what adding and finding cost.
-template <typename Thing, typename Keys>
+/// The hash table uses open addressing. It is a flat array of hashes and places, so that growing
+/// and probing do not read the elements: with hundreds of thousands of elements, cache misses are
+/// most of the cost.
+template <typename Element, typename Keys>
 class KeyedSet {
-    using Things = std::deque<Thing>;
+    using Elements = std::deque<Element>;
 
  public:
     using Place = std::uint32_t;
 
-    /// A thing that was taken out, and where it stood; empty when there was none.
+    /// An element that was taken out, and its place; the element is empty when there was none.
     struct Taken {
-        Thing thing;
+        Element element;
         Place place = 0;
     };
 
-    /// Walks the things as they were added.
+    /// Iterates over the elements in the order in which they were added.
     class Iterator {
      public:
-        Iterator(const Things& things, std::size_t place) : things_(&things), place_(place) {}
-        const Thing& operator*() const { return (*things_)[place_]; }
+        Iterator(const Elements& elements, std::size_t place)
+            : elements_(&elements), place_(place) {}
+        const Element& operator*() const { return (*elements_)[place_]; }
         Iterator& operator++() {
             do
                 ++place_;
-            while (place_ < things_->size() && Keys::isEmpty(**this));
+            while (place_ < elements_->size() && Keys::isEmpty(**this));
             return *this;
         }
         bool operator==(const Iterator&) const = default;
 
      private:
-        const Things* things_;
+        const Elements* elements_;
         std::size_t place_;
     };
 
-    std::size_t size() const { return things_.size() - holes_; }
-    Iterator begin() const { return ++Iterator(things_, std::size_t{0} - 1); }
-    Iterator end() const { return Iterator(things_, things_.size()); }
+    std::size_t size() const { return elements_.size() - holes_; }
+    Iterator begin() const { return ++Iterator(elements_, std::size_t{0} - 1); }
+    Iterator end() const { return Iterator(elements_, elements_.size()); }
 
-    /// The thing with the key, or null; good until the next one is added.
-    const Thing* find(const SharedText& key) const {
+    /// The element with the key, or null. The pointer is valid until the next element is added.
+    const Element* find(const SharedText& key) const {
         if (slots_.empty()) return nullptr;
         const Slot& slot = slots_[slotOf(key)];
-        return slot.isEmpty() ? nullptr : &things_[slot.place];
+        return slot.isEmpty() ? nullptr : &elements_[slot.place];
     }
 
-    /// False, and nothing has changed, when the thing's key is taken.
-    bool add(Thing&& thing) {
-        if (size() + 1 > slots_.size() / 3 * 2) makeRoom();
-        Slot& slot = slots_[slotOf(Keys::keyOf(thing))];
+    /// Appends the element. Returns false, and changes nothing, when its key is taken.
+    bool add(Element&& element) {
+        if (size() + 1 > slots_.size() / 3 * 2) grow();
+        Slot& slot = slots_[slotOf(Keys::keyOf(element))];
         if (!slot.isEmpty()) return false;
-        things_.push_back(std::move(thing));
-        slot = {Keys::keyOf(things_.back()).hash(), endPlace() - 1};
+        elements_.push_back(std::move(element));
+        slot = {Keys::keyOf(elements_.back()).hash(), endPlace() - 1};
         return true;
     }
 
-    /// The place that the next thing will have.
-    Place endPlace() const { return static_cast<Place>(things_.size()); }
+    /// The place that the next added element gets.
+    Place endPlace() const { return static_cast<Place>(elements_.size()); }
 
-    /// Takes the thing with the key out; what it gives is empty when there is none.
+    /// Removes and returns the element with the key; returns an empty one when there is none.
     Taken take(const SharedText& key) {
         if (find(key) == nullptr) return {};
         const Place place = freeSlot(key);
-        Taken taken{std::move(things_[place]), place};
-        things_[place] = Thing();
-        for (++holes_; !things_.empty() && Keys::isEmpty(things_.back()); --holes_)
-            things_.pop_back();
+        Taken taken{std::move(elements_[place]), place};
+        elements_[place] = Element();
+        for (++holes_; !elements_.empty() && Keys::isEmpty(elements_.back()); --holes_)
+            elements_.pop_back();
         return taken;
     }
 
-    /// Puts a thing back at its place, which must be free, and its key too.
+    /// Puts an element back at its place. The place and the key must be free.
     void putBack(Taken&& taken) {
-        if (size() + 1 > slots_.size() / 3 * 2) makeRoom();
-        for (; things_.size() <= taken.place; ++holes_)
-            things_.emplace_back();
-        Thing& thing = things_[taken.place];
-        thing = std::move(taken.thing);
+        if (size() + 1 > slots_.size() / 3 * 2) grow();
+        for (; elements_.size() <= taken.place; ++holes_)
+            elements_.emplace_back();
+        Element& element = elements_[taken.place];
+        element = std::move(taken.element);
         --holes_;
-        slots_[slotOf(Keys::keyOf(thing))] = {Keys::keyOf(thing).hash(), taken.place};
+        slots_[slotOf(Keys::keyOf(element))] = {Keys::keyOf(element).hash(), taken.place};
     }
 
-    /// The number of free places among the things.
+    /// The number of free places between the elements.
     std::size_t holes() const { return holes_; }
 
-    /// Takes the free places out, but for those at which something is to be put back: these are
-    /// `reserved`, and are changed to what they are then. Takes time by the number of all places.
+    /// Removes the free places, except those in `reserved`, which elements may be put back to. The
+    /// numbers in `reserved` are updated to the new places. Takes time proportional to the number
+    /// of all places.
     void compact(std::vector<Place*> reserved) {
         std::ranges::sort(reserved, {}, [](const Place* place) { return *place; });
         auto next = reserved.begin();
-        std::vector<Place> places(things_.size());
-        Things kept;
-        for (Place place = 0; place < things_.size(); ++place) {
+        std::vector<Place> places(elements_.size());
+        Elements kept;
+        for (Place place = 0; place < elements_.size(); ++place) {
             const bool isReserved = next != reserved.end() && **next == place;
-            if (Keys::isEmpty(things_[place]) && !isReserved) continue;
+            if (Keys::isEmpty(elements_[place]) && !isReserved) continue;
             places[place] = static_cast<Place>(kept.size());
             for (; next != reserved.end() && **next == place; ++next)
                 **next = places[place];
-            kept.push_back(std::move(things_[place]));
+            kept.push_back(std::move(elements_[place]));
         }
-        // Beyond the last thing, places are free anyway; they keep their distance.
+        // Places after the last element are free anyway; their distance from the end stays.
         for (; next != reserved.end(); ++next)
-            **next -= static_cast<Place>(things_.size() - kept.size());
-        holes_ -= things_.size() - kept.size();
-        things_ = std::move(kept);
+            **next -= static_cast<Place>(elements_.size() - kept.size());
+        holes_ -= elements_.size() - kept.size();
+        elements_ = std::move(kept);
         for (Slot& slot : slots_)
             if (!slot.isEmpty()) slot.place = places[slot.place];
     }
 
-    /// Lets `change` give the thing with that key another one, which nothing has. Its place in
-    /// the order stays.
+    /// Calls `change`, which gives the element with that key a new, free key. The element keeps its
+    /// place.
     template <typename Change>
     void rekey(const SharedText& key, const Change& change) {
         const Place place = freeSlot(key);
         change();
-        const SharedText& changed = Keys::keyOf(things_[place]);
+        const SharedText& changed = Keys::keyOf(elements_[place]);
         slots_[slotOf(changed)] = {changed.hash(), place};
     }
 
-    /// Gives the memory back too.
+    /// Removes everything, and releases the memory.
     void clear() {
         slots_ = std::vector<Slot>();
-        things_ = Things();
+        elements_ = Elements();
         holes_ = 0;
     }
 
  private:
     struct Slot {
-        static constexpr Place nowhere = 0xFFFFFFFF;
-        bool isEmpty() const { return place == nowhere; }
+        static constexpr Place none = 0xFFFFFFFF;
+        bool isEmpty() const { return place == none; }
 
         std::uint32_t hash = 0;
-        Place place = nowhere;
+        Place place = none;
     };
 
     std::size_t mask() const { return slots_.size() - 1; }  // the size is a power of two
     std::size_t next(std::size_t slot) const { return (slot + 1) & mask(); }
 
-    /// Where the key stands, or the empty slot where it would.
+    /// The slot of the key, or the empty slot to put it into.
     std::size_t slotOf(const SharedText& key) const {
         const std::uint32_t hash = key.hash();
         std::size_t i = hash & mask();
-        while (!slots_[i].isEmpty() &&
-               (slots_[i].hash != hash || !Keys::equal(Keys::keyOf(things_[slots_[i].place]), key)))
+        while (!slots_[i].isEmpty() && (slots_[i].hash != hash ||
+                                        !Keys::equal(Keys::keyOf(elements_[slots_[i].place]), key)))
             i = next(i);
         return i;
     }
 
-    /// Gives the place of the thing with that key, which is not to be found any more.
+    /// Removes the key from the table. Returns the place of its element, which stays where it is.
     Place freeSlot(const SharedText& key) {
         std::size_t hole = slotOf(key);
         const Place place = slots_[hole].place;
-        // What was pushed on past the hole moves up, so that a search that ends at an empty slot
-        // has missed nothing.
+        // Entries that a collision put behind the freed slot move up: a search ends at the first
+        // empty slot, and must not end before them.
         for (std::size_t i = next(hole); !slots_[i].isEmpty(); i = next(i)) {
             const std::size_t home = slots_[i].hash & mask();
             if (((i - home) & mask()) < ((i - hole) & mask())) continue;
@@ -186,8 +189,8 @@ class KeyedSet {
         return place;
     }
 
-    /// The table has got full.
-    void makeRoom() {
+    /// Rebuilds the table with more than two slots for each element.
+    void grow() {
         std::size_t slots = 16;
         while (slots / 2 <= size())
             slots *= 2;
@@ -201,6 +204,6 @@ class KeyedSet {
     }
 
     std::vector<Slot> slots_;
-    Things things_;
-    std::size_t holes_ = 0;  // among the things
+    Elements elements_;
+    std::size_t holes_ = 0;  // free places between the elements
 };

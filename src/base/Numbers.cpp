@@ -21,7 +21,8 @@ std::size_t skipDigits(std::string_view text, std::size_t i) {
     return i;
 }
 
-/// The length of the unsigned decimal number that the text begins with; 0 when there is none.
+/// Returns the length of the unsigned decimal number at the beginning of the text; 0 when there is
+/// none.
 std::size_t numberLength(std::string_view text) {
     std::size_t end = skipDigits(text, 0);
     std::size_t digits = end;
@@ -40,8 +41,8 @@ std::size_t numberLength(std::string_view text) {
     return end;
 }
 
-/// The number that the text begins with, after blanks: its sign, and the rest of it, which is
-/// empty when there is none.
+/// The number at the beginning of a text, after blanks: its sign, and its characters after the
+/// sign. `digits` is empty when there is no number.
 struct SignedNumber {
     bool negative = false;
     std::string_view digits;
@@ -56,7 +57,7 @@ SignedNumber numberIn(std::string_view text) {
     return {negative, text.substr(0, numberLength(text))};
 }
 
-/// For a number that a double cannot hold: true when it is too large, false when too small.
+/// For a number out of the range of double: true when it is too large, false when it is too small.
 bool isHuge(std::string_view number) {
     const auto end = std::min(number.find_first_of("eE"), number.size());
     const auto point = static_cast<long>(std::min(number.find('.'), end));
@@ -74,7 +75,7 @@ bool isHuge(std::string_view number) {
     return point - firstDigit + exponent > 0;
 }
 
-/// The number rounded with halves to even, whatever rounding mode the process is in.
+/// Rounds halves to even. Does not depend on the rounding mode of the process.
 double roundHalvesToEven(double number) {
     const double below = std::floor(number);
     const double fraction = number - below;

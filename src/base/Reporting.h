@@ -1,4 +1,4 @@
-// How rules tell the user something, and how handlers report the errors that they trap.
+// How rules show messages to the user, and how handlers report the errors that they trap.
 #pragma once
 
 #include <concepts>
@@ -9,8 +9,8 @@
 
 #include "base/RunTimeError.h"
 
-/// Shows one text to the user in a message box with an OK button. Made from anything that has
-/// `showMessage(text)`, so that a rule need not know what a desktop is:
+/// A function that shows a text to the user in a message box with an OK button. Any object with
+/// `showMessage(text)` converts to it, so that a rule does not depend on the desktop interface:
 ///
 ///     if (!CheckChars(name, desktop)) return;
 class Tell {
@@ -19,7 +19,7 @@ class Tell {
     requires(!std::same_as<MessageBoxes, Tell>) && requires(MessageBoxes& boxes) {
         boxes.showMessage(std::string());
     }
-    // Implicit on purpose: every caller hands over the desktop that it has.
+    // Implicit, so that every caller can pass its desktop.
     // NOLINTNEXTLINE(google-explicit-constructor)
     Tell(MessageBoxes& boxes)
         : show_([&boxes](const std::string& text) { boxes.showMessage(text); }) {}
@@ -30,12 +30,12 @@ class Tell {
     std::function<void(const std::string&)> show_;
 };
 
-/// The exception that is being handled. Any exception has a number here: one that escaped a
-/// handler would end the program, and with it the user's work.
+/// Returns the exception that is being handled as a RunTimeError. Converts every type of exception:
+/// one that left a handler would end the program, and the user would lose unsaved work.
 RunTimeError caughtError();
 
-/// Runs a part of a handler's body that is a routine of its own: an error that leaves it carries
-/// the routine's name, and is reported under it.
+/// Runs a part of a handler's body that is a routine of its own. An error that `body` raises gets
+/// the routine's name, unless it already has one, and is reported under that name.
 template <typename Body>
 void runRoutine(std::string_view routine, Body&& body) {
     try {
@@ -47,13 +47,13 @@ void runRoutine(std::string_view routine, Body&& body) {
     }
 }
 
-/// "6  Overflow".
+/// Number and description of the error: "6  Overflow".
 std::string numberAndDescription(const RunTimeError& error);
 
-/// Runs a handler's body. An error that the body throws ends it and is shown as the general
-/// error message, " Error n. 6  Overflow in mnuSaveCfg_Click" for the routine mnuSaveCfg_Click,
-/// unless the error carries the name of another; what the body had changed before stays changed.
-/// True when the body came to its end.
+/// Runs a handler's body. An error ends the body and is shown as the general error message,
+/// " Error n. 6  Overflow in mnuSaveCfg_Click" for the routine mnuSaveCfg_Click, or with the name
+/// of the routine that the error has itself. What the body changed before the error stays changed.
+/// Returns true when the body ran to its end.
 template <typename Body>
 bool reportErrors(const Tell& tell, std::string_view routine, Body&& body) {
     try {

@@ -1,4 +1,4 @@
-// A text that stands in many places at once.
+// A text whose copies share their characters.
 #pragma once
 
 #include <concepts>
@@ -8,15 +8,17 @@
 #include <string_view>
 #include <utility>
 
-/// A text of one word's size: its copies share the letters, which never change. For the many texts
-/// of a configuration, most of which stand in a node, in a registry and in a record. Not to be
-/// shared by threads.
+/// An immutable text of the size of one pointer. Its copies share the characters. Most texts of a
+/// configuration are used three times: in a node, in a registry and in a record. Not thread-safe.
+///
+///     const SharedText key("Plant.Floor1");
+///     record.sKey = key;  // copies one pointer
 class SharedText {
  public:
     SharedText() = default;
-    // Implicit on purpose, as for any text. NOLINTNEXTLINE(google-explicit-constructor)
+    // Implicit, as for std::string. NOLINTNEXTLINE(google-explicit-constructor)
     SharedText(const std::convertible_to<std::string_view> auto& text) : SharedText(text, {}, {}) {}
-    /// The pieces, one after the other.
+    /// Concatenates the three texts.
     SharedText(std::string_view first, std::string_view second, std::string_view third);
     SharedText(const SharedText& other) noexcept : head_(other.head_) {
         if (head_ != nullptr) ++head_->users;
@@ -40,10 +42,10 @@ class SharedText {
     std::size_t size() const { return head_ == nullptr ? 0 : head_->length; }
     bool empty() const { return head_ == nullptr; }
 
-    /// Begins to load the letters from memory, for a use soon.
+    /// Hints to the processor that the characters will be read soon.
     void prefetch() const { __builtin_prefetch(head_); }
 
-    /// That of hashIgnoringCase(), taken once.
+    /// hashIgnoringCase() of the text, computed at the first call.
     std::uint32_t hash() const;
 
     friend std::string operator+(std::string_view a, const SharedText& b) {
@@ -58,16 +60,16 @@ class SharedText {
     }
 
  private:
-    /// What stands before the letters.
+    /// Precedes the characters in memory.
     struct Head {
         std::uint32_t users;
         std::uint32_t length;
-        std::uint32_t hash;  // 0 until it is asked for
+        std::uint32_t hash;  // 0 until it is computed
     };
 
     void free();
 
-    Head* head_ = nullptr;  // none for an empty text
+    Head* head_ = nullptr;  // null for an empty text
 };
 
 template <>

@@ -75,7 +75,7 @@ void PresenceChange::takeRecord(Contents& contents, const Node& node) {
         case NodeKind::branch: return branches_.push_back(contents.branches.take(node.key()));
         case NodeKind::item:
             items_.push_back(contents.items.take(node.key()));
-            textBytes_ += items_.back().thing.record->sComment.size();
+            textBytes_ += items_.back().element.record->sComment.size();
             return;
         case NodeKind::config: return;
     }
@@ -115,8 +115,8 @@ Record& RenameChange::enterAnew(Contents& contents, Node& node, const SharedText
     entry.key = node.key();
     entry.text = node.text();
     entry.place = taken.place;
-    std::shared_ptr<Record> record = other == nullptr ? taken.thing.record : std::move(other);
-    entry.record = std::move(taken.thing.record);
+    std::shared_ptr<Record> record = other == nullptr ? taken.element.record : std::move(other);
+    entry.record = std::move(taken.element.record);
     Record& entered = *record;
     if constexpr (hasKeyAndName<Record>) {
         entry.recordKey = std::exchange(entered.sKey, key);
@@ -189,7 +189,7 @@ void RenameChange::toggleEntry(Contents& contents, Entry& entry) {
     auto& registry = contents.registry<Record>();
     auto now = registry.take(entry.node->key());
     if constexpr (hasKeyAndName<Record>) {
-        Record& record = *now.thing.record;
+        Record& record = *now.element.record;
         if (&record == entry.record.get()) {
             std::swap(record.sKey, entry.recordKey);
             std::swap(record.sName, entry.recordName);
@@ -198,8 +198,8 @@ void RenameChange::toggleEntry(Contents& contents, Entry& entry) {
     contents.tree.setKey(*entry.node, entry.key);
     registry.putBack(
         {{std::move(entry.key), std::static_pointer_cast<Record>(entry.record)}, entry.place});
-    entry.key = std::move(now.thing.key);
-    entry.record = std::move(now.thing.record);
+    entry.key = std::move(now.element.key);
+    entry.record = std::move(now.element.record);
     entry.place = now.place;
 }
 

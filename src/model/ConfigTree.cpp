@@ -176,7 +176,7 @@ void ConfigTree::putBack(Cut&& cut) {
     for (const Cut::Top& top : cut.tops_)
         top.node->parent_ = top.parent;
     for (Nodes::Taken& taken : cut.nodes_) {
-        taken.thing->isPresent_ = shown_ == this;
+        taken.element->isPresent_ = shown_ == this;
         nodes_.putBack(std::move(taken));
     }
     insertChildren(cut.tops_);
@@ -193,7 +193,7 @@ void ConfigTree::moveTo(ConfigTree& other, Node& node, Cut& there) {
                 {nullptr, static_cast<Nodes::Place>(other.nodes_.endPlace() + i)});
     }
     for (std::size_t i = 0; i < here.nodes_.size(); ++i)
-        there.nodes_[i].thing = std::move(here.nodes_[i].thing);
+        there.nodes_[i].element = std::move(here.nodes_[i].element);
     other.putBack(std::move(there));
     there = std::move(here);
 }
@@ -208,7 +208,7 @@ void ConfigTree::compact(const std::vector<Cut*>& reserved) {
 
 ConfigTree::Cut::~Cut() {
     for (const Nodes::Taken& taken : nodes_)
-        if (taken.thing != nullptr && taken.thing->isReferredTo_) tree_->forget(*taken.thing);
+        if (taken.element != nullptr && taken.element->isReferredTo_) tree_->forget(*taken.element);
 }
 
 /// The node is about to be destroyed.

@@ -38,7 +38,7 @@ class Registry {
     using Entries = KeyedSet<Entry, Keys>;
 
  public:
-    /// An entry that was taken out, with its place: `thing.key`, `thing.record`.
+    /// An entry that was taken out, with its place: `element.key`, `element.record`.
     using Taken = typename Entries::Taken;
 
     /// Key and record of each entry, in insertion order.
@@ -96,7 +96,7 @@ class Registry {
     /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
     Taken take(const SharedText& key) {
         Taken taken = entries_.take(key);
-        if (Keys::isEmpty(taken.thing)) throw RunTimeError(ErrorNumber::invalidCall);
+        if (Keys::isEmpty(taken.element)) throw RunTimeError(ErrorNumber::invalidCall);
         return taken;
     }
 
