@@ -1,4 +1,4 @@
-// What one form and its controls looked like at first.
+// The initial geometry of a form and its controls.
 #pragma once
 
 #include <map>
@@ -13,15 +13,15 @@ class clsResizeForm {
     int Form_Width = 0;
     int Form_Height = 0;
 
-    /// The record under the key (see clsResizeControl::keyOf); null when there is none. It stays
-    /// where it is as long as the form's record lives.
+    /// The record with the key (see clsResizeControl::keyOf); null when there is none. The pointer
+    /// is valid as long as this object.
     const clsResizeControl* GetControl(const std::string& key) const {
         const auto found = controls_.find(key);
         return found == controls_.end() ? nullptr : &found->second;
     }
 
-    /// Adds the record under its control's key, and gives what stands there. A record that is
-    /// there already stays: initial values are never overwritten.
+    /// Adds the record under the key of its control, and returns the stored record. An existing
+    /// record is kept: initial values are never overwritten.
     const clsResizeControl& SetControl(const clsResizeControl& control) {
         const auto key = clsResizeControl::keyOf(control.Ctrl_Name, control.Ctrl_Index);
         return controls_.try_emplace(key, control).first->second;

@@ -9,8 +9,8 @@
 
 namespace {
 
-/// How a length has changed since it was recorded. One that was 0 gives no proportion, and counts
-/// as unchanged.
+/// How a length has changed since it was recorded. A recorded length of 0 has no proportion; it
+/// counts as unchanged.
 class Change {
  public:
     Change(int recorded, int now) : recorded_(recorded), now_(now) {
@@ -19,9 +19,8 @@ class Change {
 
     double ratio() const { return static_cast<double>(now_) / recorded_; }
 
-    /// The initial value plus the change's percentage of it, cut down to a whole number. Without
-    /// the percentage on the way: a double seldom holds it. Of 30, when 600 has become 200, it
-    /// would make 9.999..., which is cut to 9.
+    /// Scales the initial value and truncates the result to a whole number. Uses integers: a double
+    /// seldom holds the ratio exactly, so that 30 * (200 / 600) would be 9.999..., truncated to 9.
     int appliedTo(int initial) const {
         return static_cast<int>(std::int64_t{initial} * now_ / recorded_);
     }
@@ -31,7 +30,7 @@ class Change {
     int now_;
 };
 
-/// The two directions of a form, or of a grid.
+/// The changes of a form or a grid in both directions.
 struct Changes {
     Change width;
     Change height;
@@ -55,7 +54,7 @@ const std::array<TagField, 4>& tagFields(const ResizableControl& control) {
     return control.typeName() == "Line" ? line : rectangle;
 }
 
-/// The number as a text that gives exactly this number again; an empty one for no number.
+/// The number as a text that reads back as exactly this number; an empty text for no number.
 template <typename Number>
 std::string fieldText(std::optional<Number> number) {
     if (!number) return {};
@@ -64,7 +63,7 @@ std::string fieldText(std::optional<Number> number) {
     return {text.data(), end.ptr};
 }
 
-/// Takes the first field off the tag, and gives its number.
+/// Removes the first field from the tag, and returns its number.
 template <typename Number>
 std::optional<Number> takeField(std::string_view& tag) {
     const std::string_view field = tag.substr(0, tag.find('|'));
@@ -89,15 +88,15 @@ clsResizeControl recordOf(const ResizableControl& control) {
     return record;
 }
 
-/// Makes the columns or the rows of a grid follow; those that were not there when the grid was
-/// recorded stay as they are.
+/// Resizes the columns or the rows of a grid. Those that did not exist when the grid was recorded
+/// keep their sizes.
 template <typename Set>
-void resizeLanes(const std::vector<int>& initial, const std::vector<int>& present, Change change,
-                 Set set) {
+void resizeColumnsOrRows(const std::vector<int>& initial, const std::vector<int>& present,
+                         Change change, Set set) {
     const std::size_t count = std::min(initial.size(), present.size());
-    for (std::size_t lane = 0; lane < count; ++lane) {
-        const int size = change.appliedTo(initial[lane]);
-        if (size != present[lane]) set(lane, size);
+    for (std::size_t i = 0; i < count; ++i) {
+        const int size = change.appliedTo(initial[i]);
+        if (size != present[i]) set(i, size);
     }
 }
 
@@ -111,7 +110,7 @@ void resizeControl(ResizableControl& control, const clsResizeControl& record,
         if (!initial || !present) continue;
         const int value = (changes.*field.direction).appliedTo(*initial);
         if (value != *present) control.setMeasure(field.measure, value);
-        // What the control made of it, not what it was told: it may have a least size.
+        // Read the size back: the control may have a minimum size.
         const int became = control.measure(field.measure).value_or(value);
         if (field.measure == Measure::width) own.width = {*initial, became};
         if (field.measure == Measure::height) own.height = {*initial, became};
@@ -121,14 +120,14 @@ void resizeControl(ResizableControl& control, const clsResizeControl& record,
         const auto present = control.fontSize();
         if (present && *present != size) control.setFontSize(size);
     }
-    // From what was recorded, as all else: so they too come back exactly.
-    resizeLanes(record.ColWidth, control.colWidths(), own.width,
-                [&](std::size_t column, int width) { control.setColWidth(column, width); });
-    resizeLanes(record.RowHeight, control.rowHeights(), own.height,
-                [&](std::size_t row, int height) { control.setRowHeight(row, height); });
+    // Computed from the recorded sizes, like all else, so that they also come back exactly.
+    resizeColumnsOrRows(record.ColWidth, control.colWidths(), own.width,
+                        [&](std::size_t column, int width) { control.setColWidth(column, width); });
+    resizeColumnsOrRows(record.RowHeight, control.rowHeights(), own.height,
+                        [&](std::size_t row, int height) { control.setRowHeight(row, height); });
 }
 
-/// The control's record in its form's; made now where there is none yet.
+/// Returns the record of the control; makes it when there is none.
 const clsResizeControl& recordIn(clsResizeForm& form, const ResizableControl& control) {
     const auto* found = form.GetControl(clsResizeControl::keyOf(control.name(), control.index()));
     return found != nullptr ? *found : form.SetControl(recordOf(control));
@@ -147,7 +146,7 @@ void mResize::resize(ResizableForm& form, std::optional<FormSize> reference) {
         record.Form_Height = reference.value_or(size).height;
     }
 
-    // All are recorded before the first is moved, as one may hold another.
+    // Record all before the first is moved: a control may contain another.
     const auto controls = form.controls();
     for (const ResizableControl* control : controls)
         recordIn(record, *control);
