@@ -1,4 +1,4 @@
-// Gives pending events their turn in long work.
+// Processes pending events during long work.
 #pragma once
 
 #include <chrono>
@@ -7,18 +7,22 @@
 #include "base/RunTimeError.h"
 #include "desktop/Desktop.h"
 
-/// Called once for every piece of the work; lets the windows repaint when time has passed, not
-/// after a number of pieces, so that the work takes no longer for it.
+/// Lets the windows repaint about every 50 milliseconds during long work. It goes by time, not by
+/// the number of pieces, so that repainting does not slow the work down:
+///
+///     EventTurns events(desktop, goesOn);
+///     for (const Piece& piece : work) { handle(piece); events.pieceDone(); }
 class EventTurns {
  public:
-    /// `goesOn` is asked after each turn.
+    /// `goesOn` is called after each repainting; it returns false to cancel the work.
     EventTurns(Desktop& desktop, const std::function<bool()>& goesOn)
         : desktop_(desktop), goesOn_(goesOn) {}
 
-    /// Raises ErrorNumber::cancelled when the work is not to go on.
+    /// To be called after each piece of the work. Raises ErrorNumber::cancelled when `goesOn`
+    /// returned false.
     void pieceDone() {
-        constexpr int piecesBetweenLooksAtTheClock = 64;
-        if (++pieces_ % piecesBetweenLooksAtTheClock != 0) return;
+        constexpr int piecesPerClockCheck = 64;
+        if (++pieces_ % piecesPerClockCheck != 0) return;
         const auto now = Clock::now();
         if (now - lastTurn_ < std::chrono::milliseconds(50)) return;
         desktop_.processPendingEvents();

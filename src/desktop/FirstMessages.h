@@ -1,4 +1,4 @@
-// The messages of one action that may have very many of them.
+// Limits the number of messages that one action shows.
 #pragma once
 
 #include <cstddef>
@@ -8,8 +8,8 @@
 #include "base/Numbers.h"
 #include "desktop/Desktop.h"
 
-/// Keeps the first messages of an action and counts the others: each of 65,536 items may have the
-/// same fault. They are shown once the work is done and the views are whole again.
+/// Keeps the first messages of an action and counts the others, as each of 65,536 items may have
+/// the same fault. The messages are shown at the end of the action, when the views are up to date:
 ///
 ///     withFirstMessages(desktop, [&](FirstMessages& messages) {
 ///         const ListView::Update update(list);
@@ -27,7 +27,7 @@ class FirstMessages {
         }
     }
 
-    /// Shows the first five, and one that tells how many there are besides: "… and 1,204 more".
+    /// Shows the first five messages, then one with the number of the others: "… and 1,204 more".
     void showOn(Desktop& desktop) const {
         for (const auto& text : first_)
             desktop.showMessage(text);
@@ -39,8 +39,8 @@ class FirstMessages {
     std::size_t more_ = 0;
 };
 
-/// Does the work, which tells its messages to what it is given, and then shows these, also when an
-/// error has ended it. That error is raised on.
+/// Calls `work` with a FirstMessages object, and then shows the messages, also when an error ended
+/// the work. That error is raised again.
 template <typename Work>
 void withFirstMessages(Desktop& desktop, const Work& work) {
     FirstMessages messages;
