@@ -11,7 +11,7 @@ namespace {
 
 const FileFilter exportFiles{"ESF files ", "*.esf"};
 
-/// The text up to the next separator, which is taken off `rest` with it.
+/// Returns the text before the first separator, and removes it and the separator from `rest`.
 std::string_view takeUntil(std::string_view& rest, std::string_view separator) {
     const auto end = rest.find(separator);
     const std::string_view piece = rest.substr(0, end);
@@ -19,7 +19,7 @@ std::string_view takeUntil(std::string_view& rest, std::string_view separator) {
     return piece;
 }
 
-/// The first three fields of a line: no others are read.
+/// The first three fields of a line; the others are not used.
 std::vector<std::string> fieldsOf(std::string_view line) {
     std::vector<std::string> fields;
     for (bool more = true; more && fields.size() < 3;) {
@@ -29,7 +29,7 @@ std::vector<std::string> fieldsOf(std::string_view line) {
     return fields;
 }
 
-/// The device of that name, made where the middle group was not met before.
+/// Adds a device with that name, unless the document has one.
 void addDevice(Document& document, const SharedText& name) {
     if (document.devices().find(name) != nullptr) return;
     const auto device = std::make_shared<clsPLC>();
@@ -44,13 +44,13 @@ void addRecord(Document& document, std::string_view line) {
     document.tree().ensureVisible(node);
 }
 
-/// The path with its last four characters, the file's ending, replaced.
+/// Replaces the last four characters of the path, its extension, by ".xml".
 std::string configurationPathFor(std::string path) {
-    constexpr int endingLength = 4;
+    constexpr int extensionLength = 4;
     const auto isContinuation = [](char c) {
         return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
     };
-    for (int i = 0; i < endingLength && !path.empty(); ++i) {
+    for (int i = 0; i < extensionLength && !path.empty(); ++i) {
         while (path.size() > 1 && isContinuation(path.back()))
             path.pop_back();
         path.pop_back();
@@ -108,7 +108,7 @@ void EtsImport::importFile(const std::string& path) {
         addEtsRecords(document_, disk_.read(path));
     }
     document_.setCountersFromRecords();
-    // It counts as saved although nothing has been written: meant.
+    // Deliberate: the document counts as saved although no file has been written.
     document_.open = true;
     document_.saved = true;
     window_.listDevices();

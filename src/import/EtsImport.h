@@ -1,4 +1,4 @@
-// Builds a configuration from an ETS export.
+// Imports a configuration from an ETS export.
 #pragma once
 
 #include <cstddef>
@@ -12,12 +12,12 @@
 #include "file/Lifecycle.h"
 #include "model/Document.h"
 
-/// The import of an OPC export file (.esf) of the ETS: every group address becomes an item, every
-/// middle group a device that carries the global settings; there are no branches.
+/// Imports an OPC export file (.esf) of the ETS. Every group address becomes an item, every middle
+/// group a device with the global settings. There are no branches.
 ///
-/// The file is text in Windows-1252, or in UTF-8 when it begins with that encoding's mark. Its
-/// lines end with CR LF; one without a tab is passed over. Each other line is a record of
-/// tab-separated fields: the dotted path of the address, its name, its type and size.
+/// The file is text in Windows-1252, or in UTF-8 when it begins with a byte order mark. Its lines
+/// end with CR LF. A line without a tab is ignored. Every other line is a record of tab-separated
+/// fields: the dotted path of the address, its name, its type and size.
 class EtsImport {
  public:
     EtsImport(Document& document, Desktop& desktop, Disk& disk, Lifecycle& lifecycle,
@@ -28,13 +28,13 @@ class EtsImport {
           lifecycle_(lifecycle),
           window_(window) {}
 
-    /// Replaces the open configuration with one made from a file that the user chooses. A file
-    /// that cannot be imported whole leaves what was read before its fault, with flags, counters
-    /// and command state as they had been. Asks for the file, unless it is given.
+    /// Replaces the open configuration by the import of the file `given`; when that is empty, the
+    /// user chooses a file. When a record cannot be imported, the records before it stay, and
+    /// flags, counters and command states stay as they were before the import.
     void mnuImpCfg_Click(const std::string& given = {});
 
-    /// Asks for an export file. False, after telling the user, when the chooser failed; `path`
-    /// stays empty when the user chose none.
+    /// Asks for an export file. Returns false, after a message, when the chooser failed. `path`
+    /// stays empty when the user chose no file.
     bool ShowDialImport(std::string& path);
 
  private:
@@ -47,7 +47,7 @@ class EtsImport {
     LifecycleWindow& window_;
 };
 
-/// What is told of a file that cannot be imported whole.
+/// The message for a file that cannot be imported completely.
 inline constexpr const char* notAnExport = "This file is not in ETS2 or ETS3 Esf format.";
 
 /// A record that cannot be added.
@@ -60,6 +60,6 @@ struct EtsError : std::exception {
     std::string reason;
 };
 
-/// Adds the records of an export's text to the document. Raises EtsError for the first that cannot
-/// be added; those before it stay.
+/// Adds the records of an export file to the document; `bytes` are the contents of the file. Raises
+/// EtsError at the first record that cannot be added; the records before it stay.
 void addEtsRecords(Document& document, std::string_view bytes);
