@@ -4,14 +4,14 @@
 
 namespace {
 
-/// What a text takes, with what stands before it in memory.
+/// The memory of a text, including its header.
 std::size_t bytesOf(const SharedText& text) { return text.size() + 32; }
 
-/// What a removed node takes with its record, less its longest texts: roughly, as an exact figure
-/// would cost a look at each text.
+/// The memory of a removed node and its record, without the longest texts. An estimate: an exact
+/// number would need a look at each text.
 constexpr std::size_t bytesOfNode = 350;
 
-/// Calls the function for each, in the order in which it was done or, on the way back, in reverse.
+/// Calls the function for each entry: in reverse order when a change is undone (`back`).
 template <typename Entries, typename Function>
 void forEach(Entries& entries, bool back, const Function& function) {
     if (back) {
@@ -45,7 +45,7 @@ bool PresenceChange::addOneMore(Node& added) {
 
 void PresenceChange::toggle(Contents& contents, bool back) {
     if (back != removes_) return takeOut(contents);
-    contents.tree.putBack(std::move(cut_));
+    contents.tree.putBack(std::move(removed_));
     const auto putBack = [](auto& registry, auto& entries) {
         for (auto& entry : entries)
             registry.putBack(std::move(entry));
@@ -63,7 +63,7 @@ void PresenceChange::takeOut(Contents& contents) {
         for (TreeWalk walk(*top); const Node* below = walk.next();)
             takeRecord(contents, *below);
     }
-    cut_ = contents.tree.takeOut(tops_);
+    removed_ = contents.tree.takeOut(tops_);
 }
 
 void PresenceChange::takeRecord(Contents& contents, const Node& node) {
@@ -87,7 +87,7 @@ std::size_t PresenceChange::bytes() const {
 }
 
 void PresenceChange::collect(ReservedPlaces& places) {
-    places.tree.push_back(&cut_);
+    places.tree.push_back(&removed_);
     const auto add = [](auto& entries, std::vector<std::uint32_t*>& to) {
         for (auto& entry : entries)
             to.push_back(&entry.place);
@@ -104,10 +104,11 @@ constexpr bool hasKeyAndName = !std::is_same_v<Record, clsPLC>;
 
 }  // namespace
 
-/// The record, the present one or another, in its new entry; its node has the key too.
+/// Replaces the entry of the node's record by one with the new key, and sets the key of the node.
+/// `other` replaces the record; null keeps it. Returns the record.
 template <typename Record>
-Record& RenameChange::enterAnew(Contents& contents, Node& node, const SharedText& key,
-                                std::shared_ptr<Record> other) {
+Record& RenameChange::replaceEntry(Contents& contents, Node& node, const SharedText& key,
+                                   std::shared_ptr<Record> other) {
     auto& registry = contents.registry<Record>();
     auto taken = registry.take(node.key());
     Entry& entry = entries_.emplace_back();
@@ -117,22 +118,22 @@ Record& RenameChange::enterAnew(Contents& contents, Node& node, const SharedText
     entry.place = taken.place;
     std::shared_ptr<Record> record = other == nullptr ? taken.element.record : std::move(other);
     entry.record = std::move(taken.element.record);
-    Record& entered = *record;
+    Record& current = *record;
     if constexpr (hasKeyAndName<Record>) {
-        entry.recordKey = std::exchange(entered.sKey, key);
-        entry.recordName = entered.sName;
+        entry.recordKey = std::exchange(current.sKey, key);
+        entry.recordName = current.sName;
     }
     registry.add(std::move(record), key);
     contents.tree.setKey(node, key);
-    return entered;
+    return current;
 }
 
 void RenameChange::make(Contents& contents, Node& node, const SharedText& key) {
     if (node.kind() == NodeKind::item) {
-        enterAnew<clsItem>(contents, node, key);
+        replaceEntry<clsItem>(contents, node, key);
     } else if (node.kind() == NodeKind::branch) {
-        enterAnew<clsBranch>(contents, node, key);
-    } else {  // where a device was dropped
+        replaceEntry<clsBranch>(contents, node, key);
+    } else {  // a dropped device has no record
         Entry& entry = entries_.emplace_back();
         entry.node = &node;
         entry.key = node.key();
@@ -143,19 +144,19 @@ void RenameChange::make(Contents& contents, Node& node, const SharedText& key) {
 
 void RenameChange::make(Contents& contents, Node& item, const SharedText& key,
                         const SharedText& name) {
-    enterAnew<clsItem>(contents, item, key).sName = name;
+    replaceEntry<clsItem>(contents, item, key).sName = name;
     setText(contents, item, name);
 }
 
 void RenameChange::make(Contents& contents, Node& node, std::shared_ptr<clsPLC> record) {
     const SharedText name = record->getName();
-    enterAnew(contents, node, name, std::move(record));
+    replaceEntry(contents, node, name, std::move(record));
     setText(contents, node, name);
 }
 
 void RenameChange::make(Contents& contents, Node& node, std::shared_ptr<clsBranch> record) {
     const SharedText key = record->sKey;
-    const SharedText name = enterAnew(contents, node, key, std::move(record)).sName;
+    const SharedText name = replaceEntry(contents, node, key, std::move(record)).sName;
     setText(contents, node, name);
 }
 
@@ -263,14 +264,14 @@ DetachChange::DetachChange(Contents& contents, Node& device) : device_(&device) 
 void DetachChange::toggle(Contents& contents, bool /*back*/) {
     ConfigTree& from = isDetached_ ? contents.detached : contents.tree;
     ConfigTree& to = isDetached_ ? contents.tree : contents.detached;
-    from.moveTo(to, *device_, there_);
+    from.moveTo(to, *device_, formerPlaces_);
     isDetached_ = !isDetached_;
 }
 
-std::size_t DetachChange::bytes() const { return sizeof *this + there_.nodeCount() * 16; }
+std::size_t DetachChange::bytes() const { return sizeof *this + formerPlaces_.nodeCount() * 16; }
 
 void DetachChange::collect(ReservedPlaces& places) {
-    (isDetached_ ? places.tree : places.detached).push_back(&there_);
+    (isDetached_ ? places.tree : places.detached).push_back(&formerPlaces_);
 }
 
 void RedirectChange::make(Contents& contents, Node& from, Node& to) {
@@ -289,7 +290,7 @@ std::size_t RedirectChange::bytes() const {
 
 void SettingsChange::toggle(Contents& contents, bool /*back*/) {
     std::swap(contents.settings, other_);
-    contents.tree.recordsChanged();  // the root has the sign of the settings
+    contents.tree.recordsChanged();  // the root shows the warnings about the settings
 }
 
 std::size_t SettingsChange::bytes() const { return sizeof *this; }

@@ -1,9 +1,17 @@
-// What a change of a configuration has done, kept so that it can be taken back and made again.
+// The kinds of changes of a configuration, with what is needed to undo and redo them.
 //
-// Each kind is made with its change. toggle() then switches between the state before the change and
-// the state after it: `back` says which way. Changes are taken back in the reverse order, so each
-// finds the configuration as it left it. Only the order of siblings may differ: a click on a node
-// sorts its children.
+// Constructing a change, or make(), carries it out. toggle() then switches between the states
+// before and after it: `back` is true to undo, false to redo.
+//
+//     RenameChange change;
+//     change.make(contents, node, "Plant.Floor2");
+//     change.toggle(contents, true);   // undo
+//     change.toggle(contents, false);  // redo
+//
+// bytes() returns the memory that the change takes, roughly. collect() adds the places at which the
+// change may put something back. Changes are undone in reverse order, so each finds the
+// configuration as it left it. Only the order of siblings may differ: a click on a node sorts its
+// children.
 #pragma once
 
 #include <cstddef>
@@ -16,24 +24,24 @@
 
 #include "model/Contents.h"
 
-/// The places at which changes may put something back. They stay free when trees and registries are
-/// compacted.
+/// The places at which changes may put something back. compact() removes all other free places of
+/// the trees and registries.
 struct ReservedPlaces {
-    std::vector<ConfigTree::Cut*> tree, detached;
+    std::vector<ConfigTree::RemovedNodes*> tree, detached;
     std::vector<std::uint32_t*> devices, branches, items;
 
     void compact(Contents& contents);
 };
 
-/// Nodes, with all below them and their records, were added or removed.
+/// Adds or removes nodes, with all nodes below them and their records.
 class PresenceChange {
  public:
-    /// The node was added.
+    /// Records that the node was added.
     explicit PresenceChange(Node& added) : tops_{&added} {}
     /// Removes the nodes.
     PresenceChange(Contents& contents, std::vector<Node*> nodes);
 
-    /// One more node was added. False when this is no change that adds.
+    /// Records that one more node was added. Returns false when this change removes nodes.
     bool addOneMore(Node& added);
 
     void toggle(Contents& contents, bool back);
@@ -46,26 +54,26 @@ class PresenceChange {
 
     std::vector<Node*> tops_;
     bool removes_ = false;
-    ConfigTree::Cut cut_;  // while they are out, and so their records
+    ConfigTree::RemovedNodes removed_;  // empty while the nodes are in the tree
     std::vector<Registry<clsPLC>::Taken> devices_;
     std::vector<Registry<clsBranch>::Taken> branches_;
     std::vector<Registry<clsItem>::Taken> items_;
-    std::size_t textBytes_ = 0;  // of the longest texts that are out
+    std::size_t textBytes_ = 0;  // of the longest removed texts
 };
 
-/// Nodes got other keys and names, and their records with them.
+/// Changes keys and names of nodes and of their records.
 class RenameChange {
  public:
-    /// Gives the node and its record that key, and moves the record's entry to the end of its
+    /// Sets the key of the node and of its record, and moves the record's entry to the end of its
     /// registry. The key must be free.
     void make(Contents& contents, Node& node, const SharedText& key);
-    /// The same, and that name, for an item.
+    /// Sets key and name of an item.
     void make(Contents& contents, Node& item, const SharedText& key, const SharedText& name);
-    /// The same for a device or a branch, whose record is replaced.
+    /// Replaces the record of a device or a branch; the node gets its key and its name.
     void make(Contents& contents, Node& node, std::shared_ptr<clsPLC> record);
     void make(Contents& contents, Node& node, std::shared_ptr<clsBranch> record);
 
-    /// How many nodes got other names.
+    /// The number of nodes whose names were set.
     std::size_t texts() const { return texts_; }
 
     void toggle(Contents& contents, bool back);
@@ -74,20 +82,20 @@ class RenameChange {
 
  private:
     void setText(Contents& contents, Node& node, const SharedText& name);
-    /// What the node and its record have in the other of the two states.
+    /// The values of a node and its record in the other one of the two states.
     struct Entry {
         Node* node = nullptr;
         SharedText key;
         SharedText text;
         std::shared_ptr<void> record;  // null for a node without one
-        std::uint32_t place = 0;       // of the record's entry
-        // Of a record that is the same in both states.
+        std::uint32_t place = 0;       // of the record's entry in the registry
+        // Key and name of a record that is the same object in both states.
         SharedText recordKey;
         SharedText recordName;
     };
     template <typename Record>
-    Record& enterAnew(Contents& contents, Node& node, const SharedText& key,
-                      std::shared_ptr<Record> other = nullptr);
+    Record& replaceEntry(Contents& contents, Node& node, const SharedText& key,
+                         std::shared_ptr<Record> other = nullptr);
     template <typename Record>
     static void toggleEntry(Contents& contents, Entry& entry);
     static void toggleEntry(Contents& contents, Entry& entry);
@@ -96,9 +104,10 @@ class RenameChange {
     std::size_t texts_ = 0;
 };
 
-/// Texts of records are others.
+/// Changes texts of records.
 class RecordTextChange {
  public:
+    /// Sets a text of a record.
     void make(SharedText& text, SharedText now);
 
     void toggle(Contents& contents, bool back);
@@ -108,9 +117,10 @@ class RecordTextChange {
     std::vector<std::pair<SharedText*, SharedText>> others_;
 };
 
-/// All fields of an item are others.
+/// Changes all fields of an item.
 class ItemChange {
  public:
+    /// Sets all fields of `item` to those of `now`.
     ItemChange(clsItem& item, const clsItem& now);
 
     void toggle(Contents& contents, bool back);
@@ -121,9 +131,10 @@ class ItemChange {
     std::unique_ptr<clsItem> other_;
 };
 
-/// The children of a node stand in another order.
+/// Changes the order of the children of a node.
 class OrderChange {
  public:
+    /// Records that the children of `node` were sorted; `before` is their former order.
     OrderChange(Node& node, std::vector<Node*> before) : node_(&node), other_(std::move(before)) {}
 
     void toggle(Contents& contents, bool back);
@@ -134,10 +145,9 @@ class OrderChange {
     std::vector<Node*> other_;
 };
 
-/// A dragged device was detached.
+/// Detaches a dragged device: moves it to the detached tree.
 class DetachChange {
  public:
-    /// Detaches it.
     DetachChange(Contents& contents, Node& device);
 
     void toggle(Contents& contents, bool back);
@@ -147,12 +157,13 @@ class DetachChange {
  private:
     Node* device_;
     bool isDetached_ = false;
-    ConfigTree::Cut there_;  // where it was in the other tree
+    ConfigTree::RemovedNodes formerPlaces_;  // in the tree in which the device is not
 };
 
-/// Nodes were made anew in another place, and what referred to the old ones follows.
+/// Redirects references from moved nodes to the nodes that replace them.
 class RedirectChange {
  public:
+    /// `to` replaces `from`.
     void make(Contents& contents, Node& from, Node& to);
 
     void toggle(Contents& contents, bool back);
@@ -162,9 +173,10 @@ class RedirectChange {
     std::vector<std::pair<Node*, Node*>> nodes_;
 };
 
-/// The global settings are others.
+/// Changes the global settings.
 class SettingsChange {
  public:
+    /// Records that the settings were changed; `before` are the former ones.
     explicit SettingsChange(GlobalSets before) : other_(std::move(before)) {}
 
     void toggle(Contents& contents, bool back);
@@ -174,6 +186,6 @@ class SettingsChange {
     GlobalSets other_;
 };
 
-/// Any of these.
+/// A change of any kind.
 using Change = std::variant<PresenceChange, RenameChange, RecordTextChange, ItemChange, OrderChange,
                             DetachChange, RedirectChange, SettingsChange>;

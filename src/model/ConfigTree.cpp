@@ -79,20 +79,21 @@ Node& ConfigTree::nodeAt(const SharedText& key) const {
     return *node;
 }
 
-/// What becomes selected in place of a node that goes.
-Node* ConfigTree::heirOf(const Node& leaving) {
-    Node* parent = leaving.parent_;
-    const auto stays = [](const Node* sibling) { return !sibling->leaving_; };
+/// Returns the node to select when `removed`, which is or contains the selected node, is removed.
+Node* ConfigTree::selectionAfterRemoving(const Node& removed) {
+    Node* parent = removed.parent_;
+    const auto stays = [](const Node* sibling) { return !sibling->isBeingRemoved_; };
     const auto& siblings = parent->GetChildren();
-    const auto place = siblings.begin() + rowOf(leaving);
+    const auto place = siblings.begin() + rowOf(removed);
     const auto next = std::find_if(place, siblings.end(), stays);
     if (next != siblings.end()) return *next;
     const auto previous = std::find_if(std::make_reverse_iterator(place), siblings.rend(), stays);
     return previous != siblings.rend() ? *previous : parent;
 }
 
-/// Takes the nodes out of their parents' children, and tells where they were.
-void ConfigTree::removeChildren(const std::vector<Node*>& nodes, std::vector<Cut::Top>& removed) {
+/// Removes the nodes from the children of their parents, and adds their former places to `removed`.
+void ConfigTree::removeChildren(const std::vector<Node*>& nodes,
+                                std::vector<RemovedNodes::Top>& removed) {
     std::vector<Node*> parents;
     parents.reserve(nodes.size());
     for (const Node* node : nodes)
@@ -105,8 +106,8 @@ void ConfigTree::removeChildren(const std::vector<Node*>& nodes, std::vector<Cut
         auto kept = children.begin();
         for (std::size_t row = 0; row < children.size(); ++row) {
             Node* child = children[row];
-            if (child->leaving_) {
-                child->leaving_ = false;
+            if (child->isBeingRemoved_) {
+                child->isBeingRemoved_ = false;
                 removed.push_back({child, parent, row});
             } else {
                 *kept++ = child;
@@ -117,7 +118,7 @@ void ConfigTree::removeChildren(const std::vector<Node*>& nodes, std::vector<Cut
     }
 }
 
-void ConfigTree::insertChildren(const std::vector<Cut::Top>& tops) {
+void ConfigTree::insertChildren(const std::vector<RemovedNodes::Top>& tops) {
     for (auto top = tops.begin(); top != tops.end();) {
         Node& parent = *top->parent;
         if (parent.children_ == nullptr) parent.children_ = std::make_unique<std::vector<Node*>>();
@@ -134,84 +135,84 @@ void ConfigTree::insertChildren(const std::vector<Cut::Top>& tops) {
     }
 }
 
-ConfigTree::Cut ConfigTree::takeOut(const std::vector<Node*>& nodes) {
-    Cut cut;
-    cut.tree_ = this;
-    if (nodes.empty()) return cut;
+ConfigTree::RemovedNodes ConfigTree::takeOut(const std::vector<Node*>& nodes) {
+    RemovedNodes removed;
+    removed.tree_ = this;
+    if (nodes.empty()) return removed;
     ++changes_;
     for (Node* node : nodes)
-        node->leaving_ = true;
+        node->isBeingRemoved_ = true;
     for (const Node* above = selected_; above != nullptr; above = above->parent_) {
-        if (!above->leaving_) continue;
-        select(heirOf(*above));
+        if (!above->isBeingRemoved_) continue;
+        select(selectionAfterRemoving(*above));
         break;
     }
 
-    // A view is told of each change for one node only: it looks at all siblings every time.
+    // Views are notified of a single node only: they look at all siblings at each notification.
     std::optional<BulkChange> bulk;
     if (nodes.size() > 1) bulk.emplace(*this);
     if (listener_ != nullptr) listener_->aboutToRemove(*nodes.front());
-    removeChildren(nodes, cut.tops_);
+    removeChildren(nodes, removed.tops_);
     const auto take = [&](Node& node) {
         node.isPresent_ = false;
-        cut.nodes_.push_back(nodes_.take(node.key_));
+        removed.nodes_.push_back(nodes_.take(node.key_));
     };
-    cut.nodes_.reserve(nodes.size());
+    removed.nodes_.reserve(nodes.size());
     for (Node* node : nodes) {
         take(*node);
         for (TreeWalk walk(*node); Node* below = walk.next();)
             take(*below);
     }
     if (listener_ != nullptr) listener_->removed();
-    return cut;
+    return removed;
 }
 
-void ConfigTree::putBack(Cut&& cut) {
-    if (cut.tops_.empty()) return;
+void ConfigTree::putBack(RemovedNodes&& removed) {
+    if (removed.tops_.empty()) return;
     ++changes_;
     std::optional<BulkChange> bulk;
-    if (cut.tops_.size() > 1) bulk.emplace(*this);
-    const Cut::Top& first = cut.tops_.front();
+    if (removed.tops_.size() > 1) bulk.emplace(*this);
+    const RemovedNodes::Top& first = removed.tops_.front();
     if (listener_ != nullptr) listener_->aboutToAdd(first.parent, static_cast<int>(first.row));
-    for (const Cut::Top& top : cut.tops_)
+    for (const RemovedNodes::Top& top : removed.tops_)
         top.node->parent_ = top.parent;
-    for (Nodes::Taken& taken : cut.nodes_) {
+    for (Nodes::Taken& taken : removed.nodes_) {
         taken.element->isPresent_ = shown_ == this;
         nodes_.putBack(std::move(taken));
     }
-    insertChildren(cut.tops_);
+    insertChildren(removed.tops_);
     if (listener_ != nullptr) listener_->added();
-    cut = Cut();
+    removed = RemovedNodes();
 }
 
-void ConfigTree::moveTo(ConfigTree& other, Node& node, Cut& there) {
-    Cut here = takeOut({&node});
-    if (there.tops_.empty()) {
-        there.tops_.push_back({&node, other.root_, other.root_->GetChildren().size()});
+void ConfigTree::moveTo(ConfigTree& other, Node& node, RemovedNodes& formerPlaces) {
+    RemovedNodes here = takeOut({&node});
+    if (formerPlaces.tops_.empty()) {
+        formerPlaces.tops_.push_back({&node, other.root_, other.root_->GetChildren().size()});
         for (std::size_t i = 0; i < here.nodes_.size(); ++i)
-            there.nodes_.push_back(
+            formerPlaces.nodes_.push_back(
                 {nullptr, static_cast<Nodes::Place>(other.nodes_.endPlace() + i)});
     }
     for (std::size_t i = 0; i < here.nodes_.size(); ++i)
-        there.nodes_[i].element = std::move(here.nodes_[i].element);
-    other.putBack(std::move(there));
-    there = std::move(here);
+        formerPlaces.nodes_[i].element = std::move(here.nodes_[i].element);
+    other.putBack(std::move(formerPlaces));
+    formerPlaces = std::move(here);
 }
 
-void ConfigTree::compact(const std::vector<Cut*>& reserved) {
+void ConfigTree::compact(const std::vector<RemovedNodes*>& reserved) {
     std::vector<Nodes::Place*> places;
-    for (Cut* cut : reserved)
-        for (Nodes::Taken& taken : cut->nodes_)
+    for (RemovedNodes* removed : reserved)
+        for (Nodes::Taken& taken : removed->nodes_)
             places.push_back(&taken.place);
     nodes_.compact(std::move(places));
 }
 
-ConfigTree::Cut::~Cut() {
+ConfigTree::RemovedNodes::~RemovedNodes() {
     for (const Nodes::Taken& taken : nodes_)
         if (taken.element != nullptr && taken.element->isReferredTo_) tree_->forget(*taken.element);
 }
 
-/// The node is about to be destroyed.
+/// Clears the references to a node that is about to be destroyed.
 void ConfigTree::forget(const Node& node) const {
     auto& references = shown_->references_;
     const auto [first, last] = references.equal_range(&node);
@@ -285,7 +286,7 @@ bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
         return alphabeticallyBefore(a->text_, b->text_);
     };
     if (node.children_ == nullptr) return false;
-    // Most often a few were added to many in order: the many are not sorted once more.
+    // Usually a few nodes were added to many sorted ones: sort only these, and merge them.
     auto& children = *node.children_;
     const auto added = std::ranges::is_sorted_until(children, isBefore);
     if (added == children.end()) return false;

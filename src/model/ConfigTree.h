@@ -12,15 +12,19 @@
 #include "base/KeyedSet.h"
 #include "base/SharedText.h"
 
-/// What a node stands for. Its tag is the name under which rules and views know the kind, and the
-/// key of its picture; that of the root belongs to the views.
+/// What a node represents. Views use the tag of the kind (see tagOf) as the key of the icon; the
+/// icon of the root is chosen by the views.
 enum class NodeKind : std::uint8_t { config, plc, branch, item };
 
 /// "config", "plc", "branch" or "item".
 std::string_view tagOf(NodeKind kind);
 
-/// One node: a key that is unique in the whole tree, the text that the user sees, a kind, and a
-/// place among its siblings. Only its tree changes it.
+/// A node has a key that is unique in the tree, the text that the user sees, a kind, and a place
+/// among its siblings. Only its tree changes it.
+///
+///     const Node& node = tree.nodeAt("Plant.Floor1");
+///     for (const Node* child : node.GetChildren())
+///         if (child->kind() == NodeKind::item) use(child->text());
 class Node {
  public:
     const SharedText& key() const { return key_; }
@@ -33,9 +37,10 @@ class Node {
     /// True when the views show the node's children.
     bool expanded() const { return expanded_; }
 
-    /// A device's node bears the device's name as its key, all others the key of their place.
+    /// True for the node of a device. Its key is its name; the key of any other node below the root
+    /// begins with the key of its parent.
     bool isDevice() const { return kind_ == NodeKind::plc && key_ == text_; }
-    /// The bare node that stands where a device was dropped: it has no record.
+    /// True for the node that dropping a device makes: it has no record.
     bool isDroppedDevice() const { return kind_ == NodeKind::plc && key_ != text_; }
 
  private:
@@ -49,15 +54,15 @@ class Node {
     mutable bool childRowsKnown_ = true;
     NodeKind kind_ = NodeKind::config;
     bool expanded_ = false;
-    bool leaving_ = false;       // while it is being taken out
-    bool isPresent_ = false;     // it is in the tree that is shown
-    bool isReferredTo_ = false;  // by a Reference
+    bool isBeingRemoved_ = false;  // within takeOut()
+    bool isPresent_ = false;       // in the shown tree
+    bool isReferredTo_ = false;    // by a Reference
 };
 
-/// The configuration tree: one root, any depth. Nodes are found by key (matched exactly) in
-/// constant time. It also holds what the views show of it: which node is selected, as the rules of
-/// names and keys start there, and which nodes are expanded. That is no part of the configuration,
-/// so it may be set through a constant tree too.
+/// The configuration tree: one root, any depth. Finding a node by its exact key takes constant
+/// time. The tree also holds view state: the selected node, which rules of names and keys use, and
+/// the expanded nodes. View state is not part of the configuration, so it may be set in a constant
+/// tree.
 ///
 ///     tree.AddNode("", "config", "C:\\house.xml", NodeKind::config);
 ///     tree.AddNode("config", "Plant", "Plant", NodeKind::plc);
@@ -71,36 +76,38 @@ class ConfigTree {
     using Nodes = KeyedSet<std::unique_ptr<Node>, Keys>;
 
  public:
-    /// Hears of what views show: which nodes there are, in which order, with which texts and
-    /// signs, and which is selected. Not of keys, nor of what is expanded. The calls in pairs
-    /// enclose the change.
+    /// Is called for changes that views show: nodes, their order, texts and warning signs, and the
+    /// selection. Is not called for changes of keys and of expanded nodes. Calls in pairs come
+    /// before and after the change.
     class Listener {
      public:
         virtual ~Listener() = default;
 
-        /// `parent` is null for the root; `row` is the place that the new node takes.
+        /// `parent` is null for the root; `row` is the place of the new node among its siblings.
         virtual void aboutToAdd(const Node* parent, int row) = 0;
         virtual void added() = 0;
         virtual void aboutToRemove(const Node& node) = 0;
         virtual void removed() = 0;
-        /// The node's text is another one, or something in its record.
+        /// The node's text or its record has changed.
         virtual void changed(const Node& node) = 0;
-        /// Something is another in the records of many nodes.
+        /// The records of many nodes may have changed.
         virtual void recordsChanged() = 0;
         virtual void aboutToReorder(const Node& parent) = 0;
         virtual void reordered(const Node& parent) = 0;
-        /// Everything may have changed; nodes that a view knew may be gone.
+        /// Everything may change; nodes that a view refers to may be destroyed.
         virtual void aboutToReset() = 0;
         virtual void reset() = 0;
-        /// Another node, or none, is selected.
+        /// The selection has changed; there may be none.
         virtual void selectionChanged() = 0;
-        /// The node is to be scrolled into view; its parents are expanded.
+        /// Asks the view to scroll to the node; its parents are expanded.
         virtual void madeVisible(const Node& node) = 0;
     };
 
-    /// While one lives, the listener hears nothing; at its end, one reset. For work on many
-    /// nodes. Once a node is removed meanwhile, pending events must wait until that end: a view
-    /// still paints the nodes that it knew.
+    /// For changes of many nodes: as long as the object exists, the listener is not called, except
+    /// for one aboutToReset at the beginning and one reset at the end. After a node was removed,
+    /// pending events must not be processed before that end: a view still paints the old nodes.
+    ///
+    ///     const ConfigTree::BulkChange bulk(tree);
     class BulkChange {
      public:
         explicit BulkChange(const ConfigTree& tree);
@@ -113,8 +120,12 @@ class ConfigTree {
         Listener* listener_;
     };
 
-    /// Remembers one node through whatever becomes of its key, text and place: a safe pointer to
-    /// keep while a dialog or a message box is open. Must not outlive the tree.
+    /// A safe pointer to a node, for use while a dialog or a message box is open. It follows the
+    /// node when its key, text or place changes. Must not outlive the tree.
+    ///
+    ///     ConfigTree::Reference node(tree, tree.selected());
+    ///     ask();  // other code may remove the node meanwhile
+    ///     if (node.get() != nullptr) ...
     class Reference {
      public:
         explicit Reference(const ConfigTree& tree, Node* node = nullptr) : tree_(tree) {
@@ -125,36 +136,36 @@ class ConfigTree {
         ~Reference() { *this = nullptr; }
 
         Reference& operator=(Node* node);
-        /// Null while the node is not in the tree that is shown: a removed node may come back.
+        /// Null while the node is not in the shown tree. Undo may bring a removed node back.
         Node* get() const { return node_ != nullptr && node_->isPresent_ ? node_ : nullptr; }
-        /// The same. Raises ErrorNumber::objectNotSet in place of null.
+        /// The same, but raises ErrorNumber::objectNotSet instead of returning null.
         Node& node() const;
-        /// The node's text, also when it is gone: then the last that it had.
+        /// The text of the node; after the node was destroyed, the last text that it had.
         const SharedText& text() const { return node_ == nullptr ? lastText_ : node_->text_; }
 
      private:
         friend class ConfigTree;
 
         const ConfigTree& tree_;
-        Node* node_ = nullptr;  // null once it cannot come back
+        Node* node_ = nullptr;  // null once the node is destroyed
         SharedText lastText_;
     };
 
-    /// Nodes that were taken out of a tree, with all below them, and where they were: they can be
-    /// put back.
-    class Cut {
+    /// Nodes that were taken out of a tree, with all nodes below them and their former places, so
+    /// that they can be put back.
+    class RemovedNodes {
      public:
-        Cut() = default;
-        Cut(Cut&&) noexcept = default;
-        Cut& operator=(Cut&& other) noexcept {
+        RemovedNodes() = default;
+        RemovedNodes(RemovedNodes&&) noexcept = default;
+        RemovedNodes& operator=(RemovedNodes&& other) noexcept {
             std::swap(tree_, other.tree_);
             nodes_.swap(other.nodes_);
             tops_.swap(other.tops_);
             return *this;
         }
-        Cut(const Cut&) = delete;
-        Cut& operator=(const Cut&) = delete;
-        ~Cut();
+        RemovedNodes(const RemovedNodes&) = delete;
+        RemovedNodes& operator=(const RemovedNodes&) = delete;
+        ~RemovedNodes();
 
         std::size_t nodeCount() const { return nodes_.size(); }
 
@@ -163,30 +174,30 @@ class ConfigTree {
         struct Top {
             Node* node;
             Node* parent;
-            std::size_t row;
+            std::size_t row;  // among the siblings, from 0
         };
 
         const ConfigTree* tree_ = nullptr;
-        std::vector<Nodes::Taken> nodes_;  // each after its parent
-        std::vector<Top> tops_;            // those with one parent follow each other, by row
+        std::vector<Nodes::Taken> nodes_;  // parents before their children
+        std::vector<Top> tops_;            // grouped by parent, ordered by row
     };
 
     ConfigTree() = default;
-    /// A tree beside the one that is shown, to move nodes to.
+    /// A tree that is not shown, to move nodes of the tree `shown` to.
     explicit ConfigTree(const ConfigTree* shown) : shown_(shown) {}
     ConfigTree(const ConfigTree&) = delete;
     ConfigTree& operator=(const ConfigTree&) = delete;
     ~ConfigTree() = default;
 
-    /// The one listener, or null.
+    /// Sets the only listener; null for none.
     void setListener(Listener* listener) const { listener_ = listener; }
 
-    /// Appends a node as last child of the node with the key `parentKey` (empty for the root).
-    /// Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound when
-    /// the parent does not or is an item, and ErrorNumber::invalidCall for an empty key or a second
-    /// root.
+    /// Appends a node as last child of the node with the key `parentKey`; an empty `parentKey` adds
+    /// the root. Raises ErrorNumber::keyNotUnique when the key exists, ErrorNumber::elementNotFound
+    /// when the parent does not exist or is an item, and ErrorNumber::invalidCall for an empty key
+    /// or a second root.
     Node& AddNode(const SharedText& parentKey, SharedText key, SharedText text, NodeKind kind);
-    /// The same below a node that is at hand (null for the root).
+    /// The same with a pointer to the parent; null adds the root.
     Node& AddNode(Node* parent, SharedText key, SharedText text, NodeKind kind);
 
     /// The node with that key, or null.
@@ -195,62 +206,66 @@ class ConfigTree {
         return node == nullptr ? nullptr : node->get();
     }
 
-    /// The same for a key that must exist. Raises ErrorNumber::elementNotFound.
+    /// The node with that key. Raises ErrorNumber::elementNotFound when there is none.
     Node& nodeAt(const SharedText& key) const;
 
-    /// Takes the nodes, and everything below them, out of the tree, in a time that grows with their
-    /// number and that of their siblings. The root is not among them, and none is below another. If
-    /// the selected node goes with them, its next sibling that stays becomes selected, else the
-    /// previous one, else the parent.
-    Cut takeOut(const std::vector<Node*>& nodes);
+    /// Removes the nodes and everything below them, and returns them, so that putBack() can insert
+    /// them again. The root cannot be removed, and no node may be below another one. Takes time
+    /// proportional to the number of the nodes and their siblings. When the selected node is
+    /// removed, the selection moves to the next sibling that is not removed, else to the previous
+    /// one, else to the parent.
+    RemovedNodes takeOut(const std::vector<Node*>& nodes);
 
-    /// Puts nodes back where they were taken out: their keys must be free, and their siblings the
-    /// same as then, in whatever order.
-    void putBack(Cut&& cut);
+    /// Puts nodes back at the places where they were taken out. Their keys must be free, and their
+    /// siblings the same as before, in any order.
+    void putBack(RemovedNodes&& removed);
 
-    /// Takes the node out of this tree, with everything below it, and makes it the last child of
-    /// the other tree's root, or puts it back: `there` says where it was in the other tree, and
-    /// afterwards where it was in this one. Its keys must be free there.
-    void moveTo(ConfigTree& other, Node& node, Cut& there);
+    /// Moves the node and everything below it to the other tree. Their keys must be free there.
+    /// `formerPlaces` contains the places that the nodes had in the other tree; when it is empty,
+    /// the node becomes the last child of the other tree's root. Afterwards `formerPlaces` contains
+    /// the places in this tree.
+    void moveTo(ConfigTree& other, Node& node, RemovedNodes& formerPlaces);
 
+    /// Destroys all nodes.
     void clear();
 
-    /// Raises ErrorNumber::keyNotUnique when another node has the key, and
-    /// ErrorNumber::invalidCall for an empty key; then nothing has changed.
+    /// Changes the key of one node; the keys of its children stay. Raises ErrorNumber::keyNotUnique
+    /// when another node has the key, and ErrorNumber::invalidCall for an empty key; then nothing
+    /// has changed.
     void setKey(Node& node, SharedText key);
     void setText(Node& node, SharedText text);
-    /// Has the listener hear that something in the records of nodes is another.
+    /// Notifies the listener that records of nodes have changed.
     void recordsChanged() const;
 
-    /// Counts the changes of nodes, texts and order: for what is worked out from the whole tree and
-    /// kept until then.
+    /// A counter of the changes of nodes, texts and order. It shows whether a cached result that
+    /// was computed from the whole tree is still valid.
     std::uint64_t changes() const { return changes_; }
-    /// Counts the calls of recordsChanged().
+    /// A counter of the calls of recordsChanged().
     std::uint64_t recordChanges() const { return recordChanges_; }
 
-    /// Puts the node's children into alphabetical order of their texts; equal texts keep their
-    /// order. Children added later are appended as ever.
-    /// True when that changed anything; then `before` is the order of before.
+    /// Sorts the node's children alphabetically by their texts; equal texts keep their order.
+    /// Children that are added later are appended at the end. Returns true when the order changed;
+    /// then `before` contains the former order.
     bool sortChildren(Node& node, std::vector<Node*>& before);
-    /// Gives the node's children another order, and `children` the present one.
+    /// Exchanges the order of the node's children and that in `children`.
     void swapChildren(Node& node, std::vector<Node*>& children);
 
-    /// Null before there is one.
+    /// Null in an empty tree.
     Node* root() const { return root_; }
 
     /// Null when no node is selected.
     Node* selected() const { return selected_; }
     void select(Node* node) const;
 
-    /// True for a node that a Reference remembers, or did.
+    /// True for a node to which a Reference refers, or once did.
     static bool isReferredTo(const Node& node) { return node.isReferredTo_; }
-    /// What refers to one node refers to the other from now on: it took its place.
+    /// Makes all references to `from` refer to `to`, which replaces it.
     void redirect(const Node& from, Node& to) const;
 
-    /// True for a node that is in this tree, and this is the tree that is shown.
+    /// True for a node in the shown tree; false for a removed or detached one.
     static bool isPresent(const Node& node) { return node.isPresent_; }
 
-    /// Expands all parents of the node and has the view scroll to it.
+    /// Expands all parents of the node, and asks the view to scroll to it.
     void ensureVisible(Node& node) const;
     /// The same, and selects it.
     void show(Node& node) const;
@@ -264,15 +279,17 @@ class ConfigTree {
     ///     for (const auto& node : tree.nodes()) use(*node);
     const auto& nodes() const { return nodes_; }
 
-    /// See KeyedSet.
+    /// The number of free places of removed nodes, and their removal; see KeyedSet. The places in
+    /// `reserved` stay free.
     std::size_t holes() const { return nodes_.holes(); }
-    void compact(const std::vector<Cut*>& reserved);
+    void compact(const std::vector<RemovedNodes*>& reserved);
 
  private:
-    static Node* heirOf(const Node& leaving);
+    static Node* selectionAfterRemoving(const Node& removed);
     static void addChild(Node& parent, Node& child);
-    static void removeChildren(const std::vector<Node*>& nodes, std::vector<Cut::Top>& removed);
-    static void insertChildren(const std::vector<Cut::Top>& tops);
+    static void removeChildren(const std::vector<Node*>& nodes,
+                               std::vector<RemovedNodes::Top>& removed);
+    static void insertChildren(const std::vector<RemovedNodes::Top>& tops);
     void forget(const Node& node) const;
 
     Nodes nodes_;
@@ -285,8 +302,8 @@ class ConfigTree {
     mutable std::uint64_t recordChanges_ = 0;
 };
 
-/// Walks everything below a node, each node before its children, children first to last. No
-/// recursion: a tree may be as deep as a file makes it.
+/// Iterates over all nodes below a node in depth-first order, parents before their children. It
+/// does not recurse, as a file may contain a tree of any depth.
 ///
 ///     for (TreeWalk walk(top); Node* node = walk.next();) ...
 class TreeWalk {
@@ -295,9 +312,9 @@ class TreeWalk {
 
     /// The next node; null at the end.
     Node* next();
-    /// Passes over what is below the node that next() gave last.
+    /// Skips everything below the node that next() returned last.
     void skipChildren() { entered_ = false; }
-    /// How deep that node lies below the top: 1 for a child of the top.
+    /// The depth of that node below the top: 1 for a child of the top.
     std::size_t depth() const { return path_.size(); }
 
  private:

@@ -1,4 +1,4 @@
-// What a configuration consists of.
+// The data of a configuration.
 #pragma once
 
 #include "model/ConfigTree.h"
@@ -8,11 +8,14 @@
 #include "model/clsItem.h"
 #include "model/clsPLC.h"
 
-/// Trees, registries and settings of one configuration: what `Document` owns, and what the changes
-/// of its history take back.
+/// The trees, registries and settings of one configuration. `Document` owns them; only it and the
+/// changes of its history modify them.
+///
+///     contents.registry<clsItem>().add(item, key);
+///     contents.tree.AddNode(parentKey, key, name, NodeKind::item);
 struct Contents {
     ConfigTree tree;
-    ConfigTree detached{&tree};
+    ConfigTree detached{&tree};  ///< devices that were dragged elsewhere
     Registry<clsPLC> devices;
     Registry<clsBranch> branches;
     Registry<clsItem> items;

@@ -10,9 +10,9 @@
 #include "base/RunTimeError.h"
 #include "model/Keys.h"
 
-Node* Document::go(Node* (History::*way)(DocumentState&, Contents&)) {
+Node* Document::undoOrRedo(Node* (History::*function)(DocumentState&, Contents&)) {
     DocumentState now = state();
-    Node* node = (history_.*way)(now, contents_);
+    Node* node = (history_.*function)(now, contents_);
     saved = now.saved;
     counters_ = now.counters;
     return node;
@@ -57,8 +57,8 @@ std::shared_ptr<const clsItem> Document::itemAt(const Node& node) const {
     return here;
 }
 
-/// Raises what adding a record of that kind, and then its node, would end with when the key is
-/// in use: ErrorNumber::keyTaken by a record, ErrorNumber::keyNotUnique by a node.
+/// Raises the error that adding a record of that kind and its node would raise when the key is in
+/// use: ErrorNumber::keyTaken when a record has it, ErrorNumber::keyNotUnique when a node has it.
 void Document::requireFreeKey(NodeKind kind, const SharedText& key) const {
     const bool isTaken = (kind == NodeKind::plc && devices().find(key) != nullptr) ||
                          (kind == NodeKind::branch && branches().find(key) != nullptr) ||
@@ -67,7 +67,7 @@ void Document::requireFreeKey(NodeKind kind, const SharedText& key) const {
     if (hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
 }
 
-/// The same for a second node like `node`, which has a record unless it is a dropped device.
+/// The same for a copy of `node`. A dropped device has no record.
 void Document::requireFreeKey(const Node& node, const SharedText& key) const {
     requireFreeKey(node.isDroppedDevice() ? NodeKind::config : node.kind(), key);
 }
@@ -75,12 +75,12 @@ void Document::requireFreeKey(const Node& node, const SharedText& key) const {
 void Document::requireFreeKeys(const Node& node, const SharedText& newKey) const {
     const auto require = [&](const Node& each, const SharedText& key) {
         if (key == each.key()) return;
-        // A record's own entry is in nobody's way when only its key's case changes.
+        // When only the case changes, the registry finds the record's own entry: no conflict.
         if (!equalIgnoringCase(key, each.key())) return requireFreeKey(each, key);
         if (hasNode(key)) throw RunTimeError(ErrorNumber::keyNotUnique);
     };
     require(node, newKey);
-    std::vector<SharedText> path{newKey};  // the new keys from the node down to the present one
+    std::vector<SharedText> path{newKey};  // the new keys from `node` down to `below`
     for (TreeWalk walk(node); const Node* below = walk.next();) {
         path.resize(walk.depth());
         path.push_back(joinKey(path.back(), below->text()));
@@ -101,10 +101,10 @@ Node& Document::enter(const std::shared_ptr<Record>& record, const SharedText& k
             return node;
         }
         history_.recordAdded(node);
-        history_.concerns(node);
+        history_.addSubject(node);
         return node;
     } catch (const RunTimeError&) {
-        // A record that no node shows could never be reached again.
+        // A record without a node would never be found again.
         registry.take(key);
         throw;
     }
@@ -128,7 +128,7 @@ void Document::countUp(NodeKind kind) {
     if (kind == NodeKind::item) ++counters_.items;
 }
 
-/// The item keeps its record: the editor clipboard and dragged copies refer to it.
+/// Changes the record in place: the editor clipboard and dragged copies share it.
 void Document::change(Node& item, const ItemFields& fields) {
     const SharedText key = BuildNodeKey(fields.txtItemName, &item, true);
     requireFreeKeys(item, key);
@@ -139,7 +139,7 @@ void Document::change(Node& item, const ItemFields& fields) {
     history_.record<ItemChange>(record, now);
     tree().recordsChanged();
     history_.current<RenameChange>().make(contents_, item, key, now.sName);
-    history_.concerns(item);
+    history_.addSubject(item);
     saved = false;
 }
 
@@ -153,7 +153,7 @@ void Document::change(Node& item, const ItemProperties& properties) {
     const Step step(*this, "Change");
     history_.record<ItemChange>(record, now);
     tree().recordsChanged();
-    history_.concerns(item);
+    history_.addSubject(item);
     saved = false;
 }
 
@@ -165,7 +165,7 @@ void Document::change(Node& device, const DeviceFields& fields) {
     const Step step(*this, "Change");
     history_.current<RenameChange>().make(contents_, device, std::move(record));
     UpdateChildKeys(device);
-    history_.concerns(device);
+    history_.addSubject(device);
     saved = false;
 }
 
@@ -177,7 +177,7 @@ void Document::renameBranch(Node& branch, const SharedText& name) {
     const Step step(*this, "Rename");
     history_.current<RenameChange>().make(contents_, branch, std::move(record));
     UpdateChildKeys(branch);
-    history_.concerns(branch);
+    history_.addSubject(branch);
     saved = false;
 }
 
@@ -186,7 +186,7 @@ void Document::renameItem(Node& item, const SharedText& name) {
     requireFreeKeys(item, key);
     const Step step(*this, "Rename");
     history_.current<RenameChange>().make(contents_, item, key, name);
-    history_.concerns(item);
+    history_.addSubject(item);
     saved = false;
 }
 
@@ -195,12 +195,12 @@ void Document::setComment(Node& item, const SharedText& comment) {
     const Step step(*this, "Change");
     history_.current<RecordTextChange>().make(text, comment);
     tree().recordsChanged();
-    history_.concerns(item);
+    history_.addSubject(item);
     saved = false;
 }
 
-/// After the node has got another key: the keys of all below it follow, in the tree and in the
-/// registries, where the entries move to the end.
+/// Called after the key of `node` has changed: updates the keys of all nodes below it and of their
+/// records. The entries move to the end of their registries.
 void Document::UpdateChildKeys(const Node& node) {
     RenameChange& change = history_.current<RenameChange>();
     for (TreeWalk walk(node); Node* child = walk.next();)
@@ -215,11 +215,11 @@ Document::Placement Document::placementOf(Node& source, Node& target) const {
 }
 
 void Document::placeContents(Placement& placement) const {
-    // Deliberate: of a device only a bare node goes there. Its contents leave the tree, and its
-    // records stay. What was added afterwards below that bare node has no other place, and goes
-    // with it.
+    // Deliberate: dropping a device makes only a bare node. The contents of the device are
+    // detached, and their records stay. A dropped device moves with its contents: they have no
+    // other place.
     if (placement.source_.isDevice()) return;
-    std::vector<SharedText> path{placement.keys_.front()};  // from the source to the present node
+    std::vector<SharedText> path{placement.keys_.front()};  // from the source down to `below`
     for (TreeWalk walk(placement.source_); const Node* below = walk.next();) {
         path.resize(walk.depth());
         placement.keys_.push_back(joinKey(path.back(), below->text()));
@@ -234,7 +234,7 @@ Node& Document::place(const Placement& placement, bool move) {
     const Step step(*this, move ? "Move" : "Copy");
     const ConfigTree::BulkChange bulk(tree());
     auto key = placement.keys_.begin();
-    std::vector<std::pair<Node*, Node*>> moved;  // that something refers to
+    std::vector<std::pair<Node*, Node*>> moved;  // old and new nodes that have references
     const auto copyNode = [&](Node& node, Node& parent) -> Node& {
         Node& added = contents_.tree.AddNode(&parent, *key, node.text(), node.kind());
         copyRecord(node, *key++);
@@ -243,7 +243,7 @@ Node& Document::place(const Placement& placement, bool move) {
         return added;
     };
     Node& added = copyNode(source, placement.target_);
-    std::vector<Node*> path{&added};  // the copies of the present node's parents
+    std::vector<Node*> path{&added};  // the copies of the parents of `below`
     if (withContents) {
         for (TreeWalk walk(source); Node* below = walk.next();) {
             path.resize(walk.depth());
@@ -252,7 +252,7 @@ Node& Document::place(const Placement& placement, bool move) {
     }
     history_.record<PresenceChange>(added);
     ConfigTree::setExpanded(added, true);
-    history_.concerns(added, move ? &source : nullptr);
+    history_.addSubject(added, move ? &source : nullptr);
     if (!move) return added;
     for (const auto& [from, to] : moved)
         history_.current<RedirectChange>().make(contents_, *from, *to);
@@ -264,8 +264,8 @@ Node& Document::place(const Placement& placement, bool move) {
     return added;
 }
 
-/// Deliberate: a copy gets no record of its own. The same one is entered again under the new key,
-/// and names the new place.
+/// Deliberate: a copy gets no record of its own. The record of the source is added under the new
+/// key as well, and its sKey becomes the new key.
 void Document::copyRecord(const Node& source, const SharedText& newKey) {
     const auto enterAgain = [&](auto& registry) {
         const auto& record = registry.recordAt(source.key());
@@ -281,7 +281,7 @@ void Document::remove(const std::vector<Node*>& nodes) {
     const Step step(*this, "Delete");
     history_.record<PresenceChange>(contents_, nodes);
     for (Node* node : nodes)
-        history_.concerns(*node);
+        history_.addSubject(*node);
 }
 
 void Document::setSettings(const GlobalSets& settings) {
@@ -315,7 +315,7 @@ void Document::setCountersFromRecords() {
 }
 
 void Document::clear() {
-    [[maybe_unused]] const bool heldItems = items().count() > 0 || history_.bytes() > 0;
+    [[maybe_unused]] const bool hadItems = items().count() > 0 || history_.bytes() > 0;
     history_.clear();
     contents_.tree.clear();
     contents_.detached.clear();
@@ -323,8 +323,8 @@ void Document::clear() {
     contents_.items.clear();
     contents_.branches.clear();
 #ifdef __GLIBC__
-    // Its heap keeps what is freed below the last block in use: all of a large configuration.
-    if (heldItems) ::malloc_trim(0);
+    // glibc keeps freed memory that is below the last block in use: here, a large configuration.
+    if (hadItems) ::malloc_trim(0);
 #endif
 }
 

@@ -9,20 +9,20 @@
 #include "model/Contents.h"
 #include "model/History.h"
 
-/// The one document of the editor: the tree (structure and order), the three registries of
-/// records (data), the global settings and the state that commands share. It alone changes the
-/// configuration, so that a node, its record and their keys always agree and every change can be
-/// undone; everyone else reads it, and asks for a change:
+/// The open configuration: the tree (structure and order), the three registries of records (data),
+/// the global settings, and the state that commands share. Only Document changes the configuration,
+/// so that a node, its record and their keys always agree, and every change can be undone. All
+/// other code reads it, and calls Document for a change:
 ///
 ///     const Document::Step step(document, "Add");
 ///     Node& branch = document.addByHand(record, device);
 ///     ...
-///     document.undo();  // takes back all that was done in the step
+///     document.undo();  // undoes all changes of the step
 ///
-/// A change checks first, and raises an error while nothing has changed yet.
+/// A change that raises an error has changed nothing.
 class Document {
  public:
-    /// The key of the root node, below which the devices are.
+    /// The key of the root node. The devices are its children.
     static constexpr const char* rootKey = "config";
 
     Document() = default;
@@ -31,59 +31,59 @@ class Document {
     ~Document() = default;
 
     const ConfigTree& tree() const { return contents_.tree; }
-    /// The nodes of devices that were dragged elsewhere, with all below them, under a root of its
-    /// own. They are not shown any more, but their records stay and are saved. No key is in both
-    /// trees.
+    /// The detached tree: the nodes of devices that were dragged elsewhere, with all nodes below
+    /// them, below a root of its own. It is not shown, but its records are saved. A key is never in
+    /// both trees.
     const ConfigTree& detached() const { return contents_.detached; }
     const Registry<clsPLC>& devices() const { return contents_.devices; }
     const Registry<clsItem>& items() const { return contents_.items; }
     const Registry<clsBranch>& branches() const { return contents_.branches; }
     const GlobalSets& settings() const { return contents_.settings; }
 
-    /// A configuration, new or loaded, is shown.
+    /// True when a configuration, new or loaded, is shown.
     bool open = false;
-    /// It has no unsaved change.
+    /// True when there is no unsaved change.
     bool saved = false;
 
-    /// The numbers of the next default names.
+    /// The numbers in the next proposed names.
     int deviceCounter() const { return counters_.devices; }
     int branchCounter() const { return counters_.branches; }
     int itemCounter() const { return counters_.items; }
 
-    /// Path of the configuration file: the root's text. Raises ErrorNumber::objectNotSet when
-    /// there is no root.
+    /// The path of the configuration file, which is the text of the root. Raises
+    /// ErrorNumber::objectNotSet when there is no root.
     std::string currentPath() const;
 
     /// The tree's selected node. Raises ErrorNumber::objectNotSet when there is none.
     Node& selectedNode() const;
 
-    /// The node of a device of that name, in the tree or detached; null when there is none.
+    /// The node of the device with that name, in the tree or detached; null when there is none.
     const Node* deviceNode(const SharedText& name) const;
 
-    /// The device of a node. Raises ErrorNumber::invalidCall for a node that is no device's, also
-    /// when its key is that of a device.
+    /// The record of a device. Raises ErrorNumber::invalidCall when `node` is not the node of a
+    /// device, even when its key is that of a device.
     const clsPLC& deviceAt(const Node& node) const;
 
-    /// The item node with that key. Raises ErrorNumber::invalidCall for the key of another node, or
-    /// of none: a row of the list may be out of date.
+    /// The item node with that key. Raises ErrorNumber::invalidCall when no node, or a node of
+    /// another kind, has the key: a row of the list may be out of date.
     Node& itemNodeAt(const SharedText& key) const;
 
-    /// The item as its node has it. A copy made by dragging shares the record of its source, which
-    /// has the key and the name of one of the two; here each has its own. Raises
-    /// ErrorNumber::invalidCall for a node without a record.
+    /// The record of an item, with the key and the name of `node`. A copy made by dragging shares
+    /// the record of its source, which contains the key and the name of only one of the two nodes.
+    /// Raises ErrorNumber::invalidCall for a node without a record.
     std::shared_ptr<const clsItem> itemAt(const Node& node) const;
 
-    /// True when a node, shown or detached, has the key.
+    /// True when a node in the tree or the detached tree has the key.
     bool hasNode(const SharedText& key) const {
         return tree().FindNode(key) != nullptr || detached().FindNode(key) != nullptr;
     }
 
-    /// All that is changed while a Step lives is one step of undoing, also when an error ends it.
-    /// Steps within a step are part of it.
+    /// All changes during the lifetime of a Step are one undo step, also when an error ends it. A
+    /// Step within another one is part of it.
     class Step {
      public:
-        /// What a user reads after "Undo": the verb, and what it was done to, e.g. "Delete of item
-        /// Lamp" or, where a noun is given, "Paste of 12 names".
+        /// The user reads `verb` and the changed nodes after "Undo": "Delete of item Lamp" or, with
+        /// the noun "name", "Paste of 12 names".
         Step(Document& document, std::string_view verb, std::string_view noun = {})
             : document_(document) {
             document_.history_.begin(document_.state(), verb, noun);
@@ -96,27 +96,28 @@ class Document {
         Document& document_;
     };
 
-    /// What undo() would take back and redo() make again; empty when there is nothing.
+    /// The name of the step that undo() or redo() would take; empty when there is none.
     std::string undoName() const { return history_.undoName(); }
     std::string redoName() const { return history_.redoName(); }
-    /// Takes the last step back, or makes it again. Gives the node that it is about, or the parent
-    /// of the nodes; null when there was no step, or it is about none. The document counts as saved
-    /// when it did so before (after) the step, and has not been saved since.
-    Node* undo() { return go(&History::undo); }
-    Node* redo() { return go(&History::redo); }
-    /// The bytes that the history takes, roughly.
+    /// Undoes or redoes the last step. Returns the changed node, or the parent of several changed
+    /// nodes; null when there was no step, or it changed no node. Undo sets `saved` to its value
+    /// before the step, redo to its value after it, or to false when the document was saved in
+    /// between.
+    Node* undo() { return undoOrRedo(&History::undo); }
+    Node* redo() { return undoOrRedo(&History::redo); }
+    /// The memory of the history in bytes, roughly.
     std::size_t historyBytes() const { return history_.bytes(); }
 
-    /// Enters a record in its registry and appends its node in the tree: a device below the root,
-    /// a branch or an item below `parent`. Raises ErrorNumber::keyTaken, ErrorNumber::keyNotUnique
-    /// or the errors of ConfigTree::AddNode. Outside a Step, as when a file is read, nothing can be
-    /// undone any more.
+    /// Adds a record to its registry, and a node to the tree: a device below the root, a branch or
+    /// an item below `parent`. Returns the node. Raises ErrorNumber::keyTaken,
+    /// ErrorNumber::keyNotUnique or the errors of ConfigTree::AddNode. Outside a Step, for example
+    /// when a file is read, it empties the undo history.
     Node& add(const std::shared_ptr<clsPLC>& device);
     Node& add(const std::shared_ptr<clsBranch>& branch, Node& parent);
     Node& add(const std::shared_ptr<clsItem>& item, Node& parent);
 
-    /// The same for what the user has entered in a dialog: the number of the next default name goes
-    /// up, and there is an unsaved change.
+    /// The same for a record that the user has entered in a dialog: also increments the number of
+    /// the next proposed name, and clears `saved`.
     template <typename... Arguments>
     Node& addByHand(Arguments&&... arguments) {
         Node& node = add(std::forward<Arguments>(arguments)...);
@@ -125,66 +126,70 @@ class Document {
         return node;
     }
 
-    /// Gives an item, a device or a branch what the user has entered in its dialog; then there is
-    /// an unsaved change. Raises the errors of the record's SetByForm, and ErrorNumber::keyTaken or
-    /// ErrorNumber::keyNotUnique when the key of the node, or one below it, is in use.
+    /// Sets the fields of an item or a device, or the name of a branch, and clears `saved`. Keys of
+    /// the nodes below it change accordingly. Raises the errors of the record's SetByForm, and
+    /// ErrorNumber::keyTaken or ErrorNumber::keyNotUnique when a new key of the node or of one
+    /// below it is in use.
     void change(Node& item, const ItemFields& fields);
     void change(Node& item, const ItemProperties& properties);
     void change(Node& device, const DeviceFields& fields);
     void renameBranch(Node& branch, const SharedText& name);
-    /// The same for an item's name, and an item's comment.
+    /// The same for the name and the comment of an item.
     void renameItem(Node& item, const SharedText& name);
     void setComment(Node& item, const SharedText& comment);
 
-    /// Raises what renameItem() would. Nothing is changed.
+    /// Raises the errors of renameItem() for the new key. Changes nothing.
     void requireFreeKeys(const Node& node, const SharedText& newKey) const;
 
-    /// A place for a dragged node, with all below it, as last child of another: keys that were
-    /// found free.
+    /// The place of a dragged node, with all nodes below it, as last child of another node. Its
+    /// keys are free.
     class Placement {
         friend class Document;
         Placement(Node& source, Node& target) : source_(source), target_(target) {}
 
         Node& source_;
         Node& target_;
-        std::vector<SharedText> keys_;  // of the node and, in the order of a walk, all below it
+        std::vector<SharedText> keys_;  // of the node and all below it, in the order of TreeWalk
     };
-    /// Finds a place. Raises ErrorNumber::keyTaken or ErrorNumber::keyNotUnique when the node's new
-    /// key is in use.
+    /// Prepares a place for the node itself. Raises ErrorNumber::keyTaken or
+    /// ErrorNumber::keyNotUnique when its new key is in use.
     Placement placementOf(Node& source, Node& target) const;
-    /// Goes on with what is below the node. Raises the same errors.
+    /// Adds the keys of all nodes below it to the placement. Raises the same errors.
     void placeContents(Placement& placement) const;
 
-    /// Makes a copy, expanded: its branches and items share the records of their sources, and are
-    /// entered with them once more. Of a device only a bare node is made, without a record.
+    /// Copies the node and all nodes below it, and expands the copy. Branches and items share the
+    /// records of their sources, which are added to the registries under the new keys too. The copy
+    /// of a device is a bare node without a record. Returns the copy.
     Node& copy(const Placement& placement) { return place(placement, false); }
-    /// The same, and the source is removed; a device is detached.
+    /// The same, and removes the source, or detaches it when it is a device.
     Node& move(const Placement& placement) { return place(placement, true); }
 
-    /// Removes the node and everything below it, with their records.
+    /// Removes the node and all nodes below it, with their records.
     void RemoveSubtree(Node& node) { remove({&node}); }
-    /// The same for many nodes. None may be below another.
+    /// The same for several nodes. None may be below another.
     void remove(const std::vector<Node*>& nodes);
 
+    /// Outside a Step, it empties the undo history.
     void setSettings(const GlobalSets& settings);
 
-    /// Puts the node's children into alphabetical order. That is no step of undoing.
+    /// Sorts the node's children alphabetically. This is not an undo step of its own; it is undone
+    /// with the last step.
     void sortChildren(Node& node);
 
-    /// The configuration has another file.
+    /// Sets the path of the configuration file.
     void setPath(const std::string& path);
-    /// It was saved.
+    /// Sets `saved`. To be called after the configuration was saved.
     void noteSaved();
 
-    /// One more than the number of records of each kind.
+    /// Sets each counter to one more than the number of records of its kind.
     void setCountersFromRecords();
 
-    /// Empties the tree, the registries and the history, and gives their memory back to the system.
+    /// Empties the trees, the registries and the history, and returns their memory to the system.
     void clear();
 
-    /// Empties all that, and adds the root for the file at `path`, visible and selected.
+    /// Calls clear(), and adds the root for the file at `path`, visible and selected.
     void startAt(const std::string& path);
-    /// The same for a new configuration, with default settings; the counters begin at 0.
+    /// The same for a new configuration, with default settings and all counters 0.
     void startNew(const std::string& path);
 
  private:
@@ -199,7 +204,7 @@ class Document {
     Node& place(const Placement& placement, bool move);
 
     DocumentState state() const { return {saved, counters_}; }
-    Node* go(Node* (History::*way)(DocumentState&, Contents&));
+    Node* undoOrRedo(Node* (History::*function)(DocumentState&, Contents&));
 
     Contents contents_;
     Counters counters_;

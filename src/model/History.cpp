@@ -4,7 +4,7 @@
 
 namespace {
 
-const char* wordFor(NodeKind kind) {
+const char* nounFor(NodeKind kind) {
     switch (kind) {
         case NodeKind::plc: return "device ";
         case NodeKind::branch: return "branch ";
@@ -39,7 +39,7 @@ void History::end(Contents& contents) {
 std::string History::nameOf(const Subjects& subjects) const {
     const std::string of = verb_ + " of ";
     if (noun_.empty() && subjects.count == 1) {
-        return of + wordFor(subjects.first->kind()) + subjects.first->text().string();
+        return of + nounFor(subjects.first->kind()) + subjects.first->text().string();
     }
     const std::string noun = noun_.empty() ? "item" : noun_;
     if (subjects.count == 0) return of + noun;
@@ -54,10 +54,10 @@ void History::recordAdded(Node& node) {
     record<PresenceChange>(node);
 }
 
-void History::concerns(Node& node, Node* before) {
+void History::addSubject(Node& node, Node* replaced) {
     if (subjects_.count++ > 0) return;
     subjects_.first = &node;
-    subjects_.firstBefore = before;
+    subjects_.firstReplaced = replaced;
 }
 
 void History::recordOrder(Node& node, std::vector<Node*> before) {
@@ -72,20 +72,20 @@ void History::recordOrder(Node& node, std::vector<Node*> before) {
     }
 }
 
-Node* History::go(bool back, DocumentState& state, Contents& contents) {
+Node* History::undoOrRedo(bool back, DocumentState& state, Contents& contents) {
     auto& from = back ? undo_ : redo_;
     auto& to = back ? redo_ : undo_;
     if (from.empty() || isOpen()) return nullptr;
     Step& step = to.emplace_back(std::move(from.back()));
     from.pop_back();
     {
-        // Many texts are told of as one change.
+        // When many texts change, the views are notified once.
         std::optional<ConfigTree::BulkChange> bulk;
         std::size_t texts = 0;
         for (const Change& change : step.changes)
             if (const auto* renames = std::get_if<RenameChange>(&change)) texts += renames->texts();
-        constexpr std::size_t few = 10;
-        if (texts > few) bulk.emplace(contents.tree);
+        constexpr std::size_t mostNotifications = 10;
+        if (texts > mostNotifications) bulk.emplace(contents.tree);
         const auto toggle = [&](Change& change) {
             std::visit([&](auto& each) { each.toggle(contents, back); }, change);
         };
@@ -105,7 +105,7 @@ Node* History::go(bool back, DocumentState& state, Contents& contents) {
     if (node == nullptr) return nullptr;
     if (subjects.count > 1) return node->parent();
     if (ConfigTree::isPresent(*node)) return node;
-    node = subjects.firstBefore;
+    node = subjects.firstReplaced;
     if (node != nullptr && ConfigTree::isPresent(*node)) return node;
     return subjects.first->parent();
 }
@@ -121,16 +121,16 @@ void History::count(Step& step) {
 void History::dropOldest(Contents& contents) {
     for (; bytes_ > mostBytes && undo_.size() > 1; undo_.pop_front())
         bytes_ -= undo_.front().bytes;
-    compactIfWorthIt(contents);
+    compactIfUseful(contents);
 }
 
-/// Trees and registries keep the places of what was taken out: too many, once nothing will be put
-/// back there.
-void History::compactIfWorthIt(Contents& contents) {
-    constexpr std::size_t few = 100'000;
+/// Removes free places of trees and registries when there are very many that no step needs any
+/// more.
+void History::compactIfUseful(Contents& contents) {
+    constexpr std::size_t tolerated = 100'000;
     const std::size_t holes = contents.tree.holes() + contents.items.holes();
     const std::size_t nodes = contents.tree.nodes().size();
-    if (holes < few || holes < 2 * nodes + bytes_ / 100) return;
+    if (holes < tolerated || holes < 2 * nodes + bytes_ / 100) return;
     ReservedPlaces places;
     for (auto* steps : {&undo_, &redo_})
         for (Step& step : *steps)

@@ -10,104 +10,112 @@
 
 #include "model/Changes.h"
 
-/// They number default names. Wider than the 16 bits that they have elsewhere: a configuration may
-/// hold all 65,536 group addresses, and the next name needs a number too.
+/// The numbers in the next proposed names. More than 16 bits: a configuration may contain all
+/// 65,536 group addresses, and the next name needs a number too.
 struct Counters {
     int devices = 0;
     int branches = 0;
     int items = 0;
 };
 
-/// The state of a document beside its contents that a step changes too.
+/// The state of a document that a step changes in addition to the contents.
 struct DocumentState {
     bool saved = false;  ///< there is no unsaved change
     Counters counters;
 };
 
-/// Collects the changes of each action of the user in a step, and takes steps back or makes them
-/// again, the last one first.
+/// Collects the changes of each user action in a step, and undoes and redoes steps, the last one
+/// first.
 ///
 ///     history.begin(state, "Delete");
 ///     history.record<PresenceChange>(contents, nodes);
-///     history.concerns(node);
+///     history.addSubject(node);
 ///     history.end(contents);
 ///     history.undoName();  // "Delete of item Lamp"
 ///
-/// Steps are kept until all together take more than `mostBytes`; then the oldest go. The last one
-/// always stays.
+/// When all steps together take more than `mostBytes`, the oldest are dropped, but never the last
+/// one.
 class History {
  public:
     static constexpr std::size_t mostBytes = 64UL * 1024 * 1024;
 
-    /// A step begins: what is recorded up to its end belongs to it. Steps may be nested: they are
-    /// then one, named by the outermost. `verb` says what is done; `noun`, in the singular, what it
-    /// is done to, where that is not the nodes themselves.
+    /// Begins a step. All changes recorded before end() belong to it. Nested steps are part of the
+    /// outermost one, which gives the name. `verb` is the action; `noun`, in the singular, is what
+    /// is changed, when that is not the nodes themselves. `state` is the document's state before
+    /// the step.
     void begin(const DocumentState& state, std::string_view verb, std::string_view noun = {});
-    /// A step without a change is dropped; any other one ends all that could be redone.
+    /// Ends the step. A step without a change is dropped; any other step makes redo impossible.
     void end(Contents& contents);
     /// True within a step.
     bool isOpen() const { return depth_ > 0; }
 
-    /// Makes a change, as one more or as part of the last one.
+    /// Constructs a change, and appends it to the step.
     template <typename Kind, typename... Arguments>
     Kind& record(Arguments&&... arguments) {
         return std::get<Kind>(
             changes_.emplace_back(std::in_place_type<Kind>, std::forward<Arguments>(arguments)...));
     }
-    /// The last change if it is of that kind, else a new one.
+    /// Returns the last change of the step if it is of that kind, else a new one.
     template <typename Kind>
     Kind& current() {
         if (!changes_.empty())
             if (auto* last = std::get_if<Kind>(&changes_.back())) return *last;
         return record<Kind>();
     }
+    /// Records that the node was added.
     void recordAdded(Node& node);
 
-    /// A node that the user acted on. Where the action made another one of it, `before` is the old
-    /// one.
-    void concerns(Node& node, Node* before = nullptr);
+    /// Adds a node on which the user acted. `replaced` is the node that it replaces, if any.
+    void addSubject(Node& node, Node* replaced = nullptr);
 
-    /// A click has sorted the children of a node. That is no step: it is taken back with the last.
+    /// Records that a click has sorted the children of a node; `before` is their former order. This
+    /// is not a step of its own: it is undone with the last step.
     void recordOrder(Node& node, std::vector<Node*> before);
 
-    /// The configuration was saved: what a step remembers of the saved state counts no more.
+    /// To be called after the configuration was saved: the saved states in older steps become
+    /// invalid.
     void noteSaved() { ++saves_; }
 
-    /// What would be undone or redone, e.g. "Delete of 12 items"; empty when there is nothing.
+    /// The name of the step to undo or redo, e.g. "Delete of 12 items"; empty when there is none.
     std::string undoName() const { return undo_.empty() ? std::string() : undo_.back().name; }
     std::string redoName() const { return redo_.empty() ? std::string() : redo_.back().name; }
 
-    /// Takes the last step back, or makes the one again that was taken back last. Gives the node
-    /// that it is about; null when it is about none, or there was no step.
-    Node* undo(DocumentState& state, Contents& contents) { return go(true, state, contents); }
-    Node* redo(DocumentState& state, Contents& contents) { return go(false, state, contents); }
+    /// Undoes the last step, or redoes the step that was undone last, and updates `state`. Returns
+    /// the node that the user acted on, or the parent of several; null when there is none, or no
+    /// step.
+    Node* undo(DocumentState& state, Contents& contents) {
+        return undoOrRedo(true, state, contents);
+    }
+    Node* redo(DocumentState& state, Contents& contents) {
+        return undoOrRedo(false, state, contents);
+    }
 
-    /// The bytes that all steps take, roughly.
+    /// The memory of all steps in bytes, roughly.
     std::size_t bytes() const { return bytes_; }
     void clear();
 
  private:
     struct Subjects {
         Node* first = nullptr;
-        Node* firstBefore = nullptr;
+        Node* firstReplaced = nullptr;
         std::size_t count = 0;
     };
     struct Step {
         std::string name;
         std::deque<Change> changes;
         Subjects subjects;
-        DocumentState other;    // before the step or, once it was taken back, after it
-        std::size_t saves = 0;  // so often was saved before
+        DocumentState other;    // before the step; once it was undone, after the step
+        std::size_t saves = 0;  // the number of saves before the step
         std::size_t bytes = 0;
     };
 
     std::string nameOf(const Subjects& subjects) const;
-    Node* go(bool back, DocumentState& state, Contents& contents);
+    Node* undoOrRedo(bool back, DocumentState& state, Contents& contents);
     void count(Step& step);
     void dropOldest(Contents& contents);
-    void compactIfWorthIt(Contents& contents);
+    void compactIfUseful(Contents& contents);
 
-    // The step that is open.
+    // The current step.
     int depth_ = 0;
     std::string verb_, noun_;
     DocumentState before_;

@@ -1,17 +1,21 @@
-// Finds the records of items quickest in the order of their registry.
+// A fast way to find the records of all items.
 #pragma once
 
 #include "model/ConfigTree.h"
 #include "model/Registry.h"
 #include "model/clsItem.h"
 
-/// The records of the item nodes of a tree. Asked for in the order of the registry, which most
-/// often is that of the file, they are found without a search.
+/// Finds the records of the item nodes of a tree. When nodes are looked up in the order of the
+/// registry, which usually is the order of the file, no search is needed:
+///
+///     ItemRecords records(document.items());
+///     for (TreeWalk walk(top); const Node* node = walk.next();)
+///         if (node->kind() == NodeKind::item) use(records.at(*node));
 class ItemRecords {
  public:
     explicit ItemRecords(const Registry<clsItem>& items) : items_(items), next_(items.begin()) {}
 
-    /// Raises ErrorNumber::invalidCall for a node without a record.
+    /// The record of the node. Raises ErrorNumber::invalidCall when there is none.
     const clsItem& at(const Node& node) {
         if (next_ == items_.end() || (*next_).key != node.key()) {
             return items_.at(node.key());

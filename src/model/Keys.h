@@ -1,4 +1,4 @@
-// How the keys of nodes are made.
+// Builds and splits the keys of nodes.
 #pragma once
 
 #include <string_view>
@@ -6,13 +6,13 @@
 #include "base/SharedText.h"
 #include "model/ConfigTree.h"
 
-/// A node's key: its parent's key, ".", and its name. Plain concatenation, no escaping.
+/// Returns the parent's key, "." and the name, concatenated without escaping.
 SharedText joinKey(std::string_view parentKey, std::string_view name);
 
-/// The key cut before its last "."; empty when it holds none ("Plant.Floor1" of
-/// "Plant.Floor1.Light3").
+/// Returns the part of the key before its last ".": "Plant.Floor1" of "Plant.Floor1.Light3"; empty
+/// when the key has no ".".
 std::string_view parentKeyOf(std::string_view key);
 
-/// The key that a node of that name has below `node`, or, with `useParent`, beside it. Raises
-/// ErrorNumber::objectNotSet when there is no such node.
+/// Returns the key for a node with that name below `node` or, with `useParent`, below the parent of
+/// `node`. Raises ErrorNumber::objectNotSet when `node`, or its parent, is null.
 SharedText BuildNodeKey(std::string_view name, const Node* node, bool useParent);

@@ -1,4 +1,4 @@
-// The names that the dialogs propose for what is added, each followed by a number.
+// The names that the dialogs propose for new nodes. A number follows each.
 #pragma once
 
 #include <string_view>
@@ -8,9 +8,9 @@
 inline constexpr std::string_view proposedDeviceName = "New Device ";
 inline constexpr std::string_view proposedBranchName = "NewBranch";
 inline constexpr std::string_view proposedItemName = "New Item ";
-/// For every item but the first of those that are added one after the other.
+/// For every item except the first when several are added in one dialog.
 inline constexpr std::string_view proposedNextItemName = "New_Item_";
 
-/// True for a name that was proposed and never changed, in letters of either case: those of
-/// branches are read back in capitals.
+/// True for a proposed name with its number. Case is ignored: names of branches are read back in
+/// upper case.
 bool isProposedName(NodeKind kind, std::string_view name);

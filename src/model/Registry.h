@@ -1,4 +1,4 @@
-// The keyed collections that hold the records of a configuration.
+// The keyed collections of the records of a configuration.
 #pragma once
 
 #include <cstddef>
@@ -11,17 +11,17 @@
 #include "base/RunTimeError.h"
 #include "base/Text.h"
 
-/// An ordered, keyed collection of shared records: insertion order, keys matched without regard
-/// to letter case; adding, finding and removing take constant time.
+/// An ordered, keyed collection of shared records. It keeps insertion order and ignores the case of
+/// keys. Adding, finding and removing take constant time.
 ///
 ///     Registry<clsItem> items;
 ///     items.add(item, "Plant.Floor1.Light3");
 ///     items.at("plant.floor1.light3").sComment;
 ///     for (const auto& [key, item] : items) use(key, item->sComment);
 ///
-/// Records are shared pointers because the editor clipboard keeps a removed item alive and
-/// because one record may have two keys (a copy made by dragging). Who may only read the registry
-/// may only read its records.
+/// Records are shared pointers for two reasons: the editor clipboard keeps a removed item alive,
+/// and one record may have two keys (a copy made by dragging). A constant registry returns constant
+/// records only.
 template <typename T>
 class Registry {
     struct Entry {
@@ -78,14 +78,14 @@ class Registry {
     /// The record under the key. Raises ErrorNumber::invalidCall when there is none.
     const T& at(const SharedText& key) const { return *entryAt(key).record; }
 
-    /// The same, to be kept.
+    /// The same as a shared pointer.
     std::shared_ptr<const T> share(const SharedText& key) const { return entryAt(key).record; }
 
-    /// The same, to be changed.
+    /// The same as a pointer to a record that may be changed.
     const std::shared_ptr<T>& recordAt(const SharedText& key) { return entryAt(key).record; }
 
-    /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key is there
-    /// already, in whatever case, and ErrorNumber::invalidCall when it is empty.
+    /// Appends the record under the key. Raises ErrorNumber::keyTaken when the key exists in any
+    /// case, and ErrorNumber::invalidCall when it is empty.
     void add(std::shared_ptr<T> record, SharedText key) {
         if (key.empty()) throw RunTimeError(ErrorNumber::invalidCall);
         if (!entries_.add({std::move(key), std::move(record)})) {
@@ -93,17 +93,18 @@ class Registry {
         }
     }
 
-    /// Takes the entry under the key out. Raises ErrorNumber::invalidCall when there is none.
+    /// Removes and returns the entry with the key. Raises ErrorNumber::invalidCall when there is
+    /// none.
     Taken take(const SharedText& key) {
         Taken taken = entries_.take(key);
         if (Keys::isEmpty(taken.element)) throw RunTimeError(ErrorNumber::invalidCall);
         return taken;
     }
 
-    /// Puts an entry back at its place, under a key that is free.
+    /// Puts an entry back at its place. The key must be free.
     void putBack(Taken&& taken) { entries_.putBack(std::move(taken)); }
 
-    /// See KeyedSet.
+    /// As in KeyedSet.
     std::size_t holes() const { return entries_.holes(); }
     void compact(std::vector<typename Entries::Place*> reserved) {
         entries_.compact(std::move(reserved));
