@@ -7,7 +7,7 @@
 #include "base/RunTimeError.h"
 #include "desktop/Desktop.h"
 
-/// Lets the windows repaint about every 50 milliseconds during long work. It goes by time, not by
+/// Lets the windows repaint about every 50 milliseconds during long work. It measures time, not
 /// the number of pieces, so that repainting does not slow the work down:
 ///
 ///     EventTurns events(desktop, goesOn);

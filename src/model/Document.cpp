@@ -89,8 +89,8 @@ void Document::requireFreeKeys(const Node& node, const SharedText& newKey) const
 }
 
 template <typename Record>
-Node& Document::enter(const std::shared_ptr<Record>& record, const SharedText& key,
-                      const SharedText& name, Node* parent, NodeKind kind) {
+Node& Document::addRecordAndNode(const std::shared_ptr<Record>& record, const SharedText& key,
+                                 const SharedText& name, Node* parent, NodeKind kind) {
     Registry<Record>& registry = contents_.registry<Record>();
     registry.add(record, key);
     try {
@@ -111,15 +111,16 @@ Node& Document::enter(const std::shared_ptr<Record>& record, const SharedText& k
 }
 
 Node& Document::add(const std::shared_ptr<clsPLC>& device) {
-    return enter(device, device->sKey(), device->getName(), tree().root(), NodeKind::plc);
+    return addRecordAndNode(device, device->sKey(), device->getName(), tree().root(),
+                            NodeKind::plc);
 }
 
 Node& Document::add(const std::shared_ptr<clsBranch>& branch, Node& parent) {
-    return enter(branch, branch->sKey, branch->sName, &parent, NodeKind::branch);
+    return addRecordAndNode(branch, branch->sKey, branch->sName, &parent, NodeKind::branch);
 }
 
 Node& Document::add(const std::shared_ptr<clsItem>& item, Node& parent) {
-    return enter(item, item->sKey, item->sName, &parent, NodeKind::item);
+    return addRecordAndNode(item, item->sKey, item->sName, &parent, NodeKind::item);
 }
 
 void Document::countUp(NodeKind kind) {
@@ -267,13 +268,13 @@ Node& Document::place(const Placement& placement, bool move) {
 /// Deliberate: a copy gets no record of its own. The record of the source is added under the new
 /// key as well, and its sKey becomes the new key.
 void Document::copyRecord(const Node& source, const SharedText& newKey) {
-    const auto enterAgain = [&](auto& registry) {
+    const auto addAgain = [&](auto& registry) {
         const auto& record = registry.recordAt(source.key());
         registry.add(record, newKey);
         history_.current<RecordTextChange>().make(record->sKey, newKey);
     };
-    if (source.kind() == NodeKind::item) enterAgain(contents_.items);
-    if (source.kind() == NodeKind::branch) enterAgain(contents_.branches);
+    if (source.kind() == NodeKind::item) addAgain(contents_.items);
+    if (source.kind() == NodeKind::branch) addAgain(contents_.branches);
 }
 
 void Document::remove(const std::vector<Node*>& nodes) {

@@ -196,8 +196,8 @@ class Document {
     void requireFreeKey(NodeKind kind, const SharedText& key) const;
     void requireFreeKey(const Node& node, const SharedText& key) const;
     template <typename Record>
-    Node& enter(const std::shared_ptr<Record>& record, const SharedText& key,
-                const SharedText& name, Node* parent, NodeKind kind);
+    Node& addRecordAndNode(const std::shared_ptr<Record>& record, const SharedText& key,
+                           const SharedText& name, Node* parent, NodeKind kind);
     void countUp(NodeKind kind);
     void UpdateChildKeys(const Node& node);
     void copyRecord(const Node& source, const SharedText& newKey);
