@@ -17,10 +17,10 @@
 ///     });
 class FirstMessages {
  public:
-    static constexpr std::size_t most = 5;
+    static constexpr std::size_t maxShown = 5;
 
     void showMessage(const std::string& text) {
-        if (first_.size() == most) {
+        if (first_.size() == maxShown) {
             ++more_;
         } else {
             first_.push_back(text);
