@@ -1,4 +1,4 @@
-// What the device dialog and the global settings propose for a bus connection.
+// The ports and EDI types that the device dialog and the global settings propose.
 #pragma once
 
 #include <string>

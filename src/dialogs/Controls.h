@@ -1,4 +1,4 @@
-// The controls of a form, without a toolkit: what the rules read and write.
+// The controls of a form as plain data, which the rules read and write without a toolkit.
 #pragma once
 
 #include <array>
@@ -13,11 +13,11 @@ struct Label {
 struct TextBox {
     std::string text;
     bool enabled = true;
-    /// Once: the keyboard goes there, to type over the text.
+    /// Set to move the keyboard focus here once, with the text selected.
     bool getsFocus = false;
 };
 
-/// A text with proposals. Whether the user may type another one is the window's matter.
+/// A text with a list of proposals. The window decides whether the user may type another text.
 struct ComboBox {
     std::string text;
     std::vector<std::string> list;
@@ -28,7 +28,7 @@ struct Button {
     bool enabled = true;
 };
 
-/// Three columns of texts; the first row holds the headings.
+/// Three columns of texts. The first row contains the headings.
 struct Grid {
     std::array<int, 3> colWidth{};  ///< in twips, 1/1440 of an inch
     std::vector<std::array<std::string, 3>> rows;

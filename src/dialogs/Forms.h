@@ -1,4 +1,4 @@
-// How commands show dialogs.
+// The interface by which commands show dialogs.
 #pragma once
 
 class CommonProperties;
@@ -9,8 +9,9 @@ class frmPLC;
 class frmReplace;
 class frmSetts;
 
-/// Shows a loaded form as a dialog. The dialog takes over what the user enters, calls the form's
-/// handlers, and shows what the form says. A modal one returns when the form has closed itself.
+/// Shows a loaded form as a dialog. The dialog copies what the user enters to the form, calls the
+/// form's handlers, and shows the state of the form. showModal() returns when the form has closed
+/// itself.
 class Forms {
  public:
     virtual ~Forms() = default;
@@ -21,10 +22,11 @@ class Forms {
     virtual void showModal(frmBranch& form) = 0;
     virtual void showModal(frmSetts& form) = 0;
     virtual void showModal(frmReplace& form) = 0;
-    /// Beside the main window, without an owner; in front again when it is shown already.
+    /// Shows the dialog beside the main window, without an owner. When it is already shown, brings
+    /// it to the front.
     virtual void show(frmFind& form) = 0;
-    /// Takes the dialog away; the form may not live any longer.
+    /// Closes the dialog. The form may be destroyed afterwards.
     virtual void close(frmFind& form) = 0;
-    /// The about box, which has no rules.
+    /// Shows the about box, which has no rules.
     virtual void showAbout() = 0;
 };

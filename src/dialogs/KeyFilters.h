@@ -1,9 +1,10 @@
-// Filters of typed characters. They govern typing only: pasted and proposed texts pass.
+// Filters of typed characters. They apply to typing only, not to pasted and proposed texts.
 #pragma once
 
-/// The filter of names: the code of a typed character that may pass ("-", "_", digits, ASCII
-/// letters, Backspace), else 0.
+/// The filter for names. Returns the code of an allowed character ("-", "_", digits, ASCII letters,
+/// Backspace), else 0.
 int filterNameKey(int code);
 
-/// The key filter of numeric fields: the code of a typed character that may pass, else 0.
+/// The filter for numeric fields. Returns the code of an allowed character (digits, "-", ".",
+/// blank, Backspace, tab, line ends), else 0.
 int FilterNumericKey(int code);

@@ -1,10 +1,10 @@
-// Dialogs that are known to be open.
+// Counts open dialogs.
 #pragma once
 
 #include "desktop/OpenBoxes.h"
 #include "dialogs/Forms.h"
 
-/// Others' dialogs, of which the modal ones are counted.
+/// Forwards to another Forms object, and counts the open modal dialogs in OpenBoxes.
 class WatchedForms : public Forms {
  public:
     WatchedForms(Forms& forms, OpenBoxes& boxes) : forms_(forms), boxes_(boxes) {}

@@ -16,10 +16,9 @@ void frmBranch::Form_Load() {
 }
 
 void frmBranch::cmdOk_Click() {
-    txtBranchName.getsFocus = true;  // unless the dialog closes, a message is about it
+    txtBranchName.getsFocus = true;  // if the dialog stays open, a message refused this name
     reportErrors(desktop_, "cmdOk_Click", [&] {
-        // The only check: an emptied name passes it and is stored. What is wrong with a name is
-        // for its user to see, not for this dialog to decide.
+        // Deliberate: this is the only check. An empty name is accepted and stored.
         const std::string& name = txtBranchName.text;
         Node& node = node_.node();
         if (!CheckDuplNames(NodeKind::branch, name, node, modify_, desktop_)) return;

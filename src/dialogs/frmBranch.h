@@ -8,7 +8,7 @@
 /// Asks for a branch's name, to add a branch or to rename one.
 class frmBranch {
  public:
-    /// To rename the branch `node` or, without `modify`, to add one below `node`.
+    /// With `modify`, renames the branch `node`; otherwise adds a branch below `node`.
     frmBranch(Document& document, Desktop& desktop, Node& node, bool modify)
         : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
@@ -19,12 +19,12 @@ class frmBranch {
     Button cmdCancel{"Cancel"};
 
     void Form_Load();
-    /// Checks, stores and closes; a refused name leaves the dialog open.
+    /// Checks the name, stores it, and closes. When the name is refused, the dialog stays open.
     void cmdOk_Click();
     void cmdCancel_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
-    /// The branch that was added; null when there is none.
+    /// The added branch; null when none was added.
     Node* added() const { return added_.get(); }
     bool confirmed() const { return added() != nullptr; }
 

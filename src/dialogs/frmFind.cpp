@@ -22,7 +22,7 @@ void frmFind::cmdNext_Click() {
     });
 }
 
-/// Selects the match after so many others, or the last one.
+/// Selects the match after the first `skipped` ones, or the last one when there are fewer.
 void frmFind::selectMatch(int skipped) {
     if (txtFind.text.empty()) return;
     Node* match = nullptr;

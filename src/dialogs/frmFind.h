@@ -9,12 +9,12 @@
 #include "dialogs/Controls.h"
 #include "model/Document.h"
 
-/// Selects the nodes of the tree whose text begins as the user types, in the order in which they
-/// were added. It stays open beside the main window.
+/// Finds the nodes of the tree whose text begins with what the user has typed, ignoring case, and
+/// selects them in the order in which they were added. It stays open beside the main window.
 class frmFind {
  public:
-    /// `focusTree` gives the main window's tree the focus; false, and nothing may be selected,
-    /// while that window waits for another dialog.
+    /// `focusTree` moves the focus to the tree of the main window. It returns false while that
+    /// window waits for another dialog; then nothing may be selected.
     frmFind(Document& document, Desktop& desktop, std::function<bool()> focusTree)
         : document_(document), desktop_(desktop), focusTree_(std::move(focusTree)) {}
 
@@ -27,15 +27,16 @@ class frmFind {
 
     void Form_Load();
     void Form_Unload() { loaded_ = false; }
-    /// The first match.
+    /// Selects the first match.
     void cmdFind_Click();
-    /// The match after as many as this button was pressed since the dialog was loaded, whatever
-    /// else happened; the last one when there are fewer.
+    /// Selects the next match. Deliberate: it skips as many matches as this button was pressed
+    /// since the dialog was loaded, even after another search. Selects the last match when there
+    /// are fewer.
     void cmdNext_Click();
     void cmdCancel_Click() { Form_Unload(); }
 
     bool loaded() const { return loaded_; }
-    /// The text is one that the last search did not find.
+    /// True while the text is the one that the last search did not find.
     bool isNotFound() const { return !notFound_.empty() && notFound_ == txtFind.text; }
 
  private:
@@ -45,6 +46,6 @@ class frmFind {
     Desktop& desktop_;
     std::function<bool()> focusTree_;
     std::int16_t nextCounter_ = 0;
-    std::string notFound_;  // what the last search looked for in vain
+    std::string notFound_;  // the text that the last search did not find
     bool loaded_ = false;
 };

@@ -51,8 +51,8 @@ void frmItems::loadDefaults() {
     cmbAccessRight.text = "READWRITE";
 }
 
-/// Enables the number of elements with this text, or disables and empties it, as the data type
-/// asks for.
+/// Enables the number of elements and sets its text when the data type has elements; else disables
+/// and empties the field.
 void frmItems::setElements(const std::string& text) {
     const bool applies = clsItem::hasElements(cmbDataType.text);
     lblElements.enabled = txtElements.enabled = applies;
@@ -130,7 +130,7 @@ ItemFields frmItems::fields() const {
 bool frmItems::AddItemToColl() {
     if (!CheckFields()) return false;
     bool stored = false;
-    TextBox* field = &txtItemName;  // what a message from here on is about
+    TextBox* field = &txtItemName;  // the field that the next error is about
     reportErrors(desktop_, "AddItemToColl", [&] {
         if (!CheckDuplNames(NodeKind::item, txtItemName.text, node_.node(), modify_, desktop_))
             return;
@@ -174,7 +174,7 @@ bool frmItems::addAndIncrement() {
         txtItemName.text =
             std::string(proposedNextItemName) + std::to_string(document_.itemCounter());
         txtComment.text.clear();
-        // No carry and no wrap: 255 becomes 256, which the next check refuses.
+        // Deliberate: no carry. 255 becomes 256, which the next check refuses.
         txtAddress[2].text = plainDecimal(leadingNumber(txtAddress[2].text) + 1);
         txtItemName.getsFocus = true;
         added = true;
@@ -201,7 +201,8 @@ void frmItems::cmdOkNumber_Click() {
             txtNumbItems.getsFocus = true;
             return desktop_.showMessage("Number of items is not valid.");
         }
-        closeCountPanel();  // nothing is typed meanwhile, and no error leaves the fields disabled
+        // Closed first, so that an error does not leave the fields disabled.
+        closeCountPanel();
         const std::int16_t count = readInt16(txtNumbItems.text);
         const BusyPointer busy(desktop_);
         const Document::Step step(document_, "Add");

@@ -9,17 +9,17 @@
 #include "dialogs/KeyFilters.h"
 #include "model/Document.h"
 
-/// Name, comment, group address, data type, access right, flag and number of elements of an
-/// item: to add one, to add a run of them with consecutive addresses, or to change one.
+/// Edits name, comment, group address, data type, access right, flag and number of elements of an
+/// item. Adds one item or several with consecutive addresses, or changes one.
 class frmItems {
  public:
-    /// To change the item `node` or, without `modify`, to add items below `node`.
+    /// With `modify`, changes the item `node`; otherwise adds items below `node`.
     frmItems(Document& document, Desktop& desktop, Node& node, bool modify)
         : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
     static constexpr const char* caption = "Group Address Properties";
 
-    /// Holds the item's fields; disabled while the count panel is shown.
+    /// Contains the fields of the item; disabled while the count panel is visible.
     struct Frame {
         bool enabled = true;
     } frmMain;
@@ -36,18 +36,18 @@ class frmItems {
     Label lblElements{"Number of Elements"};
     TextBox txtElements;
     Label Label4{"Olvan Flag"};
-    /// Option 0 ("Read") is chosen, or option 1 ("Transmit").
+    /// `optLettura` is the number of the chosen option: 0 for "Read", 1 for "Transmit".
     std::array<const char*, 2> optLetturaCaptions{"Read", "Transmit"};
     std::size_t optLettura = 0;
     Button cmdOk;
     Button cmdAdd{"Add and Increment"};
     Button cmdGroup{"Add Vector...."};
     Button cmdCancel{"Exit"};
-    /// A hint on the address as it is typed: that the bus does not reach so far, or which other
-    /// item has it. Empty for none. Goes through all items.
+    /// A hint about the typed address: that it is out of the range of the bus, or which other item
+    /// has it. Empty when there is no hint. Takes time proportional to the number of items.
     std::string addressHint() const;
 
-    /// Asks how many items a vector has.
+    /// The panel that asks for the number of items of a vector.
     struct CountPanel {
         bool visible = false;
     } frmInserimento;
@@ -56,24 +56,26 @@ class frmItems {
     Button cmdOkNumber{"OK"};
 
     void Form_Load();
-    /// Enters a text with slashes, typed or pasted into a part of the address: a whole address
-    /// fills all parts, fewer numbers that part and those after it. False when there are too many;
-    /// then nothing changes. An empty number leaves its part as it is, for the user to type over.
+    /// Enters a text with slashes that was typed or pasted into a part of the address. A complete
+    /// address fills all parts; fewer numbers fill that part and those after it. An empty number
+    /// does not change its part. Returns false, and changes nothing, when there are too many
+    /// numbers.
     bool enterAddress(std::size_t part, std::string_view text);
-    /// Another data type is chosen: only some types have a number of elements.
+    /// Called when a data type was chosen: enables the number of elements if the type has one.
     void cmbDataType_Click();
-    /// False after telling the user what is wrong with the fields.
+    /// True when all fields are valid; otherwise shows a message about the first invalid one.
     bool CheckFields();
-    /// Checks and stores the item; false when it was refused.
+    /// Checks and stores the item. Returns false, after a message, when the item was refused.
     bool AddItemToColl();
-    /// Stores and closes; a refused item leaves the dialog open.
+    /// Stores the item and closes. When the item is refused, the dialog stays open.
     void cmdOk_Click();
-    /// Stores and prepares the next item: a default name, the next address.
+    /// Stores the item and prepares the next one: a proposed name, no comment, the next address.
     void cmdAdd_Click();
+    /// Shows the count panel.
     void cmdGroup_Click();
-    /// Adds as many items as the count panel says; stops at the first that is refused.
+    /// Adds the number of items in the count panel; stops at the first item that is refused.
     void cmdOkNumber_Click();
-    /// Hides the count panel again.
+    /// Hides the count panel, and enables the fields.
     void closeCountPanel();
     void cmdCancel_Click() { closed_ = true; }
 

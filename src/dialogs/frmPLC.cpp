@@ -41,7 +41,7 @@ bool frmPLC::CheckPlcFields() {
 }
 
 void frmPLC::cmdApply_Click() {
-    txtName.getsFocus = true;  // unless the dialog closes, a message is about it
+    txtName.getsFocus = true;  // if the dialog stays open, a message refused this name
     reportErrors(desktop_, "cmdApply_Click", [&] {
         if (!CheckPlcFields()) {
             closed_ = true;

@@ -6,16 +6,16 @@
 #include "dialogs/KeyFilters.h"
 #include "model/Document.h"
 
-/// Name, port, EDI type and receive time-out (milliseconds) of one device, to add it or to change
+/// Edits name, port, EDI type and receive time-out (milliseconds) of a device, to add or to change
 /// it.
 class frmPLC {
  public:
-    /// To change the device `node` or, without `modify`, to add one; then `node` is the node that
-    /// is selected.
+    /// With `modify`, changes the device `node`; otherwise adds a device, and `node` is the
+    /// selected node.
     frmPLC(Document& document, Desktop& desktop, Node& node, bool modify)
         : document_(document), desktop_(desktop), node_(document.tree(), &node), modify_(modify) {}
 
-    // Spelled so on purpose: users know it under this name.
+    // Deliberate: "Phisical" is misspelled. Users know the dialog by this title.
     static constexpr const char* caption = "Phisical Group Properties";
     Label Label6{"Object Name"};
     TextBox txtName;
@@ -30,15 +30,15 @@ class frmPLC {
 
     void Form_Load();
     int txtName_KeyPress(int code) const { return filterNameKey(code); }
-    /// False after telling the user what is wrong with the fields.
+    /// True when all fields are valid; otherwise shows a message about the first invalid one.
     bool CheckPlcFields();
-    /// Checks, stores and closes. Wrong fields close the dialog too, without storing; only a
-    /// refused name leaves it open.
+    /// Checks, stores and closes. Deliberate: invalid fields also close the dialog, without
+    /// storing. Only when the name is already used, or storing fails, the dialog stays open.
     void cmdApply_Click();
     void cmdExit_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
-    /// The device that was added; null when there is none.
+    /// The added device; null when none was added.
     Node* added() const { return added_.get(); }
     bool confirmed() const { return added() != nullptr; }
 

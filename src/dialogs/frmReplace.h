@@ -1,9 +1,9 @@
-// The preview of pasted names and comments.
+// The preview dialog of pasted names and comments.
 #pragma once
 
 #include "dialogs/Controls.h"
 
-/// Shows what each selected item has now and what it is to get, for the user to accept or reject.
+/// Shows the old and the new text of each selected item. The user accepts or rejects all of them.
 class frmReplace {
  public:
     static constexpr const char* caption = "Replace Text";

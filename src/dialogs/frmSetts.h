@@ -1,4 +1,4 @@
-// The dialog of the global settings.
+// The dialog for the global settings.
 #pragma once
 
 #include <optional>
@@ -7,8 +7,8 @@
 #include "dialogs/Controls.h"
 #include "model/Document.h"
 
-/// Shows and changes the bus connection that new devices are given. It takes anything: an empty
-/// port, a type that no coupler has, a time-out of 0 or less.
+/// Edits the bus connection that is proposed for new devices. Deliberate: it accepts any value: an
+/// empty port, an unknown EDI type, a time-out of 0 or less.
 class frmSetts {
  public:
     explicit frmSetts(Document& document) : document_(document) {}
@@ -29,8 +29,9 @@ class frmSetts {
 
     bool closed() const { return closed_; }
 
-    /// What cmdApply_Click failed with: the one handler that does not trap its errors. A
-    /// time-out that does not fit 32 bits ends the application, with port and EDI type changed.
+    /// The error of cmdApply_Click. Deliberate: this is the only handler that does not trap its
+    /// errors. A time-out that does not fit 32 bits ends the application, after port and EDI type
+    /// were changed.
     const std::optional<RunTimeError>& unhandledError() const { return unhandledError_; }
 
  private:
