@@ -7,14 +7,14 @@
 #include <string>
 #include <string_view>
 
-/// The hexadecimal index of a group address: main x 2048 + middle x 256 + sub, upper case,
-/// padded on the left with "0" to `width`. "1/2/3" gives "0A03". A part that is missing counts
+/// Returns the index of a group address, main x 2048 + middle x 256 + sub, in hexadecimal, upper
+/// case, padded on the left with "0" to `width` digits: "0A03" for "1/2/3". A missing part counts
 /// as 0. Raises ErrorNumber::overflow for an index that does not fit 32 bits.
 std::string AddressToHex(std::string_view address, std::size_t width);
 
-/// Where the addresses of a bus end.
+/// The largest group address of a bus.
 inline constexpr std::string_view lastBusAddress = "31/7/255";
 
-/// The index of a group address, as a number; nothing for a text that is none which a bus can have:
-/// three numbers without signs and blanks, up to 31/7/255.
+/// Returns the index of a group address as a number. A valid address is three numbers without signs
+/// and blanks, up to 31/7/255; returns std::nullopt for any other text.
 std::optional<std::uint16_t> busAddress(std::string_view address);

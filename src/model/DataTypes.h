@@ -1,4 +1,4 @@
-// What the fields of an item may be chosen from.
+// The values that the user can choose for fields of an item.
 #pragma once
 
 #include <span>
@@ -6,24 +6,28 @@
 #include <string_view>
 #include <vector>
 
-/// An EIS type. Its large picture is the one of its name; its place in the XML schema follows from
-/// `hasElements`.
+/// An EIS type. Its name is also the key of its large icon. `hasElements` decides its place in the
+/// XML schema.
+///
+///     const DataType* type = findDataType("EIS6_D");
+///     if (type != nullptr) show(descriptionOf(*type));
 struct DataType {
     std::string_view name;
-    bool hasElements;  ///< an item of it has a number of elements, in the dialog and in the file
+    bool hasElements;  ///< items of this type have a number of elements, in the dialog and in the
+                       ///< file
     std::string_view meaning;
     std::string_view size;           ///< of a value on the bus
     std::string_view range;          ///< of a value
-    std::string_view datapointType;  ///< its number in KNX, e.g. "5.003"; empty for none
+    std::string_view datapointType;  ///< the KNX datapoint type, e.g. "5.003"; may be empty
 };
 
-/// The EIS types, in the order of the item dialog's list. An item holds any text.
+/// The EIS types, in the order of the list in the item dialog. An item may have any other text too.
 std::span<const DataType> dataTypes();
 
-/// Null for a text that is none.
+/// The EIS type with that name; null when there is none.
 const DataType* findDataType(std::string_view name);
 
-/// "Scaling in degrees, 1 byte, 0 to 360° (DPT 5.003)".
+/// Meaning, size, range and datapoint type: "Scaling in degrees, 1 byte, 0 to 360° (DPT 5.003)".
 std::string descriptionOf(const DataType& type);
 
 /// The names of the EIS types.
