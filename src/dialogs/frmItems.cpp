@@ -201,7 +201,8 @@ void frmItems::cmdOkNumber_Click() {
             txtNumbItems.getsFocus = true;
             return desktop_.showMessage("Number of items is not valid.");
         }
-        // Closed first, so that an error does not leave the fields disabled.
+        // Closed first: an error must not leave the fields disabled, and nothing can be typed until
+        // the end.
         closeCountPanel();
         const std::int16_t count = readInt16(txtNumbItems.text);
         const BusyPointer busy(desktop_);

@@ -13,8 +13,8 @@
 ///     if (type != nullptr) show(descriptionOf(*type));
 struct DataType {
     std::string_view name;
-    bool hasElements;  ///< items of this type have a number of elements, in the dialog and in the
-                       ///< file
+    /// Items of this type have a number of elements, in the dialog and in the file.
+    bool hasElements;
     std::string_view meaning;
     std::string_view size;           ///< of a value on the bus
     std::string_view range;          ///< of a value
