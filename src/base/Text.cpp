@@ -18,7 +18,7 @@ constexpr std::uint64_t everyByte(std::uint64_t byte) { return byte * 0x01010101
 
 char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
-/// The capital of a character; see the header for which characters have one.
+/// Returns the character in upper case; the header says which characters have an upper case.
 char32_t upper(char32_t c) {
     if (c < 0x80) return static_cast<char32_t>(upperAscii(static_cast<char>(c)));
     if (c >= 0xE0 && c <= 0xFE && c != 0xF7) return c - 0x20;  // à to þ, but not the sign ÷
@@ -30,7 +30,8 @@ char32_t upper(char32_t c) {
     }
 }
 
-/// The capital without its accent, for alphabetical order (Latin-1 and Windows-1252 letters).
+/// Returns the character in upper case and without accent, for alphabetical order. Removes accents
+/// from the letters of ISO-8859-1 and Windows-1252.
 char32_t baseLetter(char32_t c) {
     c = upper(c);
     if (c < 0xC0) return c;
@@ -66,7 +67,7 @@ void appendUtf8(std::string& out, char32_t c) {
     }
 }
 
-/// The first eight bytes of the text, where there are so many and all are ASCII.
+/// Returns the first eight bytes of the text, if it has that many and all are ASCII.
 std::optional<std::uint64_t> asciiBlock(std::string_view text) {
     std::uint64_t bytes = 0;
     if (text.size() < sizeof bytes) return std::nullopt;
@@ -75,7 +76,8 @@ std::optional<std::uint64_t> asciiBlock(std::string_view text) {
     return bytes;
 }
 
-/// Fewer than eight bytes and their number, where all are ASCII.
+/// Returns the bytes of a text shorter than eight bytes, and their number in the top byte, if all
+/// are ASCII.
 std::optional<std::uint64_t> asciiEnd(std::string_view text) {
     std::uint64_t bytes = 0;
     if (text.size() >= sizeof bytes) return std::nullopt;
@@ -85,7 +87,7 @@ std::optional<std::uint64_t> asciiEnd(std::string_view text) {
     return bytes | std::uint64_t{text.size()} << 56U;
 }
 
-/// The same eight ASCII characters in capitals.
+/// Returns eight ASCII characters in upper case.
 std::uint64_t upperAscii(std::uint64_t block) {
     const std::uint64_t fromA = block + everyByte(0x80 - 'a');       // top bit: not before "a"
     const std::uint64_t afterZ = block + everyByte(0x80 - 'z' - 1);  // top bit: after "z"
@@ -93,7 +95,7 @@ std::uint64_t upperAscii(std::uint64_t block) {
     return block - (lower >> 2U);
 }
 
-/// Others than in any other process: who does not know them cannot write a file of names that all
+/// Random numbers of this process. Without knowing them, nobody can make a file in which all names
 /// have the same hash.
 struct HashSecrets {
     std::uint64_t start = random();
@@ -107,8 +109,9 @@ struct HashSecrets {
     }
 };
 
-/// A product of 128 bits, folded to 64 in the way of wyhash for 32-bit machines
-/// (https://github.com/wangyi-fudan/wyhash): each bit of both numbers counts in all of it.
+/// Multiplies to 128 bits and folds the product to 64 bits, so that each bit of both numbers
+/// affects all bits of the result. Source: wyhash for 32-bit machines
+/// (https://github.com/wangyi-fudan/wyhash).
 std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
     const std::uint64_t aLow = a & 0xFFFFFFFFU;
     const std::uint64_t bLow = b & 0xFFFFFFFFU;
@@ -120,7 +123,7 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// The digits from `position` on, which is moved past them, without leading zeros.
+/// Returns the digits from `position` on without leading zeros, and moves `position` after them.
 std::string_view takeNumber(std::string_view text, std::size_t& position) {
     while (position < text.size() && text[position] == '0')
         ++position;
@@ -130,7 +133,7 @@ std::string_view takeNumber(std::string_view text, std::size_t& position) {
     return text.substr(start, position - start);
 }
 
-/// How many ASCII characters the text begins with.
+/// Returns the number of ASCII characters at the beginning of the text.
 std::size_t asciiLength(std::string_view text) {
     std::size_t i = 0;
     for (std::uint64_t block = 0; text.size() - i >= sizeof block; i += sizeof block) {
@@ -142,7 +145,7 @@ std::size_t asciiLength(std::string_view text) {
     return i;
 }
 
-/// The bytes that follow a lead byte; 0 for a byte that leads nothing.
+/// Returns the number of continuation bytes after a lead byte; 0 for any other byte.
 std::size_t continuationBytes(unsigned char lead) {
     if (lead >= 0xC2 && lead <= 0xDF) return 1;
     if (lead >= 0xE0 && lead <= 0xEF) return 2;
@@ -163,8 +166,8 @@ char32_t nextCharacter(std::string_view text, std::size_t& position) {
         if ((next & 0xC0) != 0x80) return replacement;
         c = (c << 6) | (next & 0x3FU);
     }
-    // Longer forms than need be, halves of surrogate pairs and numbers beyond the last character
-    // are not UTF-8: a "<" must not pass in disguise.
+    // Overlong forms, surrogates and numbers above U+10FFFF are not valid UTF-8. An overlong form
+    // could hide a "<".
     const bool wellFormed = count == 1 ||
                             (count == 2 && c >= 0x800 && (c < 0xD800 || c > 0xDFFF)) ||
                             (count == 3 && c >= 0x10000 && c <= 0x10FFFF);
@@ -197,7 +200,7 @@ std::string upperCase(std::string_view text) {
 }
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
-    // Case never changes the length; most texts compared are equal to the byte.
+    // A change of case never changes the length. Most compared texts are equal byte by byte.
     if (a.size() != b.size()) return false;
     if (a == b) return true;
     std::size_t i = 0;
@@ -213,8 +216,8 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
 }
 
 std::uint32_t hashIgnoringCase(std::string_view text) {
-    // Taken over eight ASCII characters at a time, or those that are left at the end, else over
-    // one character. Texts that differ in case only are cut at the same places.
+    // Hashes eight ASCII characters at a time, or fewer at the end, else one character. Texts that
+    // differ only in case are split at the same places.
     static const HashSecrets secrets;
     std::uint64_t hash = secrets.start;
     for (std::size_t i = 0; i < text.size();) {
@@ -232,7 +235,8 @@ std::uint32_t hashIgnoringCase(std::string_view text) {
 }
 
 bool alphabeticallyBefore(std::string_view a, std::string_view b) {
-    // Names of one kind begin alike. A number that begins there is compared from its first digit.
+    // Skip the equal beginning, which names of one kind often have. Go back to the first digit of a
+    // number, so that numbers are compared as a whole.
     const auto shortest = std::min(a.size(), b.size());
     std::size_t i = 0;
     while (i < shortest && a[i] == b[i] && isAscii(a[i]))
@@ -276,23 +280,22 @@ void appendLatin1(std::string& out, std::string_view text) {
 }
 
 std::string shortened(std::string_view text) {
-    constexpr int most = 60;
+    constexpr int maxCharacters = 60;
     std::size_t head = 0;
     std::size_t end = 0;
-    for (int count = 0; count < most && end < text.size(); ++count) {
+    for (int count = 0; count < maxCharacters && end < text.size(); ++count) {
         nextCharacter(text, end);
-        if (count < most / 2) head = end;
+        if (count < maxCharacters / 2) head = end;
     }
     if (end == text.size()) return std::string(text);
-    // A character begins with a byte that continues none.
-    const auto continues = [&](std::size_t place) {
+    const auto isContinuation = [&](std::size_t place) {
         return (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80;
     };
     std::size_t tail = text.size();
-    for (int count = 1; count < most / 2; ++count) {
+    for (int count = 1; count < maxCharacters / 2; ++count) {
         do {
             --tail;
-        } while (tail > head && continues(tail));
+        } while (tail > head && isContinuation(tail));
         if (tail <= head) break;
     }
     return std::string(text.substr(0, head)).append("\u2026").append(text.substr(tail));

@@ -1,16 +1,17 @@
-// Knows whether a box, a chooser or a modal dialog is open.
+// Tracks whether a message box, a chooser or a modal dialog is open.
 #pragma once
 
 #include <string>
 
 #include "desktop/Desktop.h"
 
-/// While one is open, events go on to come: a file that was dropped before, an entry that an
-/// assistive tool or the desktop's own menu chooses, the second of two clicks. The command that
-/// opened it is half done, and holds what these would change; so nothing else may begin.
+/// Counts the open boxes, choosers and modal dialogs. While one is open, no other command may
+/// begin: the command that opened it is not finished, and uses data that another one would change.
+/// Commands can still be requested then: by a file that was dropped before, by a menu entry that an
+/// assistive tool or the menu of the desktop chooses, by the second of two clicks.
 class OpenBoxes {
  public:
-    /// Lives while one is open.
+    /// Counts one as open during its lifetime.
     class Open {
      public:
         explicit Open(OpenBoxes& boxes) : boxes_(boxes) { ++boxes_.count_; }
@@ -28,7 +29,7 @@ class OpenBoxes {
     int count_ = 0;
 };
 
-/// Another desktop, whose boxes and choosers are counted.
+/// Forwards to another desktop, and counts its open boxes and choosers.
 class WatchedDesktop : public Desktop {
  public:
     WatchedDesktop(Desktop& desktop, OpenBoxes& boxes) : desktop_(desktop), boxes_(boxes) {}
