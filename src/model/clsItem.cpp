@@ -13,8 +13,8 @@
 
 namespace {
 
-/// The text of a data type or an access right. Items share the texts of those that the item dialog
-/// offers.
+/// Returns the text of a data type or an access right. Items share the texts that the item dialog
+/// proposes.
 SharedText choice(std::string_view text) {
     static const auto known = [] {
         std::unordered_map<std::string_view, SharedText> texts;
@@ -28,10 +28,11 @@ SharedText choice(std::string_view text) {
     return found != known.end() ? found->second : SharedText(text);
 }
 
-/// The number between "(" and "Byte)" in an ETS size text, less the blank before "Byte)". A size
-/// in bits leaves a piece of negative length: such a type cannot be imported.
+/// Returns the number between "(" and "Byte)" in the size text of an ETS export, without the last
+/// character, which is a blank. Raises ErrorNumber::invalidCall for a size in bits: such a type
+/// cannot be imported.
 std::int16_t byteCount(std::string_view text) {
-    const auto position = [&](std::string_view part) {  // from 1; 0 where there is none
+    const auto position = [&](std::string_view part) {  // from 1; 0 when there is none
         const auto found = text.find(part);
         return found == std::string_view::npos ? 0 : static_cast<std::ptrdiff_t>(found) + 1;
     };
@@ -46,8 +47,8 @@ std::int16_t byteCount(std::string_view text) {
         text.substr(static_cast<std::size_t>(start - 1), static_cast<std::size_t>(stop - start)));
 }
 
-/// What comes before each value of an item's element that is indented by `level` tabs, and after
-/// the last.
+/// The text before each value, and after the last value, in the element of an item that is indented
+/// by `level` tabs.
 struct Markup {
     explicit Markup(std::size_t level) {
         const std::string line = "\r\n" + Indent(level) + "\t";
@@ -64,7 +65,8 @@ struct Markup {
     std::string name, comment, address, dataType, flag, accessRight, elements, end;
 };
 
-/// That of the first levels, made once: to make it for each item would take longer than the rest.
+/// The markup of the first levels, made once: making it for each item would take longer than the
+/// rest of writing.
 const std::vector<Markup>& usualMarkup() {
     static const std::vector<Markup> markup = [] {
         std::vector<Markup> levels;
@@ -128,7 +130,7 @@ SharedText clsItem::SetByEts(const std::vector<std::string>& fields) {
 
     sName = CleanEtsName(fields[1]);
     sAddress = path.substr(addressDot + 1);
-    // Loose on purpose: EIS 10 to EIS 15 hold "EIS 1" too.
+    // Deliberate: "EIS 10" to "EIS 15" contain "EIS 1" too, and are imported as EIS1.
     if (fields[2].find("EIS 1") != std::string::npos) {
         sDataType = choice("EIS1");
     } else {

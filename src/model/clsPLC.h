@@ -8,7 +8,7 @@
 #include "model/ListView.h"
 #include "model/XmlElement.h"
 
-/// The fields of the device dialog, as the user left them.
+/// The fields of the device dialog.
 struct DeviceFields {
     std::string txtName;
     std::string cmbPort;
@@ -16,14 +16,18 @@ struct DeviceFields {
     std::string txtTimeout;
 };
 
-/// A device: one connection of the OPC server to the bus through a bus coupler. Its name is its
-/// node key and its key in the devices registry. No setter checks its value.
+/// A device: one connection of the OPC server to the bus through a bus coupler. Its name is the key
+/// of its node and of its entry in the registry of devices. No setter checks its value.
+///
+///     const auto device = std::make_shared<clsPLC>();
+///     device->SetByForm(fields);
+///     document.add(device);
 class clsPLC {
  public:
     void setPort(std::string port);
     const std::string& getPort() const { return port_; }
 
-    /// Always equal to the name.
+    /// The key, which always is the name.
     const std::string& sKey() const { return name_; }
 
     void setEdiType(std::string ediType);
@@ -36,21 +40,23 @@ class clsPLC {
     void setName(std::string name);
     const std::string& getName() const { return name_; }
 
-    /// From the attributes of a DEVICE element. Raises ErrorNumber::invalidUseOfNull for a
-    /// missing one and ErrorNumber::overflow for a time-out that does not fit 32 bits.
+    /// Sets all fields from the attributes of a DEVICE element. Raises
+    /// ErrorNumber::invalidUseOfNull for a missing attribute, and ErrorNumber::overflow for a
+    /// time-out that does not fit 32 bits.
     void SetByXml(const XmlElement& element);
 
-    /// From an import: the given name, the rest from the global settings.
+    /// Sets the name, and all other fields from the global settings. Used by the import.
     void SetByEts(std::string name, const GlobalSets& settings);
 
-    /// Adds the device's row: its name, port and EDI type.
+    /// Adds the row of the device to the list: name, port and EDI type.
     void AddToListView(ListView& list) const;
 
-    /// From the device dialog. Raises ErrorNumber::overflow for a time-out that does not fit 32
-    /// bits; the record is unchanged then.
+    /// Sets all fields from the device dialog. Raises ErrorNumber::overflow for a time-out that
+    /// does not fit 32 bits; then the record is unchanged.
     void SetByForm(const DeviceFields& dialog);
 
-    /// The opening line of the device's element, in UTF-8, without line end. Nothing is escaped.
+    /// Returns the start tag of the device's XML element, in UTF-8, without line end. Nothing is
+    /// escaped.
     std::string GetXmlTag() const;
 
  private:
