@@ -13,15 +13,15 @@
 /// `showMessage(text)` converts to it, so that a rule does not depend on the desktop interface:
 ///
 ///     if (!CheckChars(name, desktop)) return;
-class Tell {
+class ShowMessage {
  public:
     template <typename MessageBoxes>
-    requires(!std::same_as<MessageBoxes, Tell>) && requires(MessageBoxes& boxes) {
+    requires(!std::same_as<MessageBoxes, ShowMessage>) && requires(MessageBoxes& boxes) {
         boxes.showMessage(std::string());
     }
     // Implicit, so that every caller can pass its desktop.
     // NOLINTNEXTLINE(google-explicit-constructor)
-    Tell(MessageBoxes& boxes)
+    ShowMessage(MessageBoxes& boxes)
         : show_([&boxes](const std::string& text) { boxes.showMessage(text); }) {}
 
     void operator()(const std::string& text) const { show_(text); }
@@ -55,14 +55,14 @@ std::string numberAndDescription(const RunTimeError& error);
 /// of the routine that the error has itself. What the body changed before the error stays changed.
 /// Returns true when the body ran to its end.
 template <typename Body>
-bool reportErrors(const Tell& tell, std::string_view routine, Body&& body) {
+bool reportErrors(const ShowMessage& showMessage, std::string_view routine, Body&& body) {
     try {
         std::forward<Body>(body)();
         return true;
     } catch (...) {
         const RunTimeError error = caughtError();
         const std::string_view where = error.routine().empty() ? routine : error.routine();
-        tell(" Error n. " + numberAndDescription(error) + " in " + std::string(where));
+        showMessage(" Error n. " + numberAndDescription(error) + " in " + std::string(where));
         return false;
     }
 }
@@ -70,12 +70,12 @@ bool reportErrors(const Tell& tell, std::string_view routine, Body&& body) {
 /// The same for the file choosers, whose message is "ShowDialSave Error n. 75  Path/File access
 /// error" for the routine ShowDialSave.
 template <typename Body>
-bool reportChooserErrors(const Tell& tell, std::string_view routine, Body&& body) {
+bool reportChooserErrors(const ShowMessage& showMessage, std::string_view routine, Body&& body) {
     try {
         std::forward<Body>(body)();
         return true;
     } catch (...) {
-        tell(std::string(routine) + " Error n. " + numberAndDescription(caughtError()));
+        showMessage(std::string(routine) + " Error n. " + numberAndDescription(caughtError()));
         return false;
     }
 }

@@ -45,7 +45,7 @@ void ContentsList::showDevices() {
         device->AddToListView(list_);
 }
 
-void ContentsList::show(const Node& node, const Tell& tell) {
+void ContentsList::show(const Node& node, const ShowMessage& showMessage) {
     const ListView::Update update(list_);
     if (node.kind() == NodeKind::config) return showDevices();
     withIndex_ = node.kind() != NodeKind::item;
@@ -53,20 +53,21 @@ void ContentsList::show(const Node& node, const Tell& tell) {
     list_.setColumns(headings(itemColumns(withIndex_)));
     list_.setView(ListView::View::report);
     if (node.kind() == NodeKind::item) {
-        return document_.itemAt(node)->AddToListView(list_, withIndex_, tell);
+        return document_.itemAt(node)->AddToListView(list_, withIndex_, showMessage);
     }
     for (const Node* child : node.GetChildren())
         if (child->kind() == NodeKind::item)
-            document_.itemAt(*child)->AddToListView(list_, withIndex_, tell);
+            document_.itemAt(*child)->AddToListView(list_, withIndex_, showMessage);
 }
 
-void ContentsList::showChange(const Node& node, const SharedText& oldKey, const Tell& tell) {
+void ContentsList::showChange(const Node& node, const SharedText& oldKey,
+                              const ShowMessage& showMessage) {
     const auto ownRow = list_.findRow(oldKey);
     // A row that is out of date may have the new key already; it is the node's now too.
     const bool isListed = ownRow || list_.findRow(node.key());
     ListView shown;  // made before the list changes, as its errors are told in boxes
     if (isListed && node.kind() == NodeKind::item) {
-        document_.itemAt(node)->AddToListView(shown, withIndex_, tell);
+        document_.itemAt(node)->AddToListView(shown, withIndex_, showMessage);
     }
     const ListView::Update update(list_);
     list_.rekeyRows(oldKey, node.key(), [&](const SharedText& newKey) {

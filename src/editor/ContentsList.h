@@ -25,9 +25,9 @@ class ContentsList {
     void showDevices();
     /// Shows the devices for the root, its items for a device or a branch, and an item by itself.
     /// Tells of items whose address has no index.
-    void show(const Node& node, const Tell& tell);
+    void show(const Node& node, const ShowMessage& showMessage);
     /// Shows in place what a dialog has made of the node, which had that key.
-    void showChange(const Node& node, const SharedText& oldKey, const Tell& tell);
+    void showChange(const Node& node, const SharedText& oldKey, const ShowMessage& showMessage);
     /// Shows an item as it is now in the row at that place. Raises ErrorNumber::keyNotUnique when
     /// another row has its key.
     void refreshRow(std::size_t place, const Node& item);

@@ -76,10 +76,10 @@ void PastedTexts::Paste_Name_Click() {
                .refusals = [&](const Rows& rows,
                                const Lines& lines) { return refusedNames(rows, lines); },
                .apply =
-                   [&](const Rows& rows, const Lines& lines, const Tell& tell) {
+                   [&](const Rows& rows, const Lines& lines, const ShowMessage& showMessage) {
                        const ConfigTree::BulkChange bulk(document_.tree());
                        for (std::size_t i = 0; i < rows.size(); ++i)
-                           if (CheckChars(lines[i], tell)) rename(rows[i], lines[i]);
+                           if (CheckChars(lines[i], showMessage)) rename(rows[i], lines[i]);
                    }});
     });
 }
@@ -97,7 +97,7 @@ void PastedTexts::Paste_Comment_Click() {
                .refusals = [](const Rows& rows,
                               const Lines& /*lines*/) { return Lines(rows.size()); },
                .apply =
-                   [&](const Rows& rows, const Lines& lines, const Tell& /*tell*/) {
+                   [&](const Rows& rows, const Lines& lines, const ShowMessage& /*showMessage*/) {
                        for (std::size_t i = 0; i < rows.size(); ++i) {
                            Node& item = nodeOf(rows[i]);
                            document_.setComment(item, lines[i]);

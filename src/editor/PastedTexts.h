@@ -30,7 +30,7 @@ class PastedTexts {
     using Lines = std::vector<std::string>;
     using Rows = std::vector<std::size_t>;
     /// Gives the rows the lines, and tells what it cannot do.
-    using Apply = std::function<void(const Rows&, const Lines&, const Tell&)>;
+    using Apply = std::function<void(const Rows&, const Lines&, const ShowMessage&)>;
 
     /// What the two commands do not have in common.
     struct Kind {

@@ -218,8 +218,8 @@ bool ImportXML(const std::string& path, Document& document, Disk& disk, Desktop&
     const BusyPointer busy(desktop);
     Faults faults(listener);
     Importer importer(document, desktop, itemRead, goesOn, faults);
-    const bool isRead =
-        reportErrors(listener == nullptr ? Tell(desktop) : Tell(faults), "ImportXML", [&] {
+    const bool isRead = reportErrors(
+        listener == nullptr ? ShowMessage(desktop) : ShowMessage(faults), "ImportXML", [&] {
             const ConfigTree::BulkChange bulk(document.tree());
             const GlobalSets settings = document.settings();
             try {

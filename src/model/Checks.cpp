@@ -8,23 +8,24 @@
 #include "base/Text.h"
 
 bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool useParent,
-                    const Tell& tell) {
+                    const ShowMessage& showMessage) {
     bool free = false;
-    reportErrors(tell, "CheckDuplNames", [&] {
+    reportErrors(showMessage, "CheckDuplNames", [&] {
         const Node* parent = useParent ? node.parent() : &node;
         if (parent == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
         free = std::ranges::none_of(parent->GetChildren(), [&](const Node* child) {
             return child->kind() == kind && child->text() == name && child != &node;
         });
-        if (!free) tell(std::string(nameTaken));
+        if (!free) showMessage(std::string(nameTaken));
     });
     return free;
 }
 
-bool CheckChars(std::string_view text, const Tell& tell) {
+bool CheckChars(std::string_view text, const ShowMessage& showMessage) {
     for (const char c : std::string_view(" .,:;\\/|")) {
         if (text.find(c) == std::string_view::npos) continue;
-        tell(std::string("Character (") + c + ") not acceptable in string " + shortened(text));
+        showMessage(std::string("Character (") + c + ") not acceptable in string " +
+                    shortened(text));
         return false;
     }
     return true;

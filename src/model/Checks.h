@@ -13,12 +13,12 @@ inline constexpr std::string_view nameTaken = "Name already existing. Please use
 /// parent of `node`. Only children of the same kind are compared, with exact case. Otherwise shows
 /// a message and returns false.
 bool CheckDuplNames(NodeKind kind, std::string_view name, const Node& node, bool useParent,
-                    const Tell& tell);
+                    const ShowMessage& showMessage);
 
 /// True when the text contains none of the characters blank . , : ; \ / | which are not allowed in
 /// names, as names become parts of keys and of XML element names. Otherwise shows a message with
 /// the first one found, in that order, and returns false.
-bool CheckChars(std::string_view text, const Tell& tell);
+bool CheckChars(std::string_view text, const ShowMessage& showMessage);
 
 /// Return the message for an invalid text in a field of a dialog; empty for a valid text.
 /// Deliberate: all parts of a group address have one range, which for the first two is wider than

@@ -158,8 +158,8 @@ void clsItem::SetByCopy(const clsItem& source, const SharedText& targetParentKey
 
 std::string clsItem::getParentKey() const { return std::string(parentKeyOf(sKey)); }
 
-void clsItem::AddToListView(ListView& list, bool withIndex, const Tell& tell) const {
-    reportErrors(tell, "clsItem.AddToList", [&] {
+void clsItem::AddToListView(ListView& list, bool withIndex, const ShowMessage& showMessage) const {
+    reportErrors(showMessage, "clsItem.AddToList", [&] {
         ListView::Row row{.key = sKey, .cells = {}, .icon = sDataType};
         // The row stands, without its index, when the address is no number that fits.
         const auto fault = fillCells(row, *this, itemColumns(withIndex));

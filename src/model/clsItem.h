@@ -83,7 +83,7 @@ class clsItem {
 
     /// Adds the row of the item to the list; with `withIndex`, the row has the hexadecimal group
     /// address in the column "Index". Shows its errors as messages.
-    void AddToListView(ListView& list, bool withIndex, const Tell& tell) const;
+    void AddToListView(ListView& list, bool withIndex, const ShowMessage& showMessage) const;
 
     /// Appends the XML element of the item to `out`, in UTF-8. Lines are joined by CR LF, without a
     /// line end after the last, and indented by `level` tabs. Nothing is escaped.
