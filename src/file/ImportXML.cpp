@@ -7,7 +7,7 @@
 #include "base/Numbers.h"
 #include "base/Reporting.h"
 #include "base/RunTimeError.h"
-#include "desktop/EventTurns.h"
+#include "desktop/EventPoller.h"
 #include "desktop/FirstMessages.h"
 #include "file/FileSurvey.h"
 #include "file/XmlParser.h"
@@ -59,7 +59,7 @@ class Importer : public XmlListener {
  public:
     Importer(Document& document, Desktop& desktop, const std::function<void()>& itemRead,
              const std::function<bool()>& goesOn, Faults& faults)
-        : document_(document), faults_(faults), turns_(desktop, goesOn), itemRead_(itemRead) {}
+        : document_(document), faults_(faults), poller_(desktop, goesOn), itemRead_(itemRead) {}
 
     bool wantsLines() const override { return faults_.hasListener(); }
 
@@ -78,7 +78,7 @@ class Importer : public XmlListener {
         readItem(element, path_.back());
     }
 
-    void pieceRead() override { turns_.pieceDone(); }
+    void pieceRead() override { poller_.poll(); }
 
     /// False if the root element is not that of a configuration.
     bool isConfiguration() const { return isConfiguration_; }
@@ -202,7 +202,7 @@ class Importer : public XmlListener {
 
     Document& document_;
     Faults& faults_;
-    EventTurns turns_;
+    EventPoller poller_;
     const std::function<void()>& itemRead_;
     std::vector<Place> path_;  // the open elements, outermost first
     SharedText deviceName_;

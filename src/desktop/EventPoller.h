@@ -10,17 +10,17 @@
 /// Lets the windows repaint about every 50 milliseconds during long work. It measures time, not
 /// the number of pieces, so that repainting does not slow the work down:
 ///
-///     EventTurns events(desktop, goesOn);
-///     for (const Piece& piece : work) { handle(piece); events.pieceDone(); }
-class EventTurns {
+///     EventPoller events(desktop, goesOn);
+///     for (const Piece& piece : work) { handle(piece); events.poll(); }
+class EventPoller {
  public:
     /// `goesOn` is called after each repainting; it returns false to cancel the work.
-    EventTurns(Desktop& desktop, const std::function<bool()>& goesOn)
+    EventPoller(Desktop& desktop, const std::function<bool()>& goesOn)
         : desktop_(desktop), goesOn_(goesOn) {}
 
     /// To be called after each piece of the work. Raises ErrorNumber::cancelled when `goesOn`
     /// returned false.
-    void pieceDone() {
+    void poll() {
         constexpr int piecesPerClockCheck = 64;
         if (++pieces_ % piecesPerClockCheck != 0) return;
         const auto now = Clock::now();
