@@ -122,7 +122,7 @@ std::string plainDecimal(double number) {
     return {digits.data(), end.ptr};
 }
 
-std::string grouped(std::size_t number) {
+std::string withThousandsSeparators(std::size_t number) {
     std::string digits = std::to_string(number);
     for (auto place = digits.size(); place > 3; digits.insert(place, ","))
         place -= 3;

@@ -20,7 +20,7 @@ bool isNumber(std::string_view text);
 std::string plainDecimal(double number);
 
 /// The number with commas as thousands separators: "1,204".
-std::string grouped(std::size_t number);
+std::string withThousandsSeparators(std::size_t number);
 
 /// Returns leadingNumber() rounded to an integer, halves to even (2.5 is 2, 3.5 is 4).
 /// Raises ErrorNumber::overflow when it does not fit the type.

@@ -31,7 +31,8 @@ class FirstMessages {
     void showOn(Desktop& desktop) const {
         for (const auto& text : first_)
             desktop.showMessage(text);
-        if (more_ > 0) desktop.showMessage("\u2026 and " + grouped(more_) + " more");
+        if (more_ > 0)
+            desktop.showMessage("\u2026 and " + withThousandsSeparators(more_) + " more");
     }
 
  private:

@@ -15,8 +15,8 @@ void clearUnless(bool agree, std::string& text) {
 
 void CommonProperties::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
-        lblCount.caption =
-            grouped(items_.size()) + " items. An empty field leaves each item as it is.";
+        lblCount.caption = withThousandsSeparators(items_.size()) +
+                           " items. An empty field leaves each item as it is.";
         fields.Form_Load();
         cmbFlag.list.assign(fields.optLetturaCaptions.begin(), fields.optLetturaCaptions.end());
         cmbFlag.text = cmbFlag.list[fields.optLettura];

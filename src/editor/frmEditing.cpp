@@ -220,7 +220,7 @@ void frmEditing::mnuItemProperties_Click() {
 std::optional<std::string> frmEditing::itemPropertiesCaption() const {
     const std::size_t count = contents_.selectedItemCount();
     if (count < 2) return std::nullopt;
-    return "Properties o&f " + grouped(count) + " Items...";
+    return "Properties o&f " + withThousandsSeparators(count) + " Items...";
 }
 
 void frmEditing::mnuCopyTable_Click() {

@@ -217,7 +217,7 @@ bool Lifecycle::canBeReadBack() {
     }
     const auto unreadable = rules_.unreadable();
     if (unreadable.count == 0 ||
-        desktop_.askYesNo(grouped(unreadable.count) +
+        desktop_.askYesNo(withThousandsSeparators(unreadable.count) +
                               " texts cannot be read back by the OPC server, the first in " +
                               unreadable.firstPath + ". Save all the same?",
                           Answer::no)) {
