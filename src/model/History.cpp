@@ -119,7 +119,7 @@ void History::count(Step& step) {
 }
 
 void History::dropOldest(Contents& contents) {
-    for (; bytes_ > mostBytes && undo_.size() > 1; undo_.pop_front())
+    for (; bytes_ > maxBytes && undo_.size() > 1; undo_.pop_front())
         bytes_ -= undo_.front().bytes;
     compactIfUseful(contents);
 }

@@ -33,11 +33,11 @@ struct DocumentState {
 ///     history.end(contents);
 ///     history.undoName();  // "Delete of item Lamp"
 ///
-/// When all steps together take more than `mostBytes`, the oldest are dropped, but never the last
+/// When all steps together take more than `maxBytes`, the oldest are dropped, but never the last
 /// one.
 class History {
  public:
-    static constexpr std::size_t mostBytes = 64UL * 1024 * 1024;
+    static constexpr std::size_t maxBytes = 64UL * 1024 * 1024;
 
     /// Begins a step. All changes recorded before end() belong to it. Nested steps are part of the
     /// outermost one, which gives the name. `verb` is the action; `noun`, in the singular, is what

@@ -234,7 +234,7 @@ TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
         opened(configuration(plc("P", branch("A", repeated(30'000, item))) + plc("Q")));
     for (int i = 0; i < 10; ++i)  // each step takes some 15 MiB
         drag(i % 2 == 0 ? "P.A" : "Q.A", i % 2 == 0 ? "Q" : "P");
-    EXPECT_LE(document.historyBytes(), History::mostBytes);
+    EXPECT_LE(document.historyBytes(), History::maxBytes);
     int steps = 0;
     for (; !document.undoName().empty(); ++steps)
         editor.mnuUndo_Click();
