@@ -38,7 +38,7 @@ CommonProperties::Shown CommonProperties::shown() const {
             cmbFlag.text};
 }
 
-/// Tells the user why not.
+/// True when the changed fields are valid for the item; otherwise shows a message.
 bool CommonProperties::isAccepted(Node& item) const {
     const Shown now = shown();
     frmItems form(document_, desktop_, item, true);

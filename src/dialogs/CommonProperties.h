@@ -1,4 +1,4 @@
-// The dialog of what several items have in common.
+// The dialog for the properties of several items.
 #pragma once
 
 #include <string>
@@ -9,11 +9,12 @@
 #include "dialogs/frmItems.h"
 #include "model/Document.h"
 
-/// Data type, access right, flag and number of elements of several items. A field in which they
-/// differ is empty, and one that is left as it was changes none of them.
+/// Edits data type, access right, flag and number of elements of several items. A field in which
+/// the items differ is empty. A field that the user does not change is not changed in any item.
 class CommonProperties {
  public:
-    /// There is at least one item. Nothing else changes the configuration while the dialog is open.
+    /// `items` contains at least one item. Nothing else may change the configuration while the
+    /// dialog is open.
     CommonProperties(Document& document, Desktop& desktop, const std::vector<Node*>& items)
         : fields(document, desktop, *items.front(), true),
           document_(document),
@@ -22,24 +23,24 @@ class CommonProperties {
 
     static constexpr const char* caption = "Properties of Several Items";
     Label lblCount;
-    /// The item dialog of the first. Shown are `cmbDataType`, `cmbAccessRight` and `txtElements`
-    /// with their labels.
+    /// The item dialog of the first item. The window shows only its `cmbDataType`, `cmbAccessRight`
+    /// and `txtElements`, with their labels.
     frmItems fields;
     ComboBox cmbFlag;
     Button cmdOk{"OK"};
     Button cmdCancel{"Cancel"};
 
     void Form_Load();
-    /// As in the dialog of one item.
+    /// The same as in the dialog of one item.
     void cmbDataType_Click() { fields.cmbDataType_Click(); }
     int txtElements_KeyPress(int code) const { return fields.txtElements_KeyPress(code); }
-    /// Checks each item as its own dialog would, then gives all of them what was changed, and
-    /// closes. One that is refused leaves all as they were, and the dialog open.
+    /// Checks each item like the dialog of one item, then stores the changed fields in all items,
+    /// and closes. When an item is refused, no item is changed, and the dialog stays open.
     void cmdOk_Click();
     void cmdCancel_Click() { closed_ = true; }
 
     bool closed() const { return closed_; }
-    /// The items were changed.
+    /// True when the items were changed.
     bool applied() const { return applied_; }
 
  private:

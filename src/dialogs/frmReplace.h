@@ -8,7 +8,8 @@ class frmReplace {
  public:
     static constexpr const char* caption = "Replace Text";
     Grid Grid1{.colWidth = {2000, 400, 2000}, .rows = {}};
-    /// Why a row of the grid will be refused, or would spoil the file; empty for the others.
+    /// For each row of the grid, why its text will be refused or cannot be saved; empty for no
+    /// fault.
     std::vector<std::string> faults;
     Button Command1{"Cancel"};
     Button Command2{"Replace"};
