@@ -267,7 +267,7 @@ class ConfigTree {
 
     /// Expands all parents of the node, and asks the view to scroll to it.
     void ensureVisible(Node& node) const;
-    /// The same, and selects it.
+    /// The same, and selects the node.
     void show(Node& node) const;
     static void setExpanded(Node& node, bool expanded) { node.expanded_ = expanded; }
 

@@ -9,13 +9,13 @@
 
 namespace {
 
-/// The order of hexadecimal numbers that are padded to one width: only larger ones are longer.
+/// Compares hexadecimal numbers that are padded to one width; a longer one is larger.
 bool isLowerHex(std::string_view a, std::string_view b) {
     return a.size() != b.size() ? a.size() < b.size() : a < b;
 }
 
-// Widths are fractions of the list's own. That those of the items add up to more than 1 is meant:
-// their list scrolls sideways.
+// Widths are fractions of the width of the list. Deliberate: those of the items add up to more than
+// 1, so that their list scrolls horizontally.
 const ListColumns<clsItem> columnsOfItems{
     {{"Item Name", 0.2}, [](const clsItem& item) { return item.sName; }},
     {{"Comment", 0.3}, [](const clsItem& item) { return item.sComment; }},

@@ -1,4 +1,4 @@
-// What the list shows of devices and items: one table of columns for each.
+// The columns of the list: one table for devices and one for items.
 #pragma once
 
 #include <optional>
@@ -10,13 +10,15 @@
 class clsItem;
 class clsPLC;
 
-/// A column, and what stands in it.
+/// A column, and the text of its cells:
+///
+///     fillCells(row, item, itemColumns(withIndex));
 template <typename Record>
 struct ListColumn {
     ListView::Column column;
-    /// The cell's text. May raise an error.
+    /// Returns the text of the cell. May raise a RunTimeError.
     SharedText (*textOf)(const Record& record);
-    /// The list of a single item has the column too.
+    /// True when the list of a single item has the column too.
     bool ofSingleItem = true;
 };
 
@@ -24,9 +26,11 @@ template <typename Record>
 using ListColumns = std::vector<ListColumn<Record>>;
 
 const ListColumns<clsPLC>& deviceColumns();
-/// `withIndex`: those of a device's or a branch's items, else those of a single item.
+/// With `withIndex`, the columns for the items of a device or a branch; else those for a single
+/// item.
 const ListColumns<clsItem>& itemColumns(bool withIndex);
 
+/// The columns without the functions, for ListView::setColumns().
 template <typename Record>
 std::vector<ListView::Column> headings(const ListColumns<Record>& columns) {
     std::vector<ListView::Column> all;
@@ -35,8 +39,8 @@ std::vector<ListView::Column> headings(const ListColumns<Record>& columns) {
     return all;
 }
 
-/// Gives a row the texts of a record. A cell whose text cannot be made stays as it is; gives the
-/// first error that was met.
+/// Sets the cells of a row from a record. A cell whose text raises an error keeps its former text.
+/// Returns the first error; std::nullopt when there was none.
 template <typename Record>
 std::optional<RunTimeError> fillCells(ListView::Row& row, const Record& record,
                                       const ListColumns<Record>& columns) {

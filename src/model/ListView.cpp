@@ -117,7 +117,7 @@ void ListView::sortRows() {
                             const Row& a, const Row& b) {
         return textBefore(a.cell(column), b.cell(column));
     };
-    // Most often a few were added to many in order: the many are not sorted once more.
+    // Usually a few rows were added to many sorted ones: sort only these, and merge them.
     const auto added = std::is_sorted_until(rows_.begin(), rows_.end(), before);
     if (added == rows_.end()) return;
     const SharedText current = current_ ? rows_[*current_].key : SharedText();

@@ -14,35 +14,40 @@
 #include "base/Text.h"
 #include "model/ConfigTree.h"
 
-/// What the list beside the tree shows. A view follows it through its listener.
+/// The contents of the list beside the tree. A view shows them, and is notified through its
+/// listener.
+///
+///     list.setColumns(columns);
+///     for (const Node* child : node.GetChildren()) list.addRow(rowOf(*child));
+///     list.sortBy(ListView::nameColumn);
 class ListView {
  public:
     enum class View { icon, smallIcon, list, report };
 
-    /// True when one text comes before the other; never for two that are equal.
+    /// True when `a` comes before `b`; false for equal texts.
     using Order = bool (*)(std::string_view a, std::string_view b);
 
-    /// A column header; the width is a fraction of the list's own width at the moment when the
-    /// columns are built.
+    /// A column. The width is a fraction of the width of the list at the time when the columns are
+    /// set.
     struct Column {
         std::string text;
         double width;
-        Order before = &alphabeticallyBefore;  ///< how rows are sorted by it
+        Order before = &alphabeticallyBefore;  ///< the sort order of the column
     };
     /// The column that shows the node's name.
     static constexpr std::size_t nameColumn = 0;
 
-    /// A row shows a node: its key and kind are the node's.
+    /// A row shows a node, and has its key and kind.
     struct Row {
         SharedText key;
         NodeKind kind = NodeKind::item;
-        std::vector<SharedText> cells;  ///< by the columns
-        SharedText icon;                ///< key of the large picture
+        std::vector<SharedText> cells;  ///< one text for each column
+        SharedText icon;                ///< key of the large icon
         bool selected = false;
 
         bool operator==(const Row&) const = default;
 
-        /// The text in a column; empty where there is none.
+        /// The text in a column, counted from 0; empty when there is none.
         const SharedText& cell(std::size_t column) const;
         const SharedText& text() const { return cell(nameColumn); }
     };
@@ -53,16 +58,18 @@ class ListView {
 
         virtual void aboutToReset() = 0;
         virtual void reset() = 0;
-        /// The columns are new, and with them their widths; told within a change of rows.
+        /// The columns and their widths are new. Called between aboutToReset and reset.
         virtual void columnsBuilt() = 0;
-        /// Never told within a change of rows, but after it.
+        /// The view mode has changed. Never called between aboutToReset and reset.
         virtual void viewChanged() = 0;
-        /// The row is to be scrolled into view.
+        /// Asks the view to scroll to the row.
         virtual void madeVisible(std::size_t row) = 0;
     };
 
-    /// Every change of columns and rows stands between an aboutToReset and a reset; all that
-    /// happens while an Update lives is one such change. At its end the rows are in their order.
+    /// Combines all changes of columns and rows during its lifetime: the listener gets one
+    /// aboutToReset at the beginning and one reset at the end. The rows are sorted at the end.
+    ///
+    ///     const ListView::Update update(list);
     class Update {
      public:
         explicit Update(ListView& list);
@@ -89,41 +96,40 @@ class ListView {
 
     const std::deque<Row>& rows() const { return rows_; }
     void clearRows();
-    /// Appends a row. No other may have its key.
+    /// Appends a row. No other row may have its key.
     void addRow(Row row);
-    /// The place of the row with that key, if there is one.
+    /// The index of the row with that key, from 0; std::nullopt when there is none.
     std::optional<std::size_t> findRow(const SharedText& key) const;
 
-    /// A node got `newKey` in place of `oldKey`: its row, and those of nodes below it, follow.
-    /// `isBelow` says whether a key is now that of the node, or of one below it: with a "." in a
-    /// name, a key may only look so.
+    /// Updates the keys of rows after the key of a node changed from `oldKey` to `newKey`: of its
+    /// row, and of the rows of nodes below it. `isBelow` returns whether a key is that of the node
+    /// or of one below it. The key alone does not say so, as a name may contain a ".".
     void rekeyRows(std::string_view oldKey, std::string_view newKey,
                    const std::function<bool(const SharedText& newKey)>& isBelow);
-    /// Shows another row at a place, selected or not as the one before. Raises
-    /// ErrorNumber::keyNotUnique when it has a new key, and another row has that; then nothing has
-    /// changed.
+    /// Replaces the row at a place; whether it is selected stays. Raises ErrorNumber::keyNotUnique
+    /// when another row has the key; then nothing has changed.
     void replaceRow(std::size_t place, Row row);
     void ensureVisible(std::size_t row);
 
-    /// The view tells which rows the user has selected.
+    /// Called by the view when the user selects a row or clears its selection.
     void setSelected(std::size_t row, bool selected) { rows_[row].selected = selected; }
-    /// The row that the user selected last, if it still is, else the first that is: the rules of
-    /// single rows start from it.
+    /// The row that the user selected last, if it is still selected, else the first selected one;
+    /// null when none is. Commands for a single row use it.
     const Row* selectedRow() const;
     std::size_t selectedCount() const;
     void setCurrentRow(std::optional<std::size_t> row) { current_ = row; }
     std::optional<std::size_t> currentRow() const { return current_; }
 
-    /// Sorts the rows by the displayed texts of a column, always ascending; rows that show the
-    /// same text keep their order. Sorting stays switched on: whatever rows come or change, and
-    /// whatever columns, the column at that place counts, if there is one.
+    /// Sorts the rows by the displayed texts of a column, always ascending; rows with equal texts
+    /// keep their order. Sorting stays on when rows or columns change: the column with that number
+    /// is used, if there is one.
     void sortBy(std::size_t column);
-    /// Rows that come from now on stay in the order in which they are added.
+    /// Turns sorting off: rows that are added later stay in the order of adding.
     void stopSorting() { sortColumn_.reset(); }
     std::optional<std::size_t> sortColumn() const { return sortColumn_; }
 
  private:
-    /// Where the row with a key stands, and how the places are found by it.
+    /// The index of the row with a key, and how KeyedSet finds it.
     struct Place {
         static bool isEmpty(const Place& place) { return place.key.empty(); }
         static const SharedText& keyOf(const Place& place) { return place.key; }
@@ -139,10 +145,10 @@ class ListView {
     std::vector<Column> columns_;
     std::deque<Row> rows_;
     mutable KeyedSet<Place, Place> places_;
-    mutable bool placesKnown_ = false;  // not before they are asked for
+    mutable bool placesKnown_ = false;  // places_ is filled at the first search
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
     int updates_ = 0;
-    bool viewChanged_ = false;  // within an update
+    bool viewChanged_ = false;  // during an Update
     std::optional<std::size_t> sortColumn_;
 };

@@ -161,7 +161,7 @@ std::string clsItem::getParentKey() const { return std::string(parentKeyOf(sKey)
 void clsItem::AddToListView(ListView& list, bool withIndex, const ShowMessage& showMessage) const {
     reportErrors(showMessage, "clsItem.AddToList", [&] {
         ListView::Row row{.key = sKey, .cells = {}, .icon = sDataType};
-        // The row stands, without its index, when the address is no number that fits.
+        // When the address is not a valid number, the row is added without the index.
         const auto fault = fillCells(row, *this, itemColumns(withIndex));
         list.addRow(std::move(row));
         if (fault) throw RunTimeError(*fault);
