@@ -1,4 +1,4 @@
-// Where commands on a selection act.
+// Names the view whose selection the commands use.
 #pragma once
 
 #include <cstdint>
@@ -6,9 +6,9 @@
 
 class Node;
 
-/// The view that commands on a selection act on: the one that has the focus, also while a menu or
-/// another window of the editor is in use.
+/// The view whose selection the commands use: the last of the two views that had the focus. It
+/// stays the same while a menu or another window of the editor has the focus.
 enum class ActiveControl : std::uint8_t { none, tree, list };
 
-/// Shows a node as a click on it does.
+/// Shows a node in the same way as a click on it.
 using ClickNode = std::function<void(Node&)>;

@@ -133,7 +133,7 @@ constexpr std::array table{
 };
 // clang-format on
 
-/// The rows that are in a group of some place, by these groups.
+/// The rows for which `groupOf` returns another group than `none`, sorted by group.
 template <typename GroupOf>
 std::vector<const Command*> inOrderOf(const GroupOf& groupOf) {
     std::vector<const Command*> rows;
@@ -160,8 +160,8 @@ bool anyOn(const CommandState& state, std::initializer_list<Group> of) {
 }  // namespace
 
 namespace commandStates {
-// The odd ones are meant: a device's row in the list does not enable delete, and paste stays on at
-// the root, where it then refuses.
+// Deliberate: a device's row in the list does not enable delete, and paste is enabled at the root,
+// where it then refuses.
 constexpr CommandState opened =
     with({}, {Group::fileOpen, Group::fileSave, Group::settings, Group::find});
 constexpr CommandState clicked = with(opened, {Group::view});
@@ -206,7 +206,7 @@ bool isEnabledIn(const CommandState& state, const Command& command) {
         default: return isOn(state, command.group);
     }
     if (command.name == "mnuFile") return anyOn(state, {Group::fileOpen, Group::fileSave});
-    // Delete stands in the Edit menu, but counts for the Objects menu; that is meant.
+    // Deliberate: delete is in the Edit menu, but it enables the Objects menu.
     if (command.name == "mnuObjects") {
         return anyOn(state, {Group::settings, Group::addBranch, Group::addItem, Group::addDevice,
                              Group::remove});

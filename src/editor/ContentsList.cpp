@@ -8,8 +8,8 @@
 
 namespace {
 
-/// As a cell in a table of text. One in which a tab, a line or the cell itself would seem to end
-/// stands in quotation marks.
+/// The text of a cell in a table of text. It is put in quotation marks if it contains a tab or a
+/// line break, or begins with a quotation mark.
 std::string asCell(std::string_view text) {
     if (text.find_first_of("\t\r\n") == std::string_view::npos && !text.starts_with('"')) {
         return std::string(text);
@@ -20,7 +20,7 @@ std::string asCell(std::string_view text) {
     return quoted + "\"";
 }
 
-/// A line of a table; `textOf` gives the text of each of its cells.
+/// Appends a line to a table; `textOf` returns the text of a cell.
 template <typename Cells, typename TextOf>
 void appendLine(std::string& table, const Cells& cells, const TextOf& textOf) {
     bool isFirst = true;
@@ -63,9 +63,9 @@ void ContentsList::show(const Node& node, const ShowMessage& showMessage) {
 void ContentsList::showChange(const Node& node, const SharedText& oldKey,
                               const ShowMessage& showMessage) {
     const auto ownRow = list_.findRow(oldKey);
-    // A row that is out of date may have the new key already; it is the node's now too.
+    // A row that is out of date may have the new key already. It now shows this node too.
     const bool isListed = ownRow || list_.findRow(node.key());
-    ListView shown;  // made before the list changes, as its errors are told in boxes
+    ListView shown;  // filled before the list changes, as that may open message boxes
     if (isListed && node.kind() == NodeKind::item) {
         document_.itemAt(node)->AddToListView(shown, withIndex_, showMessage);
     }
@@ -82,7 +82,7 @@ void ContentsList::showChange(const Node& node, const SharedText& oldKey,
     if (ownRow) list_.replaceRow(*ownRow, row);
 }
 
-/// An address without an index has been told of when the row was made.
+/// Shows no message for an address without an index: show() did when it made the row.
 void ContentsList::refreshRow(std::size_t place, const Node& item) {
     const auto record = document_.itemAt(item);
     ListView::Row row = list_.rows().at(place);

@@ -43,7 +43,7 @@ void CopyPaste::copyRows() {
             return refuseDefaultName(desktop_);
         }
         Node& node = document_.itemNodeAt(row.key);
-        // Not before: with nothing to take, the clipboard stays as it was.
+        // Not earlier: if there is nothing to copy, the clipboard does not change.
         if (first) clipboard_.emplace();
         first = false;
         take(node);
@@ -55,7 +55,7 @@ void CopyPaste::copyNode() {
     if (node.kind() == NodeKind::branch) {
         desktop_.showMessage("Please use Drag&Drop to copy and paste branches");
     } else if (node.kind() == NodeKind::item) {
-        // A name that begins with "Copied_Item" passes here, unlike in the list. Meant.
+        // Deliberate: unlike in the list, a name that begins with "Copied_Item" is accepted.
         if (std::string_view(node.text()).starts_with(newItem)) return refuseDefaultName(desktop_);
         clipboard_.emplace();
         take(node);
@@ -89,13 +89,14 @@ void CopyPaste::pasteInto(Node& target) {
     const BusyPointer busy(desktop_);
     const Document::Step step(document_, "Paste");
     bool anyPasted = false;
-    const auto showPasted = [&] {  // once, however many there are
+    const auto showPasted = [&] {  // called once for all items
         if (anyPasted) click_(target);
     };
     try {
         const ConfigTree::BulkChange bulk(document_.tree());
         for (const auto& [record, node] : *clipboard_) {
-            // The name is the node's own: a copy made by dragging shares its record.
+            // The name is that of the node: a copy made by dragging shares its record with the
+            // original, but may have another name.
             clsItem source = *record;
             source.sName = node.text();
             if (source.sName.empty()) continue;

@@ -12,10 +12,15 @@
 #include "model/Document.h"
 #include "model/ListView.h"
 
-/// The editor's own clipboard of items, and the commands that fill it and paste from it. It lives
-/// as long as the editor; the system clipboard is not involved. It refers to the very records of
-/// the configuration: an item that is changed after copying is pasted as it is now, and one that
-/// is deleted is pasted all the same.
+/// The editor's own clipboard of items, and the commands that fill it and paste from it. The system
+/// clipboard is not used.
+///
+///     CopyPaste copyPaste(document, desktop, list, activeControl, clickNode);
+///     copyPaste.mnuCopy_Click();   // what is selected in the active view
+///     copyPaste.mnuPaste_Click();  // into the selected device or branch
+///
+/// The clipboard refers to the records of the configuration, not to copies of them. So an item that
+/// is changed after copying is pasted with the changes, and a deleted item can still be pasted.
 class CopyPaste {
  public:
     CopyPaste(Document& document, Desktop& desktop, const ListView& list,
@@ -26,16 +31,17 @@ class CopyPaste {
           active_(active),
           click_(std::move(click)) {}
 
-    /// Empties the clipboard, for another configuration.
+    /// Empties the clipboard, before another configuration is shown.
     void reset();
 
-    /// Copies the selected rows when the list has the focus, the selected node when the tree has.
-    /// Items that still have a default name are refused, branches too: those are dragged.
+    /// Copies the selected rows when the list is active, the selected node when the tree is.
+    /// Refuses items that still have a default name, and branches, which can be copied by dragging
+    /// only.
     void mnuCopy_Click();
 
-    /// Pastes into the selected device or branch. A name that another item there has, in whatever
-    /// case, gets "_" and the paste counter, as often as it takes; one that a branch has ends the
-    /// pasting with an error, and the items before it stay.
+    /// Pastes into the selected device or branch. If another item there has the name, in upper or
+    /// lower case, appends "_" and the paste counter until the name is free. If a branch has the
+    /// name, shows an error and stops; the items that were pasted before stay.
     void mnuPaste_Click();
 
  private:

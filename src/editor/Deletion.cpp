@@ -19,7 +19,7 @@ void Deletion::mnuDelete_Click() {
 
 namespace {
 
-/// The parent whose contents the list is to show. Raises ErrorNumber::objectNotSet for the root.
+/// Returns the parent of a node. Raises ErrorNumber::objectNotSet for the root.
 Node& parentOf(const Node& node) {
     if (node.parent() == nullptr) throw RunTimeError(ErrorNumber::objectNotSet);
     return *node.parent();
@@ -32,14 +32,16 @@ void Deletion::deleteRows() {
         return;
     }
     const Document::Step step(document_, "Delete");
-    // Not the selected node itself; that is meant. Only the root has none above it.
+    // Deliberate: shows the parent of the selected node, not the node itself. Only the root has no
+    // parent.
     Node& selected = document_.selectedNode();
     Node& toShow = selected.parent() == nullptr ? selected : *selected.parent();
     removeSelectedRows();
     click_(toShow);
 }
 
-/// A row that is no item ends it: those before it are gone then, the others stay.
+/// Stops with an error at a row that is not an item: the rows before it are deleted, the others
+/// stay. Raises ErrorNumber::invalidCall.
 void Deletion::removeSelectedRows() {
     const BusyPointer busy(desktop_);
     std::vector<Node*> gone;
@@ -47,7 +49,7 @@ void Deletion::removeSelectedRows() {
     try {
         for (const auto& row : list_.rows()) {
             if (!row.selected) continue;
-            // The list may be out of date, and another node have the key now.
+            // The list may be out of date: another node may have the key now.
             Node& node = document_.tree().nodeAt(row.key);
             if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
             gone.push_back(&node);
@@ -77,7 +79,7 @@ void Deletion::deleteNode() {
 void Deletion::deleteItem(const ConfigTree::Reference& item, const std::string& question) {
     const Document::Step step(document_, "Delete");
     if (desktop_.askYesNo(question, Answer::no)) remove(item.node());
-    // On No as well; that is meant.
+    // Deliberate: also after the answer No.
     click_(parentOf(document_.selectedNode()));
 }
 

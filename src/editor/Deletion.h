@@ -9,8 +9,12 @@
 #include "model/Document.h"
 #include "model/ListView.h"
 
-/// The command that deletes the selected rows when the list has the focus, the selected node with
-/// all that is below it when the tree has; both after a question.
+/// The command that deletes the selected rows when the list is active, or the selected node with
+/// all nodes below it when the tree is. It asks the user first.
+///
+///     ActiveControl active = ActiveControl::tree;
+///     Deletion deletion(document, desktop, list, active, clickNode);
+///     deletion.mnuDelete_Click();
 class Deletion {
  public:
     Deletion(Document& document, Desktop& desktop, const ListView& list,

@@ -13,15 +13,15 @@
 
 namespace {
 
-/// Gives the lines of a text from the clipboard, each less the blanks around it, until `take`
-/// answers false. A line ends with CR LF; in a text without any, where the desktop has turned them
-/// into LF, with LF. What follows the last line's end is dropped; a text without a line's end is
-/// one line, blanks and all.
+/// Calls `take` with each line of a text from the clipboard, without leading and trailing blanks,
+/// until it returns false. Lines end with CR LF. If the text contains none, lines end with LF, as
+/// some desktops convert CR LF to LF. Text after the last line end is ignored. A text without a
+/// line end is one line, and its blanks are kept.
 void forEachPastedLine(std::string_view text,
                        const std::function<bool(std::string_view line)>& take) {
     const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
     auto end = text.find(lineEnd);
-    // Meant: a last line without an end counts only when there is no other.
+    // Deliberate: a last line without a line end is used only when it is the only line.
     if (end == std::string_view::npos) {
         take(text);
         return;
@@ -32,17 +32,17 @@ void forEachPastedLine(std::string_view text,
     }
 }
 
-/// Follows the renaming of many items, one after the other, without doing it.
+/// Predicts which names will be refused when many items are renamed one after another.
 class RenamingAhead {
  public:
     explicit RenamingAhead(const Document& document) : document_(document) {}
 
-    /// False when the item cannot have the key, as its turn comes.
+    /// Notes that an item gets a key. False when the key will be in use at that moment.
     bool rename(const Node& item, const SharedText& key) {
         const std::string name = upperCase(key);
         const std::string before = upperCase(item.key());
         if (key != item.key() && isInUse(key, name, name == before)) return false;
-        left_.insert(before);
+        freed_.insert(before);
         taken_.insert(name);
         return true;
     }
@@ -57,11 +57,12 @@ class RenamingAhead {
         }
         if (isOwn) return false;
         const bool isItems = document_.items().find(key) != nullptr;
-        return taken_.contains(name) || (isItems && !left_.contains(name));
+        return taken_.contains(name) || (isItems && !freed_.contains(name));
     }
 
     const Document& document_;
-    std::unordered_set<std::string> left_, taken_;  // keys of items, in capitals
+    // Keys of items in upper case: those that become free, and those that are used from then on.
+    std::unordered_set<std::string> freed_, taken_;
 };
 
 }  // namespace
@@ -107,11 +108,11 @@ void PastedTexts::Paste_Comment_Click() {
     });
 }
 
-/// The steps that both commands have in common.
+/// The steps that are the same for both commands.
 void PastedTexts::paste(const Kind& kind) {
     const std::string text = desktop_.clipboardText();
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
-    // Counted before they are kept: a clipboard may hold millions.
+    // Counted before they are stored: a clipboard may contain millions of lines.
     std::size_t count = 0;
     bool passed = true;
     forEachPastedLine(text, [&](std::string_view line) {
@@ -131,7 +132,7 @@ void PastedTexts::paste(const Kind& kind) {
     if (!isAccepted(rows, lines, kind)) return;
 
     const Document::Step step(document_, "Paste", kind.what);
-    document_.saved = false;  // now, as an error keeps what was changed before it
+    document_.saved = false;  // now: changes before an error are kept
     const BusyPointer busy(desktop_);
     withFirstMessages(desktop_, [&](FirstMessages& messages) {
         const ListView::Update update(list_);
@@ -140,12 +141,12 @@ void PastedTexts::paste(const Kind& kind) {
     });
 }
 
-/// False, after telling the user and emptying the clipboard, when the name belongs to an item of
-/// the selected node that gets no new one.
+/// Returns whether the name is free below the selected node, or belongs to an item there that gets
+/// a new name. If not, shows a message and empties the clipboard.
 bool PastedTexts::isNameFree(std::string_view name) {
     const Node& parent = document_.selectedNode();
     const Node* holder = document_.tree().FindNode(joinKey(parent.key(), name));
-    // Not one further below, to whom a line with a "." would lead.
+    // A line with a "." may be the key of a node further below, which does not count.
     if (holder == nullptr || holder->parent() != &parent) return true;
     if (holder->kind() != NodeKind::item) return true;
     const auto row = list_.findRow(holder->key());
@@ -155,17 +156,17 @@ bool PastedTexts::isNameFree(std::string_view name) {
     return false;
 }
 
-/// The first row that raises an error ends the renaming.
+/// A key in use ends the renaming: all rows from there on are refused.
 PastedTexts::Lines PastedTexts::refusedNames(const Rows& rows, const Lines& names) const {
     struct {
         void showMessage(const std::string& text) { last = text; }
         std::string last;
-    } told;
+    } messages;
     Lines refusals(rows.size());
     RenamingAhead ahead(document_);
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (!CheckChars(names[i], told)) {
-            refusals[i] = told.last;
+        if (!CheckChars(names[i], messages)) {
+            refusals[i] = messages.last;
             continue;
         }
         const Node* node = document_.tree().FindNode(list_.rows()[rows[i]].key);
@@ -191,16 +192,16 @@ bool PastedTexts::isAccepted(const Rows& rows, const Lines& lines, const Kind& k
         grid.push_back({kind.present(rows[i]).string(), "<---", lines[i]});
         if (form.faults[i].empty()) form.faults[i] = faultOf(lines[i], FilePlace::content).text;
     }
-    form.faults.emplace(form.faults.begin());  // of the headings
+    form.faults.emplace(form.faults.begin());  // the row of the headings has none
     forms_.showModal(form);
     return form.accepted();
 }
 
-/// Raises ErrorNumber::keyTaken or ErrorNumber::keyNotUnique when the new key is in use; then
-/// nothing of the item has changed.
+/// Raises ErrorNumber::keyTaken or ErrorNumber::keyNotUnique when the new key is in use, and
+/// ErrorNumber::invalidCall when the row shows no item. Then the item is unchanged.
 void PastedTexts::rename(std::size_t row, const std::string& name) {
     Node& node = document_.tree().nodeAt(list_.rows()[row].key);
-    // The row of a device; or the list is out of date, and another node has the key now.
+    // The row of a device, or a row that is out of date: another node has the key now.
     if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
     const SharedText newKey = BuildNodeKey(name, &node, true);
     // A row that is out of date may have the key.

@@ -1,4 +1,4 @@
-// Names and comments for many items at once, from the system clipboard.
+// Pastes names and comments for many items from the system clipboard.
 #pragma once
 
 #include <functional>
@@ -14,11 +14,16 @@
 #include "model/Document.h"
 #include "model/ListView.h"
 
-/// The commands that give the selected rows of the list, in its order, the lines of the system
-/// clipboard as names or as comments, once the user has seen and accepted the pairs.
+/// The commands that replace the names or the comments of the selected rows, in the order of the
+/// list, with the lines of the system clipboard. The user sees the old and new texts first and
+/// accepts or rejects them.
+///
+///     PastedTexts texts(document, desktop, forms, contents, list);
+///     texts.Paste_Name_Click();     // line 1 is the name of the first selected row, and so on
+///     texts.Paste_Comment_Click();
 class PastedTexts {
  public:
-    /// Both show in the list, which is that of the contents.
+    /// `list` is the list that `contents` fills.
     PastedTexts(Document& document, Desktop& desktop, Forms& forms, ContentsList& contents,
                 ListView& list)
         : document_(document), desktop_(desktop), forms_(forms), contents_(contents), list_(list) {}
@@ -29,16 +34,17 @@ class PastedTexts {
  private:
     using Lines = std::vector<std::string>;
     using Rows = std::vector<std::size_t>;
-    /// Gives the rows the lines, and tells what it cannot do.
+    /// Writes the lines into the rows; shows a message for each line that it refuses.
     using Apply = std::function<void(const Rows&, const Lines&, const ShowMessage&)>;
 
-    /// What the two commands do not have in common.
+    /// What differs between the two commands.
     struct Kind {
-        std::string_view what;
+        std::string_view what;  ///< "name" or "comment"
+        /// Called for each line; false, after a message, ends the command.
         std::function<bool(std::string_view line)> check;
-        /// What a row has now.
+        /// Returns the present text of a row.
         std::function<const SharedText&(std::size_t row)> present;
-        /// Why each row will be refused; empty for those that will not.
+        /// Returns for each row why it will be refused; an empty text when it will not.
         std::function<Lines(const Rows&, const Lines&)> refusals;
         Apply apply;
     };

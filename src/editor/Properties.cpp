@@ -88,10 +88,10 @@ void Properties::mnuAddItem_Click() {
     });
 }
 
-/// Selects the node below which something is to be added. What stands directly below the root has
-/// no place in the file: there the device whose row the user chose is meant, as its row is what
-/// enabled the command. Below an item nothing can stand: after a deletion or a search has selected
-/// one, the node that holds it is meant. Raises ErrorNumber::objectNotSet when there is none.
+/// Selects and returns the node that gets a new child. At the root this is the device whose row the
+/// user chose, as that row enabled the command; the file has no place for branches and items
+/// directly below the root. At an item, which a deletion or a search may have selected, this is the
+/// parent of the item. Raises ErrorNumber::objectNotSet when there is no such node.
 Node& Properties::selectContainer() {
     const ConfigTree& tree = document_.tree();
     Node* container = &document_.selectedNode();

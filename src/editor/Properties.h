@@ -1,4 +1,4 @@
-// Adding and changing devices, branches and items in their dialogs.
+// Opens the dialogs that add and change devices, branches and items.
 #pragma once
 
 #include "desktop/Desktop.h"
@@ -7,8 +7,12 @@
 #include "editor/ContentsList.h"
 #include "model/Document.h"
 
-/// The commands that open a dialog on a part of the configuration; tree and list show afterwards
-/// what has become of it.
+/// The commands that open a dialog for a part of the configuration. Afterwards tree and list show
+/// the result.
+///
+///     Properties properties(document, desktop, forms, contents, clickNode);
+///     properties.open(node);          // changes it
+///     properties.mnuAddItem_Click();  // adds an item to the selected node
 class Properties {
  public:
     Properties(Document& document, Desktop& desktop, Forms& forms, ContentsList& contents,
@@ -21,10 +25,12 @@ class Properties {
 
     /// Opens the dialog of a device, a branch or an item; does nothing for the root.
     void open(Node& node);
-    /// Opens one dialog for all items that are selected in the list.
+    /// Opens one dialog for all items that are selected in the list. Raises
+    /// ErrorNumber::invalidCall for a row that is out of date.
     void openForItems();
 
-    // What is added is selected and brought into sight; of items, the last one is brought there.
+    // The new node is selected and scrolled into view. Of several new items, the last one is only
+    // scrolled into view.
     void mnuAddPlc_Click();
     void mnuAddBranch_Click();
     void mnuAddItem_Click();

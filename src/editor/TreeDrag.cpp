@@ -32,7 +32,7 @@ void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
         if (Node* target = dropHighlight(); target != nullptr) return drop(*target, effect);
         restoreViews();  // empty space
     } catch (const std::exception&) {
-        // Ends silently, with highlight and pointer as they are. Meant.
+        // Deliberate: no message, and highlight and pointer stay as they are.
     }
 }
 
@@ -52,7 +52,7 @@ void TreeDrag::drop(Node& target, DropEffect effect) {
         return refuse("Name already in use at this level. Move not allowed", MessageIcon::stop);
     }
     Document::Placement placement = document_.placementOf(source, target);
-    // No part of a branch is left behind.
+    // If one node cannot be placed, none is moved or copied.
     if (!reportErrors(desktop_, "CopySubTree", [&] { document_.placeContents(placement); })) {
         return restoreViews();
     }

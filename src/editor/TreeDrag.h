@@ -1,4 +1,4 @@
-// Moving and copying branches and items by dragging their nodes.
+// Moves and copies branches and items by dragging their nodes.
 #pragma once
 
 #include <string>
@@ -6,13 +6,16 @@
 #include "desktop/Desktop.h"
 #include "model/Document.h"
 
-/// What a drag does, by the constants of OLE's drop effects. Only a move is one; any other value
-/// acts as a copy.
+/// What a drop does. The values are those of the drop effects of OLE. `move` moves; every other
+/// value copies.
 enum class DropEffect : int { copy = 1, move = 2 };
 
-/// A drag within the tree, with the right mouse button, in the order of its events: MouseDown,
-/// then OLEStartDrag; OLEDragOver and OLEGiveFeedback while it goes on; OLEDragDrop, or
-/// cancelled, at its end.
+/// A drag within the tree with the right mouse button. Its handlers are called in this order:
+///
+///     drag.TreeView1_MouseDown(TreeDrag::rightButton, 0, &node);
+///     const DropEffect effect = drag.TreeView1_OLEStartDrag();
+///     drag.TreeView1_OLEDragOver(&target);    // and OLEGiveFeedback, as often as the pointer
+///     moves drag.TreeView1_OLEDragDrop(effect);     // or cancelled()
 class TreeDrag {
  public:
     TreeDrag(Document& document, Desktop& desktop)
@@ -21,25 +24,27 @@ class TreeDrag {
           mSourceNode(document.tree()),
           dropHighlight_(document.tree()) {}
 
-    // Masks of mouse buttons and of the keyboard's state.
+    // Masks of mouse buttons and of the modifier keys.
     static constexpr int rightButton = 2;
     static constexpr int ctrlMask = 2;
 
-    /// `node` lies under the pointer; null over empty space. True when a drag begins.
+    /// `node` is the node under the pointer; null over empty space. Returns whether a drag may
+    /// begin.
     bool TreeView1_MouseDown(int button, int shift, Node* node);
-    /// The dragged node, also after it was dropped, whatever has become of its key and place; null
-    /// once it is gone. Its key is the drag's data.
+    /// The dragged node, also after the drop and when its key or its place has changed; null when
+    /// it is deleted. Its key is the data of the drag.
     Node* source() const { return mSourceNode.get(); }
-    /// A copy when Ctrl was held as the button went down; later it does not matter.
+    /// Returns `copy` when Ctrl was down when the button was pressed, otherwise `move`. Whether
+    /// Ctrl is down later has no effect.
     DropEffect TreeView1_OLEStartDrag() const;
     void TreeView1_OLEGiveFeedback();
     void TreeView1_OLEDragOver(Node* node);
-    /// Drops on the highlighted node. A copied branch or item shares its record with its source.
+    /// Drops on the highlighted node. A copied branch or item shares its record with the original.
     void TreeView1_OLEDragDrop(DropEffect effect);
-    /// The drag ended without a drop: all is as it was.
+    /// Ends the drag without a drop; nothing is changed.
     void cancelled() { restoreViews(); }
 
-    /// The node under the pointer, which a view marks; null when there is none.
+    /// The node under the pointer, which the view highlights; null when there is none.
     Node* dropHighlight() const { return dropHighlight_.get(); }
 
  private:

@@ -23,7 +23,8 @@ bool isConfiguration(std::string_view path) { return endsWith(path, ".xml"); }
 
 bool isExport(std::string_view path) { return endsWith(path, ".esf"); }
 
-/// A caption with the name of a step, in which "&" marks no letter.
+/// A caption followed by the name of a step, in which each "&" is doubled so that it marks no
+/// accelerator.
 std::optional<std::string> withStep(std::string caption, const std::string& step) {
     if (step.empty()) return std::nullopt;
     caption += ' ';
@@ -96,13 +97,13 @@ CommandState frmEditing::stateFor(const Node& node) const {
     using namespace commandStates;
     if (node.kind() == NodeKind::config) return rootSelected;
     if (node.kind() == NodeKind::item) return itemSelected;
-    // Only a first child counts: items after a branch do not enable pasting names. Meant.
+    // Deliberate: only the first child counts. Items after a branch do not enable pasting names.
     const auto& children = node.GetChildren();
     const bool itemsListed = !children.empty() && children.front()->kind() == NodeKind::item;
     return itemsListed ? containerSelectedItemsListed : containerSelected;
 }
 
-/// The messages are shown once the list is whole again.
+/// The messages are shown when the list is complete.
 void frmEditing::showNode(const Node& node) {
     EnMenuButt(stateFor(node));
     withFirstMessages(desktop_, [&](FirstMessages& messages) { contents_.show(node, messages); });
@@ -172,14 +173,15 @@ void frmEditing::mnuSetts_Click() {
         form.Form_Load();
         forms_.showModal(form);
         if (!form.unhandledError()) return;
-        // The settings dialog traps no errors: one ends the application, without a prompt.
+        // Deliberate: an error in the settings dialog ends the application without asking whether
+        // to save.
         reportErrors(desktop_, "cmdApply_Click", [&] { throw *form.unhandledError(); });
         document_.open = false;
         end(EXIT_FAILURE);
     });
 }
 
-/// Whatever Copy says: what could not be copied may still be deleted. Meant.
+/// Deliberate: also deletes what could not be copied.
 void frmEditing::mnuCut_Click() {
     reportErrors(desktop_, "mnuCut_Click", [&] {
         const Document::Step step(document_, "Cut");
@@ -233,7 +235,8 @@ std::optional<std::string> frmEditing::copyTableCaption() const {
     return "Copy &as Table";
 }
 
-/// As a click on the node would, but the order of its children is what was restored.
+/// Shows a node as a click on it does, but without sorting its children: undo and redo have
+/// restored their order.
 void frmEditing::showAfter(Node* node) {
     if (node == nullptr) return;
     const BusyPointer busy(desktop_);
@@ -290,7 +293,7 @@ void frmEditing::loadingStarted() {
     pnlImpStat.progress = 0;
     pnlImpStat.offersCancel = false;
     EnMenuButt(commandStates::loading);
-    desktop_.processPendingEvents();  // the panel is to be seen before the work begins
+    desktop_.processPendingEvents();  // so that the panel is drawn before the work begins
 }
 
 void frmEditing::itemLoaded() { pnlImpStat.progress = (pnlImpStat.progress + 1) % 100; }
@@ -300,7 +303,7 @@ void frmEditing::loadingTakesLong() {
     formChanged();
 }
 
-/// What follows, the opened configuration or none, is shown with it.
+/// Does not call formChanged(): configurationOpened() or configurationClosed() follows.
 void frmEditing::loadingEnded() { pnlImpStat.visible = false; }
 
 void frmEditing::configurationOpened() {
@@ -309,10 +312,10 @@ void frmEditing::configurationOpened() {
 }
 
 void frmEditing::configurationClosed() {
-    // What is left of an opening that failed, the root, is shown, but cannot be clicked: there
-    // is no configuration that a click could work on.
-    const bool somethingLeft = document_.tree().root() != nullptr;
-    showViews({.visible = somethingLeft, .enabled = false});
+    // Opening a file may fail after the root was made. Then the root is visible, but disabled, as
+    // no configuration is open.
+    const bool hasRoot = document_.tree().root() != nullptr;
+    showViews({.visible = hasRoot, .enabled = false});
     EnMenuButt(commandStates::noConfiguration);
 }
 

@@ -1,4 +1,4 @@
-// The main window's rules.
+// The main window of the editor, without a toolkit.
 #pragma once
 
 #include <functional>
@@ -33,31 +33,34 @@ struct Rectangle {
     int height = 0;
 };
 
-/// Where the main window's parts stand in its inner area, in pixels.
+/// The places of the main window's parts in its inner area, in pixels.
 struct EditingLayout {
     Rectangle toolbar;
     Rectangle tree;
     Rectangle list;
 };
 
-/// The editor's only main window, without a toolkit: the configuration tree on the left, the
-/// list of the selected node's contents on the right, menus and toolbar above them. Its members
-/// hold what the window shows; its handlers are what clicks and commands do. Handlers report
-/// their errors to the user themselves.
+/// The main window: the configuration tree on the left, the list with the contents of the selected
+/// node on the right, menus and toolbar above them. The members contain what the window shows. The
+/// handlers do what clicks and commands do, and show their errors to the user.
+///
+///     frmEditing form(document, desktop, forms, disk, registry);
+///     form.setWindow(&window);
+///     form.run(commandNamed("mnuNewCfg"));
 class frmEditing final : public LifecycleWindow {
  public:
-    /// The window that shows this form.
+    /// The toolkit's window that shows this form.
     class Window {
      public:
         virtual ~Window() = default;
 
-        /// What the form says of views, panel and commands may have changed.
+        /// Called when views, panel or commands of the form may have changed.
         virtual void formChanged() = 0;
-        /// Gives the tree the focus within this window.
+        /// Moves the focus of this window to the tree.
         virtual void focusTree() = 0;
-        /// True while a dialog is open that keeps the user from this window.
+        /// Returns whether a modal dialog is open over this window.
         virtual bool isBehindDialog() const = 0;
-        /// Closes all windows of the editor and ends the program, with that exit status.
+        /// Closes all windows of the editor and ends the program with that exit status.
         virtual void endApplication(int exitStatus) = 0;
     };
 
@@ -72,7 +75,7 @@ class frmEditing final : public LifecycleWindow {
     struct StatusPanel {
         bool visible = false;
         std::string lblLabel = "Loading File ....";
-        int progress = 0;           ///< runs from 0 to 99, again and again
+        int progress = 0;           ///< counts from 0 to 99, then starts again at 0
         bool offersCancel = false;  ///< once the file has been read for a second
     };
 
@@ -81,58 +84,59 @@ class frmEditing final : public LifecycleWindow {
 
     void setWindow(Window* window) { window_ = window; }
 
-    // What the window shows.
+    // What the window shows:
     std::string caption;
-    ViewState TreeView1;  ///< its nodes are the document's tree
+    ViewState TreeView1;  ///< shows the tree of the document
     ViewState ListView1State;
     ListView ListView1;
     StatusPanel pnlImpStat;
-    ActiveControl activeControl = ActiveControl::none;  ///< told by the window
+    ActiveControl activeControl = ActiveControl::none;  ///< set by the window
     /// The window's size when it opened: 80 % of the screen.
     FormSize referenceSize;
 
-    // The window's own events.
+    // The events of the window:
     void Form_Initialize();
     void Form_Load(FormSize screen);
-    /// False when the window is to stay open.
+    /// Called before the window closes. Returns false when it must stay open.
     bool Form_Unload();
+    /// Called before the program ends. Asks whether to save unsaved changes if `mayAsk` returns
+    /// true. Returns false when the program must go on.
     bool mayEnd(const std::function<bool()>& mayAsk) { return lifecycle_.mayEnd(mayAsk); }
 
-    /// False while a box, a chooser or a modal dialog is open: then none of the events and commands
-    /// below does anything. The end of the session may come all the same.
+    /// False while a message box, a chooser or a modal dialog is open. Then the events and commands
+    /// below do nothing; mayEnd() works as always.
     bool isFree() const { return !boxes_.any(); }
 
-    /// Makes the window's parts follow the size of its inner area; `reference` is the size that
-    /// it had, or would have had, as the window opened.
+    /// Resizes the window's parts in proportion to its inner area. `reference` is the size of the
+    /// inner area of a window that has `referenceSize`.
     void Form_Resize(ResizableForm& innerArea, FormSize reference) {
         resizing_.resize(innerArea, reference);
     }
-    /// The fixed fractions of the window's inner area.
+    /// The first layout of the parts: fixed fractions of the inner area.
     static EditingLayout layoutFor(FormSize client);
 
-    // The views' events. A click is reported after the view has made its selection known to the
-    // tree or the list.
+    // The events of the views. Before it reports a click, a view writes its selection to the tree
+    // or the list.
     void TreeView1_NodeClick(Node& node);
     void TreeView1_DblClick();
     void ListView1_Click();
     void ListView1_DblClick();
     void ListView1_ColumnClick(std::size_t column);
-    /// Whether what is selected in a view has properties, which its double click opens.
+    /// Returns whether the selection of a view has properties, which a double click opens.
     bool hasProperties(ActiveControl view) const;
-    /// The status panel's Cancel: ends the reading of the file.
+    /// The status panel's Cancel button: stops the reading of the file.
     void pnlImpStat_Cancel() { lifecycle_.cancelLoading(); }
-    /// A drag within the tree.
+    /// The drag within the tree.
     TreeDrag& treeDrag() { return drag_; }
-    /// What the signs in the views tell.
+    /// The rules that the fault signs in the views show.
     const FileRules& fileRules() const { return fileRules_; }
 
-    /// Whether there is something to do with a file that was dropped on the window: it can be
-    /// opened, or imported.
+    /// Returns whether a file that is dropped on the window can be opened or imported now.
     bool acceptsFile(std::string_view path) const;
-    /// Opens or imports it, by the ending of its name, as if it had been chosen.
+    /// Opens or imports a file, depending on the ending of its name.
     void dropFile(const std::string& path);
 
-    // The commands.
+    // The commands:
     void mnuNewCfg_Click() { lifecycle_.mnuNewCfg_Click(); }
     void mnuOpenCfg_Click() { lifecycle_.mnuOpenCfg_Click(); }
     void mnuSaveCfg_Click() { lifecycle_.mnuSaveCfg_Click(); }
@@ -149,17 +153,17 @@ class frmEditing final : public LifecycleWindow {
     void mnuPaste_Click() { copyPaste_.mnuPaste_Click(); }
     void mnuUndo_Click();
     void mnuRedo_Click();
-    /// Their captions, e.g. "&Undo Delete of 12 items"; none when there is nothing to take back or
-    /// to make again.
+    /// The captions of Undo and Redo, e.g. "&Undo Delete of 12 items"; none when there is no step
+    /// to undo or redo.
     std::optional<std::string> undoCaption() const;
     std::optional<std::string> redoCaption() const;
-    /// The dialog of what is selected in the active view, as its double click.
+    /// Opens the dialog of the selection in the active view, as a double click does.
     void mnuProperties_Click();
     std::optional<std::string> propertiesCaption() const;
-    /// One dialog for all selected items; from two on.
+    /// Opens one dialog for all selected items; needs at least two.
     void mnuItemProperties_Click();
     std::optional<std::string> itemPropertiesCaption() const;
-    /// The selected rows as a table, to the system's clipboard.
+    /// Copies the selected rows as a table to the system clipboard.
     void mnuCopyTable_Click();
     std::optional<std::string> copyTableCaption() const;
     void mnuDelete_Click() { deletion_.mnuDelete_Click(); }
@@ -172,16 +176,16 @@ class frmEditing final : public LifecycleWindow {
     void mnuList_Click() { ListView1.setView(ListView::View::list); }
     void mnuReport_Click() { ListView1.setView(ListView::View::report); }
 
-    /// Runs a command of the table, unless it is one that cannot be chosen now.
+    /// Runs a command of the table if it can be chosen now.
     void run(const Command& command);
-    /// Runs the command of the toolbar button with that key; an unknown key does nothing.
+    /// Runs the command of the toolbar button with that key. Does nothing if the key is unknown.
     void Toolbar1_ButtonClick(std::string_view key);
     /// Enables and disables every menu entry and toolbar button.
     void EnMenuButt(const CommandState& state);
-    /// A menu, an entry, or an entry's toolbar button: these two always agree.
+    /// Returns whether a menu, or an entry and its toolbar button, is enabled.
     bool isEnabled(const Command& command) const;
 
-    // What the lifecycle asks for.
+    // The calls of the lifecycle:
     void InitObjects() override;
     void loadingStarted() override;
     void itemLoaded() override;
@@ -221,5 +225,5 @@ class frmEditing final : public LifecycleWindow {
     frmFind find_{document_, desktop_, [this] { return focusTree(); }};
     mResize resizing_;
     Window* window_ = nullptr;
-    std::vector<bool> enabled_;  // by the command table's rows
+    std::vector<bool> enabled_;  // one for each row of the command table
 };
