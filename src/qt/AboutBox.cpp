@@ -30,7 +30,7 @@ AboutBox::AboutBox(QWidget* parent) : QDialog(parent) {
     texts->addSpacing(fontMetrics().height());
     auto* contact = new QLabel(toQt(companyContact), this);
     contact->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    contact->setFocusPolicy(Qt::StrongFocus);  // to be copied without a mouse, too
+    contact->setFocusPolicy(Qt::StrongFocus);  // so that the keyboard can copy it
     texts->addWidget(contact);
 
     auto* row = new QHBoxLayout;

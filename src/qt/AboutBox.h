@@ -3,7 +3,7 @@
 
 #include <QDialog>
 
-/// The application's title, version and description, and how to reach its maker.
+/// Shows the application's title, version and description, and the contact of its maker.
 class AboutBox : public QDialog {
     Q_OBJECT
 

@@ -9,15 +9,14 @@
 
 namespace {
 
-/// A tooltip's lines end at blanks only: where there are none for long, the text is told to end
-/// one anywhere.
+/// Lets the lines of a tooltip break inside long words: the toolkit breaks lines at blanks only.
 QString breakable(QString text) {
     constexpr int longest = 60;
     int sinceBlank = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         sinceBlank = text[i].isSpace() ? 0 : sinceBlank + 1;
         if (sinceBlank < longest || text[i].isHighSurrogate()) continue;
-        text.insert(i + 1, QChar(0x200B));  // a blank without a width
+        text.insert(i + 1, QChar(0x200B));  // ZERO WIDTH SPACE
         sinceBlank = 0;
         ++i;
     }
@@ -35,7 +34,8 @@ void showInactive(QStyleOptionViewItem& cell) {
     QPalette& colours = cell.palette;
     const QColor active = colours.color(QPalette::Active, QPalette::Highlight);
     if (colours.color(QPalette::Inactive, QPalette::Highlight) != active) return;
-    // Not every desktop has a colour for this: a grey then, in which the text stays as it is.
+    // Some desktops have the same colour for both. Then the background becomes grey, with the usual
+    // text colour.
     const QColor base = colours.color(QPalette::Active, QPalette::Base);
     const QColor text = colours.color(QPalette::Active, QPalette::Text);
     const auto mix = [](int most, int rest) { return (4 * most + rest) / 5; };
@@ -50,18 +50,18 @@ bool CellDelegate::helpEvent(QHelpEvent* event, QAbstractItemView* view,
     QStringList paragraphs;
     const QString fault = index.data(Qt::ToolTipRole).toString();
     if (!fault.isEmpty()) paragraphs.append(fault);
-    if (index.isValid() && isCut(*view, option, index)) {
+    if (index.isValid() && isElided(*view, option, index)) {
         paragraphs.append(breakable(index.data(wholeTextRole).toString()));
     }
-    // A text that looks like markup is none.
+    // The toolkit must not read the text as markup.
     const QString tip =
         paragraphs.isEmpty() ? QString() : Qt::convertFromPlainText(paragraphs.join('\n'));
     QToolTip::showText(event->globalPos(), tip, view->viewport(), view->visualRect(index));
     return true;
 }
 
-bool CellDelegate::isCut(const QAbstractItemView& view, const QStyleOptionViewItem& option,
-                         const QModelIndex& index) const {
+bool CellDelegate::isElided(const QAbstractItemView& view, const QStyleOptionViewItem& option,
+                            const QModelIndex& index) const {
     QStyleOptionViewItem cell = option;
     initStyleOption(&cell, index);
     if (cell.text != index.data(wholeTextRole).toString()) return true;

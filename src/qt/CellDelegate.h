@@ -1,32 +1,33 @@
-// What the cells of tree and list have in common.
+// Draws the cells of tree and list and shows their tooltips.
 #pragma once
 
 #include <QStyledItemDelegate>
 
 class QKeyEvent;
 
-/// True for the keys that open the properties of what is selected.
+/// Returns whether a key opens the properties of the selected node or row.
 bool opensProperties(const QKeyEvent& key);
 
-/// Makes a selected cell look as one does on which commands do not act.
+/// Draws a selected cell in the inactive colour, for the view that is not the active one.
 void showInactive(QStyleOptionViewItem& cell);
 
-/// Draws a cell as the toolkit does. Its tooltip says what is wrong with the cell, then shows its
-/// text where that is not to be seen whole.
+/// Draws a cell as the toolkit does. Its tooltip contains the fault of the cell, if there is one,
+/// then the text of the cell if it is not completely visible.
 class CellDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
  public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// The cell's text as far as a tooltip can show it. The text to be drawn is shorter.
+    /// The role of a cell's text for its tooltip, cut after that many characters. The text that is
+    /// drawn may be shorter.
     static constexpr int wholeTextRole = Qt::UserRole;
-    static constexpr int shownInTooltip = 5000;
+    static constexpr int tooltipCharacters = 5000;
 
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
  private:
-    bool isCut(const QAbstractItemView& view, const QStyleOptionViewItem& option,
-               const QModelIndex& index) const;
+    bool isElided(const QAbstractItemView& view, const QStyleOptionViewItem& option,
+                  const QModelIndex& index) const;
 };

@@ -28,7 +28,7 @@ FindDialog::FindDialog(frmFind& form)
     connect(text_, &QLineEdit::textChanged, this, look);
     auto* find = bind("cmdFind", form.cmdFind, 'F', [&form] { form.cmdFind_Click(); });
     auto* next = bind("cmdNext", form.cmdNext, 'N', [&form] { form.cmdNext_Click(); });
-    // In the main window too, as long as this dialog is open.
+    // Works in the main window too, while this dialog is open.
     new QShortcut(
         Qt::Key_F3, next, [next] { next->click(); }, Qt::ApplicationShortcut);
     auto* exit = bind("cmdCancel", form.cmdCancel, 'x', [&form] { form.cmdCancel_Click(); });
@@ -41,14 +41,14 @@ FindDialog::FindDialog(frmFind& form)
     showForm();
 }
 
-/// Form_Activate: the text has the keyboard whenever the dialog comes to the front, and is typed
-/// over.
+/// Form_Activate: whenever the dialog becomes active, the text gets the focus and is selected.
 void FindDialog::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::ActivationChange && isActiveWindow()) enter(text_);
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) focusAndSelect(text_);
     FormDialog::changeEvent(event);
 }
 
-/// The main window that comes to the front stays below this dialog, though it does not own it.
+/// Stays above the main window when that becomes active. The toolkit does this only for dialogs
+/// with an owner.
 bool FindDialog::eventFilter(QObject* object, QEvent* event) {
     if (event->type() == QEvent::WindowActivate) raise();
     return FormDialog::eventFilter(object, event);

@@ -6,7 +6,7 @@
 
 class QLineEdit;
 
-/// Stays above the main window, without an owner, and deletes itself when it is closed.
+/// Stays above the main window without an owner. Deletes itself when it is closed.
 class FindDialog : public FormDialog {
     Q_OBJECT
 

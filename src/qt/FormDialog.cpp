@@ -20,9 +20,9 @@
 
 namespace {
 
-/// Drops typed characters that a form's key filter does not let pass, each by itself: an input
-/// method enters several at once. The control characters of keys that edit or command (Backspace,
-/// Ctrl+V and the like) are no typed text.
+/// Drops typed characters that a form's key filter rejects. Each character is checked by itself, as
+/// an input method may enter several at once. Control characters (Backspace, Ctrl+V and the like)
+/// always pass.
 class TypingFilter : public QObject {
  public:
     TypingFilter(std::function<int(int)> filter, QLineEdit* edit)
@@ -30,7 +30,7 @@ class TypingFilter : public QObject {
         edit->installEventFilter(this);
     }
 
-    /// An event that enters what may not pass is replaced by one that enters the rest.
+    /// Replaces an event with rejected characters by an event with the others.
     bool eventFilter(QObject* edit, QEvent* event) override {
         if (event->type() == QEvent::KeyPress) {
             const auto& key = static_cast<QKeyEvent&>(*event);
@@ -94,7 +94,7 @@ QLabel* FormDialog::bind(const Label& label, char accelerator, QWidget* field) {
     auto* widget = new QLabel(withAccelerator(label.caption, accelerator), this);
     widget->setBuddy(field);
     field->setAccessibleName(toQt(label.caption));
-    // Of a combo box with free text, it is the part within it that has the keyboard.
+    // In a combo box with free text, the line edit within it has the focus.
     if (auto* edit = field->findChild<QLineEdit*>()) edit->setAccessibleName(toQt(label.caption));
     bind([widget, &label] { widget->setEnabled(label.enabled); });
     return widget;
@@ -105,10 +105,10 @@ QLineEdit* FormDialog::bind(const char* name, TextBox& box, KeyFilter filter) {
     edit->setObjectName(name);
     if (filter) new TypingFilter(std::move(filter), edit);
     connect(edit, &QLineEdit::textChanged, this,
-            [this, &box](const QString& text) { learn([&] { box.text = fromQt(text); }); });
+            [this, &box](const QString& text) { acceptInput([&] { box.text = fromQt(text); }); });
     bind([edit, &box] {
-        // A text that has not changed keeps its cursor and selection. A field shows as much as it
-        // can lay out while the user types.
+        // An unchanged text keeps its cursor and selection. The field shows no more characters than
+        // its maximum length.
         const QString text = toQt(box.text).left(edit->maxLength());
         if (edit->text() != text) {
             edit->setText(text);
@@ -116,8 +116,8 @@ QLineEdit* FormDialog::bind(const char* name, TextBox& box, KeyFilter filter) {
         }
         edit->setEnabled(box.enabled);
     });
-    takers_.push_back([edit, &box] {
-        if (std::exchange(box.getsFocus, false)) enter(edit);
+    focusMoves_.push_back([edit, &box] {
+        if (std::exchange(box.getsFocus, false)) focusAndSelect(edit);
     });
     return edit;
 }
@@ -127,16 +127,16 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Hand
     combo->setObjectName(name);
     combo->setEditable(freeText);
     combo->setInsertPolicy(QComboBox::NoInsert);
-    // A text from a file, however long, does not widen the dialog.
+    // A long text from a file must not widen the dialog.
     combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    if (freeText) combo->setCompleter(nullptr);  // it would complete what is meant as typed
+    if (freeText) combo->setCompleter(nullptr);  // a completion would replace the typed text
     for (const std::string& text : box.list)
         combo->addItem(toQt(text));
-    // A text from a file may be none of the list; it is kept and can be chosen again.
+    // A text from a file may be missing in the list. It is added, so that it can be chosen again.
     if (!freeText && combo->findText(toQt(box.text)) < 0) combo->insertItem(0, toQt(box.text));
     connect(combo, &QComboBox::currentTextChanged, this,
             [this, &box, changed = std::move(changed)](const QString& text) {
-                learn([&] {
+                acceptInput([&] {
                     box.text = fromQt(text);
                     if (changed) run(changed);
                 });
@@ -144,7 +144,7 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Hand
     bind([combo, &box] {
         const QString text = toQt(box.text);
         if (combo->currentText() == text) return;
-        combo->setCurrentIndex(combo->findText(text));  // the arrow keys go on from there
+        combo->setCurrentIndex(combo->findText(text));  // so that the arrow keys start there
         if (combo->isEditable()) combo->setEditText(text);
     });
     return combo;
@@ -153,7 +153,7 @@ QComboBox* FormDialog::bind(const char* name, ComboBox& box, bool freeText, Hand
 void FormDialog::mark(QLineEdit* edit, FilePlace place) {
     QAction* sign = edit->addAction(icons::mark(), QLineEdit::TrailingPosition);
     sign->setText(tr("Fault"));
-    // Of a part of an address, what the part is.
+    // The usual description of a part of an address is the name of the part.
     const auto look = [edit, sign, place, usual = edit->accessibleDescription()] {
         const QString fault = toQt(faultOf(fromQt(edit->text()), place).text);
         sign->setVisible(!fault.isEmpty());
@@ -177,20 +177,20 @@ QPushButton* FormDialog::bind(const char* name, const Button& button, char accel
     return widget;
 }
 
-void FormDialog::learn(const Handler& take) {
+void FormDialog::acceptInput(const Handler& take) {
     if (!showing_) take();
 }
 
-void FormDialog::enter(QLineEdit* edit) {
+void FormDialog::focusAndSelect(QLineEdit* edit) {
     edit->setFocus();
     edit->selectAll();
 }
 
 void FormDialog::run(const Handler& handler) {
-    if (closed_()) return;  // a second click, as the dialog goes
+    if (closed_()) return;  // a second click while the dialog closes
     const QPointer<FormDialog> alive(this);
     handler();
-    if (!alive) return;  // the program has been ended meanwhile
+    if (!alive) return;  // the handler has ended the program
     showForm();
     if (closed_()) accept();
 }
@@ -200,8 +200,8 @@ void FormDialog::showForm() {
     for (const auto& show : show_)
         show();
     showing_ = false;
-    for (const auto& take : takers_)
-        take();
+    for (const auto& moveFocus : focusMoves_)
+        moveFocus();
 }
 
 void FormDialog::arrange(QLayout* contents, std::initializer_list<QPushButton*> buttons) {

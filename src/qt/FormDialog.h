@@ -1,4 +1,4 @@
-// What all dialogs have in common: the binding of widgets to the controls of a form.
+// The base of all dialogs: binds widgets to the controls of a form.
 #pragma once
 
 #include <QDialog>
@@ -16,23 +16,24 @@ class QLayout;
 class QLineEdit;
 class QPushButton;
 
-/// The window that a box or a dialog opened now stands over and belongs to: the dialog that is
-/// open, else the main window. The find dialog owns none, as it may be taken away at any time.
+/// Returns the owner for a new message box or dialog: the open modal dialog, otherwise the main
+/// window. The find dialog owns none, as it may be closed at any time.
 QWidget* ownerOfDialogs();
 
-/// A caption whose accelerator is that letter of it.
+/// Returns a caption in which that letter is the accelerator.
 QString withAccelerator(std::string_view caption, char accelerator);
 
-/// A modal dialog over a form. Each widget is bound to a control of the form and bears its name.
-/// What the user changes goes into the form at once, and nothing else does: a text that a widget
-/// cannot show as it is stays as it is until the user changes it. After each of its handlers the
-/// widgets show what the form says. The dialog ends when the form says that it is closed. The Tab
-/// key goes through the widgets in the order in which they were bound.
+/// A modal dialog for a form. Each widget is bound to a control of the form and has its name.
+///
+/// Each change by the user is written to the form at once. Nothing else is: if a widget cannot show
+/// a text exactly, the form keeps that text until the user changes it. After each handler of the
+/// form the widgets show the form's values. The dialog closes when `closed` returns true. The Tab
+/// key visits the widgets in the order in which they were bound.
 class FormDialog : public QDialog {
     Q_OBJECT
 
  public:
-    /// `closed` asks the form; `exit` is its handler for leaving by Escape or the title bar.
+    /// `closed` returns whether the form is closed; `exit` is called for Escape and the title bar.
     FormDialog(const char* caption, std::function<bool()> closed, std::function<void()> exit,
                QWidget* owner = ownerOfDialogs());
 
@@ -42,38 +43,39 @@ class FormDialog : public QDialog {
     using KeyFilter = std::function<int(int)>;
     using Handler = std::function<void()>;
 
-    /// A label whose accelerator is the letter, for the field that it stands beside.
+    /// Makes the label of a field. The letter is its accelerator.
     QLabel* bind(const Label& label, char accelerator, QWidget* field);
-    /// Typed characters pass through the filter, where there is one.
+    /// Makes a text field. A filter is called with each typed character; 0 drops the character.
     QLineEdit* bind(const char* name, TextBox& box, KeyFilter filter = nullptr);
-    /// The user may type another text than those proposed only when `freeText`. `changed` runs when
-    /// the user has chosen another.
+    /// Makes a combo box. With `freeText` the user may type texts that are not in the list.
+    /// `changed` is called when the user has changed the text.
     QComboBox* bind(const char* name, ComboBox& box, bool freeText, Handler changed = nullptr);
-    /// Shows a sign in the field, with what is wrong as its tooltip, while its text has a fault in
-    /// that place of the file.
+    /// Shows a sign in the field, with the fault as its tooltip, while the text of the field has a
+    /// fault at that place of the file.
     void mark(QLineEdit* edit, FilePlace place);
-    /// The accelerator is a letter of the caption.
+    /// Makes a button. The accelerator is a letter of the caption.
     QPushButton* bind(const char* name, const Button& button, char accelerator, Handler handler);
-    /// A further thing to show.
+    /// Adds a function that is called whenever the widgets show the form's values.
     void bind(Handler show) { show_.push_back(std::move(show)); }
-    /// What a widget holds has changed: `take` gives it to the form if the user did it.
-    void learn(const Handler& take);
+    /// Called when the value of a widget has changed. Calls `take`, which writes the value to the
+    /// form, if the user made the change.
+    void acceptInput(const Handler& take);
 
-    /// Lays out what the dialog is about, and the buttons below, of which the first is the default.
+    /// Lays out the contents and the row of buttons below. The first button is the default.
     void arrange(QLayout* contents, std::initializer_list<QPushButton*> buttons);
 
-    /// Gives a field the keyboard, its text selected to be typed over.
-    static void enter(QLineEdit* edit);
+    /// Moves the focus to a field and selects its text.
+    static void focusAndSelect(QLineEdit* edit);
 
     /// Runs a handler of the form.
     void run(const Handler& handler);
-    /// Shows what the form says; called once all is bound.
+    /// Shows the form's values. The constructor of a dialog calls it after binding all widgets.
     void showForm();
 
  private:
     std::function<bool()> closed_;
     Handler exit_;
     std::vector<Handler> show_;
-    std::vector<Handler> takers_;  // of the keyboard, where the form gives it to a field
+    std::vector<Handler> focusMoves_;  // each moves the focus to its field if the form asks for it
     bool showing_ = false;
 };

@@ -14,7 +14,8 @@ QString pathOf(const char* folder, std::string_view key) {
     return QString(":/icons/%1/%2." PICTURE_FORMAT).arg(folder, toQt(key));
 }
 
-/// A picture is read once: the views ask for one at every cell that they paint.
+/// Reads each picture once, as the views need one for every cell that they paint. `substitute` is
+/// the key of the picture to use when there is none for `key`.
 const QIcon& picture(const char* folder, std::string_view key, std::string_view substitute) {
     static QHash<QString, QIcon> known;
     const QString path = pathOf(folder, key);
@@ -22,7 +23,7 @@ const QIcon& picture(const char* folder, std::string_view key, std::string_view 
     if (place == known.end()) {
         const QString file = QFile::exists(path) ? path : pathOf(folder, substitute);
         QIcon icon;
-        // In a selected row too: the tint that the toolkit gives it there makes it hard to see.
+        // The same picture for selected rows: the toolkit would tint it, which is hard to see.
         for (const auto mode : {QIcon::Normal, QIcon::Selected})
             icon.addFile(file, QSize(), mode);
         place = known.insert(path, icon);
@@ -52,7 +53,7 @@ QIcon marked(const QIcon& picture) {
     auto place = known.find(picture.cacheKey());
     if (place == known.end()) {
         QIcon icon;
-        // The sizes of the views, at every usual scale of a screen.
+        // The sizes that the views use at the usual scales of screens.
         for (const int side : {16, 24, 32, 48, 64, 96}) {
             QPixmap drawn = picture.pixmap(QSize(side, side), 1);
             const int sign = side * 11 / 16;

@@ -1,4 +1,4 @@
-// The pictures of the editor, by the keys under which the rules know them.
+// The pictures of the editor. The keys are those that the other layers use.
 #pragma once
 
 #include <QColor>
@@ -12,25 +12,26 @@ namespace icons {
 /// Tree nodes and small list icons: "plc", "serial", "branch", "config", "item", "main".
 const QIcon& tree(std::string_view key);
 
-/// Large list icons: "plc", "item" and the EIS data types. A data type without a picture of its
-/// own gets that of an item.
+/// Large list icons: "plc", "item" and the EIS data types. A data type without its own picture has
+/// that of an item.
 const QIcon& list(std::string_view key);
 
-/// Toolbar buttons.
+/// Toolbar buttons, by ToolbarButton::picture.
 const QIcon& toolbar(std::string_view key);
 
-/// The size of a small picture beside a text: 16 pixels, more where the text is larger.
+/// The size of a small picture beside a text, in pixels: 16, or more if the text is larger.
 QSize besideText(const QFontMetrics& text);
 
-/// The sign beside a text that would spoil the saved file.
+/// The sign for a text that would make the saved file faulty.
 const QIcon& mark();
 
-/// The picture with that sign in its corner.
+/// Returns a picture with that sign in its corner.
 QIcon marked(const QIcon& picture);
 
-/// The colour of such a text, to be read on the palette's background.
+/// The colour of such a text; readable on the palette's background.
 QColor markColour(const QPalette& palette);
 
+/// The icon of the application.
 QIcon application();
 
 }  // namespace icons

@@ -21,7 +21,8 @@
 #include "model/DataTypes.h"
 #include "qt/Text.h"
 
-/// A quiet line, shortened in the middle where it has no room; it keeps its height without a text.
+/// A pale line of text, elided in the middle if it is too long. It has its height without a text
+/// too.
 class ItemDialog::HintLabel : public QLabel {
  public:
     using QLabel::QLabel;
@@ -40,14 +41,14 @@ class ItemDialog::HintLabel : public QLabel {
 
 namespace {
 
-/// What each type is, and the present one.
+/// Sets the description of each data type, and of the chosen one, as a tooltip.
 void explainDataTypes(QComboBox* types) {
     const auto explanation = [](const QString& name) {
         const DataType* type = findDataType(fromQt(name));
         return type == nullptr ? QString() : toQt(descriptionOf(*type));
     };
     {
-        const QSignalBlocker quiet(types);  // no other type is chosen by that
+        const QSignalBlocker quiet(types);  // setItemData() must not count as a choice
         for (int i = 0; i < types->count(); ++i)
             types->setItemData(i, explanation(types->itemText(i)), Qt::ToolTipRole);
     }
@@ -83,7 +84,7 @@ ItemDialog::ItemDialog(frmItems& form)
     auto* cancel = bind("cmdCancel", form_.cmdCancel, 'x', [this] { form_.cmdCancel_Click(); });
     arrange(contents, {ok_, add, group, cancel});
     showForm();
-    enter(name_);
+    focusAndSelect(name_);
 }
 
 QWidget* ItemDialog::buildFields() {
@@ -137,7 +138,7 @@ QWidget* ItemDialog::buildAddress() {
         part->installEventFilter(this);
         address_.append(part);
         connect(part, &QLineEdit::textChanged, this,
-                [this, i](const QString& text) { learn([&] { addressChanged(i, text); }); });
+                [this, i](const QString& text) { acceptInput([&] { addressChanged(i, text); }); });
         row->addWidget(part, 1);
     }
     return parts;
@@ -162,7 +163,7 @@ QWidget* ItemDialog::buildFlag() {
     row->addStretch();
     frame->setFocusProxy(group->button(0));
     connect(group, &QButtonGroup::idToggled, this, [this](int option, bool chosen) {
-        learn([&] {
+        acceptInput([&] {
             if (chosen) form_.optLettura = static_cast<std::size_t>(option);
         });
     });
@@ -185,23 +186,23 @@ QWidget* ItemDialog::buildCountPanel() {
     return panel;
 }
 
-/// The dialog grows for the panel, and has its former height without it.
+/// Makes the dialog higher for the panel, and restores its height when the panel closes.
 void ItemDialog::showCountPanel(bool visible) {
     if (visible == panel_->isVisibleTo(this)) return;
-    // Before the panel goes: the toolkit would give the keyboard to the next button.
+    // Before the panel is hidden: otherwise the toolkit moves the focus to the next button.
     (visible ? okCount_ : ok_)->setDefault(true);
-    if (!visible) enter(name_);
+    if (!visible) focusAndSelect(name_);
     const int before = height();
     panel_->setVisible(visible);
     layout()->activate();
     if (visible) {
-        grown_ = height() - before;
+        grownBy_ = height() - before;
     } else {
-        resize(width(), before - grown_);
+        resize(width(), before - grownBy_);
     }
 }
 
-/// Escape leaves the count panel first.
+/// While the count panel is open, Escape closes only that.
 void ItemDialog::keyPressEvent(QKeyEvent* event) {
     if (form_.frmInserimento.visible && event->matches(QKeySequence::Cancel)) {
         run([this] { form_.closeCountPanel(); });
@@ -210,7 +211,7 @@ void ItemDialog::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-/// What is typed into a part of the address with a slash goes to the next parts.
+/// A slash that is typed into a part of the address continues in the next part.
 bool ItemDialog::eventFilter(QObject* object, QEvent* event) {
     QString typed;
     if (event->type() == QEvent::KeyPress) typed = static_cast<QKeyEvent&>(*event).text();
@@ -228,8 +229,8 @@ bool ItemDialog::enterAddress(std::size_t part, const QString& text) {
     return true;
 }
 
-/// Another text is in a part of the address. With a slash it was pasted, perhaps into what was
-/// there before.
+/// Called when the text of a part of the address has changed. A text with a slash was pasted; the
+/// field may then contain old text around it.
 void ItemDialog::addressChanged(std::size_t part, const QString& text) {
     if (text.contains('/')) {
         const QString pasted = QGuiApplication::clipboard()->text().trimmed();

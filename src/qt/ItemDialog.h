@@ -4,6 +4,7 @@
 #include "dialogs/frmItems.h"
 #include "qt/FormDialog.h"
 
+/// Changes one item, or adds items: shows a frmItems.
 class ItemDialog : public FormDialog {
     Q_OBJECT
 
@@ -34,5 +35,5 @@ class ItemDialog : public FormDialog {
     QLineEdit* count_ = nullptr;
     QPushButton* ok_ = nullptr;
     QPushButton* okCount_ = nullptr;
-    int grown_ = 0;  // for the count panel
+    int grownBy_ = 0;  // by how many pixels the count panel has made the dialog higher
 };

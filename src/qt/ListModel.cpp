@@ -31,7 +31,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     const auto hasFault = [&] { return fault().kind != FaultKind::none; };
     switch (role) {
         case Qt::DisplayRole: return toQt(text, drawnCharacters);
-        case CellDelegate::wholeTextRole: return toQt(text, CellDelegate::shownInTooltip);
+        case CellDelegate::wholeTextRole: return toQt(text, CellDelegate::tooltipCharacters);
         case Qt::DecorationRole: {
             if (column != ListView::nameColumn) return hasFault() ? icons::mark() : QVariant();
             const QIcon& picture =
@@ -43,7 +43,7 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
         case Qt::ToolTipRole:
         case Qt::AccessibleDescriptionRole: {
             if (hasFault()) return toQt(fault().text);
-            // The large picture is that of the data type.
+            // The icon of an item is its data type. The tooltip describes the type.
             const DataType* type = text == row.icon ? findDataType(text) : nullptr;
             return type == nullptr ? QVariant() : toQt(descriptionOf(*type));
         }
@@ -52,8 +52,8 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
     }
 }
 
-/// The fault of a cell's text. Worked out for what is painted: nobody looks
-/// at all rows of a large branch.
+/// The fault of a cell's text. It is found when the cell is painted, as the user does not look at
+/// all rows of a large branch. Only faults of long texts are stored.
 Fault ListModel::faultOf(int row, int column) const {
     constexpr std::size_t readAtOnce = 10'000;
     const auto& shown = list_.rows()[static_cast<std::size_t>(row)];
@@ -67,7 +67,7 @@ Fault ListModel::faultOf(int row, int column) const {
 }
 
 QVariant ListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    // A view may ask for what it had before the columns changed.
+    // A view may still ask for a column that was removed.
     if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
     switch (role) {
         case Qt::DisplayRole:

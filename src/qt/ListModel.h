@@ -1,4 +1,4 @@
-// The contents list as the toolkit's views read it.
+// The contents list as a model for the toolkit's views.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -9,7 +9,7 @@
 #include "file/FileRules.h"
 #include "model/ListView.h"
 
-/// Shows the rows of the list, without a copy.
+/// Provides the rows of the list without copying them.
 class ListModel : public QAbstractTableModel, private ListView::Listener {
     Q_OBJECT
 
@@ -22,15 +22,15 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
-    /// The large pictures instead of the small ones.
+    /// Chooses large pictures instead of small ones.
     void setLargeIcons(bool large) { largeIcons_ = large; }
-    /// The size of every cell; an invalid one leaves it to the texts.
+    /// Sets the size of every cell. With an invalid size, it depends on the texts.
     void setCellSize(QSize size) { cellSize_ = size; }
 
  Q_SIGNALS:
     void columnsRebuilt();
     void viewModeChanged();
-    /// The row is to be scrolled into view.
+    /// The views scroll the row into view.
     void rowMadeVisible(const QModelIndex& index);
 
  private:
@@ -51,6 +51,6 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     const FileRules& rules_;
     bool largeIcons_ = false;
     QSize cellSize_;
-    // Of the longest texts, by row and column: they are asked for at every stroke of the brush.
+    // The faults of very long texts by row and column, as every painting needs them.
     mutable std::map<std::pair<int, int>, Fault> faults_;
 };

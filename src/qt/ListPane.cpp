@@ -18,8 +18,8 @@
 
 namespace {
 
-/// One of the list's two views. Of its selection one sees whether commands act on it. Keys come to
-/// the view, the mouse to its viewport.
+/// One of the list's two views. Its selection has the active colour while the list is active. The
+/// toolkit sends key events to the view, and mouse events to its viewport.
 template <typename View>
 class PaneView : public View {
  public:
@@ -28,7 +28,7 @@ class PaneView : public View {
  protected:
     void initViewItemOption(QStyleOptionViewItem* option) const override {
         View::initViewItemOption(option);
-        if (!pane_->acting()) showInactive(*option);
+        if (!pane_->isActive()) showInactive(*option);
     }
 
     bool event(QEvent* event) override {
@@ -43,8 +43,8 @@ class PaneView : public View {
     ListPane* pane_;
 };
 
-/// The headings of the columns. One that has too little room ends with "…"; the toolkit's own elide
-/// mode cuts it in the middle of a letter.
+/// The headings of the columns. A heading that is too long ends with "…". The toolkit's own elide
+/// mode would cut it in the middle of a letter.
 class Headings : public QHeaderView {
  public:
     explicit Headings(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
@@ -84,7 +84,7 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
       report_(new PaneView<QTreeView>(this)),
       icons_(new PaneView<QListView>(this)) {
     report_->setHeader(new Headings(report_));
-    report_->header()->setSectionsClickable(true);  // a header that is set loses it
+    report_->header()->setSectionsClickable(true);  // setHeader() turns it off
     prepare(*report_, model_, tr("Contents"));
     report_->setRootIsDecorated(false);
     report_->setUniformRowHeights(true);
@@ -112,14 +112,14 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
             [this](const QModelIndex& current) {
                 if (!current.isValid() || restoring_) return;
                 list_.setCurrentRow(static_cast<std::size_t>(current.row()));
-                choose();  // the keyboard chooses a row just as the mouse does
+                reportClick();  // by the keyboard or the mouse
             });
     for (QAbstractItemView* view :
          {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
         view->installEventFilter(this);
         view->viewport()->installEventFilter(this);
         connect(view, &QAbstractItemView::clicked, this, [this] {
-            if (!isReported_) choose();
+            if (!isClickReported_) reportClick();
         });
         connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
     }
@@ -130,8 +130,8 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
     });
 }
 
-void ListPane::setActing(bool acting) {
-    acting_ = acting;
+void ListPane::setActive(bool active) {
+    isActive_ = active;
     repaintRows();
 }
 
@@ -155,27 +155,27 @@ bool ListPane::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ListPane::handle(const QEvent& event, const std::function<bool()>& byView) {
-    if (event.type() == QEvent::MouseButtonPress) isReported_ = false;
+    if (event.type() == QEvent::MouseButtonPress) isClickReported_ = false;
     const bool isInner = std::exchange(inEvent_, true);
     const bool handled = byView();
     inEvent_ = isInner;
-    if (!isInner && std::exchange(isChosen_, false)) choose();
+    if (!isInner && std::exchange(isClickPending_, false)) reportClick();
     return handled;
 }
 
-void ListPane::choose() {
+void ListPane::reportClick() {
     if (inEvent_) {
-        isChosen_ = true;
+        isClickPending_ = true;
         return;
     }
-    isReported_ = true;
+    isClickReported_ = true;
     Q_EMIT rowClicked();
 }
 
 void ListPane::pressed(const QMouseEvent& event) {
     pressedAt_ = event.globalPosition().toPoint();
     const auto* view = qobject_cast<QAbstractItemView*>(currentWidget());
-    // As the left button does. What the menu offers is then about no row.
+    // As the left button does. The context menu then applies to no row.
     if (event.button() == Qt::RightButton && !view->indexAt(event.position().toPoint()).isValid()) {
         selection_->clearSelection();
     }
@@ -195,13 +195,12 @@ bool ListPane::keyPressed(QKeyEvent& key) {
         Q_EMIT rowDoubleClicked();
         return true;
     }
-    // The toolkit would put a text on the clipboard, and names that wait there to be pasted would
-    // be lost.
+    // The toolkit would copy a text to the clipboard, which may contain names to be pasted.
     return key.matches(QKeySequence::Copy);
 }
 
-/// The first arrow key selects a row where none is: the toolkit would go on from one that is not
-/// selected.
+/// Returns whether the key is an arrow key while no row is selected. It then selects the current
+/// row or the first. The toolkit would move on from the current row.
 bool ListPane::beginsSelection(const QKeyEvent& key) const {
     const bool isAside = key.key() == Qt::Key_Left || key.key() == Qt::Key_Right;
     const bool isArrow = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down ||
@@ -214,12 +213,12 @@ void ListPane::rightButtonReleased(const QMouseEvent& event) {
     const QPoint place = event.globalPosition().toPoint();
     if (event.button() != Qt::RightButton) return;
     if ((place - pressedAt_).manhattanLength() >= QApplication::startDragDistance()) return;
-    if (!isReported_) choose();  // it may have been selected before
+    if (!isClickReported_) reportClick();  // if the row was selected before the click
     Q_EMIT menuRequested(place);
 }
 
-/// From the keyboard. Some systems would open it when the right button is pressed, others when it
-/// is released: here it is the latter everywhere, as in the tree.
+/// Handles the keyboard only. With the mouse the menu opens when the right button is released, on
+/// all systems; some would open it when the button is pressed.
 void ListPane::contextMenuEvent(QContextMenuEvent* event) {
     if (event->reason() != QContextMenuEvent::Keyboard) return;
     const auto* view = qobject_cast<QAbstractItemView*>(currentWidget());
@@ -255,7 +254,7 @@ void ListPane::changeEvent(QEvent* event) {
     QStackedWidget::changeEvent(event);
     if (event->type() != QEvent::FontChange) return;
     report_->setIconSize(icons::besideText(fontMetrics()));
-    showViewMode();  // cells as large as their texts
+    showViewMode();  // the size of the cells depends on the font
 }
 
 void ListPane::showIcons(bool large, bool inColumns) {
@@ -276,14 +275,14 @@ void ListPane::showIcons(bool large, bool inColumns) {
 
 void ListPane::setColumnWidths() {
     const auto& columns = list_.columns();
-    // Not the viewport's, which has none before the list is shown for the first time.
+    // Not the width of the viewport, which has none before the list is shown for the first time.
     const int ownWidth = width() - 2 * report_->frameWidth();
     for (std::size_t i = 0; i < columns.size(); ++i)
         report_->setColumnWidth(static_cast<int>(i), static_cast<int>(columns[i].width * ownWidth));
     report_->horizontalScrollBar()->setValue(0);
 }
 
-/// What a column needs for its heading. A window that becomes small cuts none off.
+/// The width that a column needs for its heading. Columns do not become narrower than it.
 int ListPane::headingWidth(std::size_t column) const {
     return report_->header()->sectionSizeHint(static_cast<int>(column));
 }
@@ -292,19 +291,19 @@ void ListPane::keepColumnWidths() {
     keptWidths_.clear();
     for (int column = 0; column < model_->columnCount(); ++column)
         keptWidths_.push_back(report_->columnWidth(column));
-    keptAt_ = width();
+    keptListWidth_ = width();
 }
 
-/// The columns follow the list, as its font does. They are computed from the widths that they
-/// were built with, or that the user gave them, so that none is lost on the way.
+/// Resizes the columns in proportion to the list. The widths are computed from the kept widths, so
+/// that rounding errors do not add up.
 void ListPane::resizeEvent(QResizeEvent* event) {
     QStackedWidget::resizeEvent(event);
-    if (keptAt_ == 0) return;
+    if (keptListWidth_ == 0) return;
     const QScopedValueRollback guard(scaling_, true);
     for (std::size_t i = 0; i < keptWidths_.size(); ++i) {
         const int least = std::min(keptWidths_[i], headingWidth(i));
         report_->setColumnWidth(static_cast<int>(i),
-                                std::max(least, keptWidths_[i] * width() / keptAt_));
+                                std::max(least, keptWidths_[i] * width() / keptListWidth_));
     }
 }
 
@@ -338,12 +337,12 @@ void ListPane::selectionChanged(const QItemSelection& selected, const QItemSelec
     if (restoring_) return;
     const auto mark = [this](const QItemSelection& ranges, bool value) {
         for (const QItemSelectionRange& range : ranges) {
-            if (range.left() != 0) continue;  // a row is what its first column is
+            if (range.left() != 0) continue;  // the first column decides for the row
             for (int row = range.top(); row <= range.bottom(); ++row)
                 list_.setSelected(static_cast<std::size_t>(row), value);
         }
     };
     mark(deselected, false);
     mark(selected, true);
-    if (!selected.isEmpty()) choose();
+    if (!selected.isEmpty()) reportClick();
 }

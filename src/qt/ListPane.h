@@ -14,23 +14,24 @@ class QListView;
 class QMenu;
 class QTreeView;
 
-/// Shows the contents list in its four view modes, which share one model and one selection, and
-/// tells the list which rows the user has selected.
+/// Shows the contents list in its four view modes, which share one model and one selection. Writes
+/// the rows that the user selects to the list.
 class ListPane : public QStackedWidget {
     Q_OBJECT
 
  public:
     ListPane(ListView& list, const FileRules& rules, QWidget* parent);
 
-    /// Commands act on the list: only then is its selection drawn with the active colour.
-    void setActing(bool acting);
-    bool acting() const { return acting_; }
+    /// Sets whether commands use the selection of the list. Only then is it drawn in the active
+    /// colour.
+    void setActive(bool active);
+    bool isActive() const { return isActive_; }
     void repaintRows();
-    /// Has a view handle an event. However often the toolkit tells of a row that is chosen by it,
-    /// rowClicked() is told once, and at the end.
+    /// Calls `byView`, with which a view handles an event, and returns its result. Afterwards emits
+    /// rowClicked() once if the event has chosen a row, as the toolkit may emit several signals.
     bool handle(const QEvent& event, const std::function<bool()>& byView);
-    /// What the context menu offers beside the commands: what clicks on the headers do, also
-    /// without a mouse and where there are no headers.
+    /// Adds the sort commands to the context menu, for the keyboard and for view modes without
+    /// headers.
     void addOwnEntries(QMenu& menu);
 
  Q_SIGNALS:
@@ -39,7 +40,7 @@ class ListPane : public QStackedWidget {
     void rowDoubleClicked();
     void columnClicked(std::size_t column);
     void viewModeChanged();
-    /// The context menu is to open at that place of the screen.
+    /// The user asks for the context menu at that place of the screen.
     void menuRequested(QPoint place);
 
  protected:
@@ -49,7 +50,7 @@ class ListPane : public QStackedWidget {
     void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
-    void choose();
+    void reportClick();
     void showViewMode();
     void showIcons(bool large, bool inColumns);
     bool keyPressed(QKeyEvent& key);
@@ -67,16 +68,17 @@ class ListPane : public QStackedWidget {
     QTreeView* report_;
     QListView* icons_;
     QItemSelectionModel* selection_;
-    // What the columns' widths are computed from while the list changes its own.
+    // The column widths that the user or setColumnWidths() set, and the width of the list then. The
+    // widths in a list of another size are computed from them.
     std::vector<int> keptWidths_;
-    int keptAt_ = 0;
+    int keptListWidth_ = 0;
     bool columnsRebuilt_ = false;
     bool scaling_ = false;
     bool restoring_ = false;
-    bool acting_ = false;
+    bool isActive_ = false;
     QPoint pressedAt_;  // by the right button
-    // The toolkit tells of one click up to three times.
+    // The toolkit emits up to three signals for one click.
     bool inEvent_ = false;
-    bool isChosen_ = false;    // in this event
-    bool isReported_ = false;  // since the button went down
+    bool isClickPending_ = false;   // by the event being handled
+    bool isClickReported_ = false;  // since the mouse button was pressed
 };

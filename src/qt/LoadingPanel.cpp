@@ -27,9 +27,9 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
     bar_->setAccessibleName(tr("Progress of loading"));
     cancel_->setObjectName("cmdCancel");
     cancel_->setFocusPolicy(Qt::NoFocus);
-    QSizePolicy keepsItsPlace = cancel_->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    cancel_->setSizePolicy(keepsItsPlace);
+    QSizePolicy retained = cancel_->sizePolicy();
+    retained.setRetainSizeWhenHidden(true);
+    cancel_->setSizePolicy(retained);
     auto* column = new QVBoxLayout(this);
     const int margin = fontMetrics().height();
     column->setContentsMargins(margin * 2, margin, margin * 2, margin);
@@ -64,8 +64,8 @@ void LoadingPanel::follow() {
     }
 }
 
-/// The work gives events a turn, but none to the user's, which would find the editor in the middle
-/// of something. Here they have one, and only the panel gets them.
+/// Processes the user's input, but only for this panel. The work itself processes other pending
+/// events only, as input would reach commands while the configuration is incomplete.
 void LoadingPanel::takeInput() {
     refresh_.stop();
     qApp->installEventFilter(this);
@@ -75,7 +75,7 @@ void LoadingPanel::takeInput() {
 }
 
 bool LoadingPanel::eventFilter(QObject* object, QEvent* event) {
-    if (QApplication::activeModalWidget() != nullptr) return false;  // which keeps all to itself
+    if (QApplication::activeModalWidget() != nullptr) return false;  // it gets all input
     switch (event->type()) {
         case QEvent::KeyPress:
             if (static_cast<QKeyEvent*>(event)->matches(QKeySequence::Cancel)) {
@@ -86,7 +86,8 @@ bool LoadingPanel::eventFilter(QObject* object, QEvent* event) {
         case QEvent::MouseButtonRelease:
         case QEvent::MouseButtonDblClick:
         case QEvent::MouseMove:
-            // A window's goes to the widget under the pointer, and comes here again.
+            // The toolkit sends an event of a window on to the widget under the pointer, and so
+            // calls this again.
             return !object->isWindowType() && object != cancel_;
         case QEvent::KeyRelease:
         case QEvent::ShortcutOverride:

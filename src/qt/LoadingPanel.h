@@ -1,4 +1,4 @@
-// The status panel over the main window.
+// The status panel in the main window.
 #pragma once
 
 #include <QFrame>
@@ -10,17 +10,17 @@ class QLabel;
 class QProgressBar;
 class QPushButton;
 
-/// Shown while a file loads: says so, and that it goes on. Where it takes long it has a Cancel
-/// button, and takes Escape for it; what else is typed or clicked then is lost.
+/// Shows the progress while a file loads. When loading takes long, it has a Cancel button, and
+/// Escape cancels too; all other input is dropped.
 class LoadingPanel : public QFrame {
     Q_OBJECT
 
  public:
     LoadingPanel(frmEditing& form, QWidget* parent);
 
-    /// Takes the middle of an area, with room for its text.
+    /// Moves itself to the middle of an area, and sets its size to fit its text.
     void centerIn(QSize area);
-    /// Shows or hides itself as the form says.
+    /// Shows or hides itself, depending on the form.
     void follow();
 
  protected:

@@ -31,14 +31,14 @@ QRect rectangleOf(const Rectangle& rectangle) {
     return {rectangle.left, rectangle.top, rectangle.width, rectangle.height};
 }
 
-/// The caption without the marks of accelerator letters.
+/// The caption without "&".
 QString plainCaption(const Command& command) { return toQt(command.caption).remove('&'); }
 
 QList<QKeySequence> keysOf(std::string_view shortcut) {
     return QKeySequence::listFromString(toQt(shortcut));
 }
 
-/// The keys that no menu shows, each once.
+/// The keys that no menu shows, without duplicates.
 QList<QKeySequence> hiddenKeysOf(const Command& command) {
     constexpr std::array desktopKeys{QKeySequence::UnknownKey, QKeySequence::New,
                                      QKeySequence::Open,       QKeySequence::Save,
@@ -50,13 +50,13 @@ QList<QKeySequence> hiddenKeysOf(const Command& command) {
     return keys;
 }
 
-/// The one file that is dragged, if it is one.
+/// The path of the dragged file; empty if there is none or more than one.
 QString fileIn(const QDropEvent& event) {
     const auto urls = event.mimeData()->urls();
     return urls.size() == 1 ? QDir::toNativeSeparators(urls.front().toLocalFile()) : QString();
 }
 
-/// The empty window says how to begin.
+/// The text in the window while no configuration is open.
 QLabel* makeHint(QWidget* parent) {
     const auto caption = [](std::string_view command) {
         return "<b>" + plainCaption(commandNamed(command)) + "</b>";
@@ -93,7 +93,7 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
     addHiddenKeys();
     connectViews();
     setAcceptDrops(true);
-    // Menus, all buttons, and some rows beside each other.
+    // Room for the menus, all buttons and some rows.
     setMinimumSize(fontMetrics().averageCharWidth() * 80, fontMetrics().height() * 20);
 
     form_.setWindow(this);
@@ -106,7 +106,7 @@ MainWindow::MainWindow(frmEditing& form, Document& document)
 
 MainWindow::~MainWindow() {
     form_.setWindow(nullptr);
-    disconnect(qApp, nullptr, this, nullptr);  // the focus changes as the parts go
+    disconnect(qApp, nullptr, this, nullptr);  // the focus changes while the widgets are deleted
 }
 
 void MainWindow::buildMenus() {
@@ -142,7 +142,7 @@ void MainWindow::buildMenus() {
 void MainWindow::buildToolbar() {
     toolbar_->setObjectName("Toolbar1");
     toolbar_->setWindowTitle(tr("Toolbar"));
-    // The toolkit's own button, for those that have no room.
+    // The toolkit's button for the commands that do not fit.
     if (auto* more = toolbar_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
         more->setAccessibleName(tr("More commands"));
     }
@@ -163,13 +163,13 @@ void MainWindow::buildToolbar() {
         toolbar_->addAction(action);
         QWidget* button = toolbar_->widgetForAction(action);
         button->setObjectName(toQt(place.key));
-        // The toolkit would show the caption in place of the tooltip that is missing.
+        // The toolkit would show the caption if there is no tooltip.
         if (place.tooltip.empty()) button->installEventFilter(this);
         bound_.push_back({action, command});
     }
 }
 
-/// A key that is not to be seen in the menus has an action of its own.
+/// Makes a separate action for the keys that no menu shows.
 void MainWindow::addHiddenKeys() {
     for (const Command& command : commandTable()) {
         const auto keys = hiddenKeysOf(command);
@@ -198,17 +198,17 @@ void MainWindow::connectViews() {
     connect(list_, &ListPane::rowDoubleClicked, this, [this] { form_.ListView1_DblClick(); });
     connect(list_, &ListPane::columnClicked, this,
             [this](std::size_t column) { form_.ListView1_ColumnClick(column); });
-    // Toolbar and menus take no focus of their own.
+    // Toolbar and menus do not take the focus.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget* /*old*/, QWidget* now) {
         if (now == tree_) form_.activeControl = View::tree;
         if (list_->isAncestorOf(now)) form_.activeControl = View::list;
-        showActing();
+        showActiveView();
     });
 }
 
-void MainWindow::showActing() {
-    tree_->setActing(form_.activeControl == frmEditing::ActiveControl::tree);
-    list_->setActing(form_.activeControl == frmEditing::ActiveControl::list);
+void MainWindow::showActiveView() {
+    tree_->setActive(form_.activeControl == frmEditing::ActiveControl::tree);
+    list_->setActive(form_.activeControl == frmEditing::ActiveControl::list);
 }
 
 void MainWindow::showViewMode() {
@@ -233,7 +233,8 @@ void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
     menu->popup(place);
 }
 
-/// What the menus have too, with its caption, keys and state; or an entry as it is now.
+/// Adds the action of the menu bar; for a command of the context menus only, a new action with its
+/// present caption.
 void MainWindow::addEntry(QMenu& menu, const Command& command) {
     QAction* action = findChild<QAction*>(toQt(command.name));
     if (command.captionNow != nullptr) {
@@ -251,14 +252,14 @@ void MainWindow::addEntry(QMenu& menu, const Command& command) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-    // A moved file would be taken away from where it is.
+    // If a file were moved, it would be deleted from its folder.
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(form_.isFree() && event->possibleActions().testFlag(Qt::CopyAction) &&
                        form_.acceptsFile(fromQt(fileIn(*event))));
 }
 
-/// Once the drag is over: it may hold the mouse, and the questions need it. By then a command may
-/// have begun, and its dialog be open: then the file was dropped too late.
+/// Opens the file after the drag has ended, as a drag may hold the mouse, which questions need. If
+/// a dialog has been opened in between, the file is ignored.
 void MainWindow::dropEvent(QDropEvent* event) {
     event->setDropAction(Qt::CopyAction);
     event->accept();
@@ -274,11 +275,11 @@ void MainWindow::showEvent(QShowEvent* event) {
     if (!laidOut_) layOut();
 }
 
-/// Places the parts by the fixed fractions of the inner area of a window of the reference size.
-/// The desktop may have given it another one: that is then the first to be followed.
+/// Places the parts for a window of the reference size, then resizes them if the desktop has given
+/// the window another size.
 void MainWindow::layOut() {
     layout()->activate();                            // so that the inner area has its size
-    const int frame = height() - client_->height();  // the menus
+    const int frame = height() - client_->height();  // the height of the menu bar
     innerReference_ = {form_.referenceSize.width, form_.referenceSize.height - frame};
     const EditingLayout parts = frmEditing::layoutFor(innerReference_);
     toolbar_->setGeometry(rectangleOf(parts.toolbar));
@@ -300,16 +301,15 @@ void MainWindow::resizeEvent(QResizeEvent* event) {
     if (laidOut_) resizeParts();
 }
 
-/// The inner area is the form, not the window: the menus keep their height, and what they leave
-/// is filled.
+/// The parts follow the inner area, not the whole window, as the menu bar keeps its height.
 void MainWindow::resizeParts() {
     layout()->activate();
     form_.Form_Resize(innerArea_, innerReference_);
     hint_->setGeometry(client_->rect());
 }
 
-/// Buttons as high as the toolbar, and in them pictures as large as look well; these are drawn at
-/// any size. In a low toolbar the buttons do without a margin rather than be cut off.
+/// Sets the size of the buttons and their pictures for a toolbar of that height in pixels. In a low
+/// toolbar the buttons have no margin, so that they are not cut off.
 void MainWindow::setToolbarPicture(int toolbarHeight) {
     const int picture = std::clamp(toolbarHeight * 2 / 3, std::min(16, toolbarHeight), 32);
     const int button = std::min(toolbarHeight, picture + 9);
@@ -332,7 +332,7 @@ void MainWindow::formChanged() {
     const bool treeAppears = form_.TreeView1.enabled && !tree_->isEnabled();
     tree_->setVisible(form_.TreeView1.visible);
     tree_->setEnabled(form_.TreeView1.enabled);
-    if (treeAppears) tree_->setFocus();  // so that the keyboard works from the start
+    if (treeAppears) tree_->setFocus();  // so that the keyboard works at once
     list_->setVisible(form_.ListView1State.visible);
     list_->setEnabled(form_.ListView1State.enabled);
     panel_->follow();
@@ -341,7 +341,7 @@ void MainWindow::formChanged() {
 
 void MainWindow::focusTree() {
     tree_->setFocus();
-    showActing();
+    showActiveView();
 }
 
 bool MainWindow::isBehindDialog() const { return QApplication::activeModalWidget() != nullptr; }

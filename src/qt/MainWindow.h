@@ -1,4 +1,4 @@
-// The editor's main window.
+// The main window of the editor, in the toolkit.
 #pragma once
 
 #include <QMainWindow>
@@ -15,8 +15,8 @@ class QMenu;
 class QToolBar;
 class TreePane;
 
-/// Binds the main form to the toolkit: what is clicked goes to the form's handlers, and what the
-/// form says of views, panel and commands is shown.
+/// Binds the main form to the toolkit. Clicks call the form's handlers; views, panel and commands
+/// show the form's state.
 class MainWindow : public QMainWindow, private frmEditing::Window {
     Q_OBJECT
 
@@ -25,7 +25,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     ~MainWindow() override;
 
  Q_SIGNALS:
-    /// The program is to end with that status; the window asks no more questions.
+    /// The program must end with that exit status. The window asks no more questions.
     void applicationEnded(int exitStatus);
 
  protected:
@@ -37,7 +37,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void dropEvent(QDropEvent* event) override;
 
  private:
-    /// An action and the row of the command table that governs it.
+    /// An action and its row of the command table.
     struct Bound {
         QAction* action;
         const Command* command;
@@ -50,7 +50,7 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     void showContextMenu(frmEditing::ActiveControl view, QPoint place);
     void addEntry(QMenu& menu, const Command& command);
     void showViewMode();
-    void showActing();
+    void showActiveView();
     void layOut();
     void resizeParts();
     void setToolbarPicture(int toolbarHeight);
@@ -70,6 +70,6 @@ class MainWindow : public QMainWindow, private frmEditing::Window {
     std::vector<Bound> bound_;
     ResizableArea innerArea_;
     FormSize innerReference_;
-    bool laidOut_ = false;  // before, the window is loading and its size means nothing
+    bool laidOut_ = false;  // until then the size of the window is not final
     bool ending_ = false;
 };

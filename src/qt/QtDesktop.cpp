@@ -16,20 +16,20 @@
 
 namespace {
 
-/// A box that does not go away without an answer: between Yes and No, Escape or the closing of
-/// the box must not stand for one of them, as changes could be lost by it.
+/// A message box. If its only buttons are Yes and No, Escape and the title bar do not close it:
+/// they must not count as an answer by which changes could be lost.
 class Box : public QMessageBox {
  public:
     Box(Icon icon, const std::string& text, StandardButtons buttons)
         : QMessageBox(icon, toQt(productName), QString(), buttons, ownerOfDialogs()),
           mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
         setTextFormat(Qt::PlainText);
-        setText(toQt(text, 5 * drawnCharacters));  // a name in it may be as long as a file
+        setText(toQt(text, 5 * drawnCharacters));  // it may contain a very long name
         for (QAbstractButton* button : this->buttons())
-            button->setIcon({});  // as in the dialogs
+            button->setIcon({});  // the dialogs have none either
     }
 
-    /// The button that closed the box. The busy pointer rests meanwhile.
+    /// Shows the box and returns the button that closed it. Shows no busy pointer meanwhile.
     StandardButton ask() {
         const bool busy = QGuiApplication::overrideCursor() != nullptr;
         if (busy) QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
@@ -124,7 +124,7 @@ std::string QtDesktop::defaultFolder() {
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
     const QString folder = QDir(documents).exists() ? documents : QDir::homePath();
 #endif
-    // The root of a drive has its separator already.
+    // The root of a drive already ends with a separator.
     return fromQt(QDir::toNativeSeparators(folder.endsWith('/') ? folder : folder + '/'));
 }
 
@@ -139,7 +139,7 @@ void QtDesktop::clearClipboard() { QGuiApplication::clipboard()->clear(); }
 void QtDesktop::setPointer(Pointer pointer) {
     switch (pointer) {
         case Pointer::icon:
-            // It may be there still, from a drop that failed.
+            // The pointer of a drop that failed is still set.
             if (QGuiApplication::overrideCursor() != nullptr) return;
             return QGuiApplication::setOverrideCursor(Qt::DragMoveCursor);
         case Pointer::busy: return QGuiApplication::setOverrideCursor(Qt::WaitCursor);

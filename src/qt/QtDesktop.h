@@ -1,4 +1,4 @@
-// The desktop as the toolkit offers it.
+// The desktop, implemented with the toolkit.
 #pragma once
 
 #include <QString>
@@ -7,7 +7,8 @@
 
 class QFileDialog;
 
-/// File choosers are the platform's own where it has them.
+/// Shows message boxes and file choosers, which are those of the platform if it has any; accesses
+/// the clipboard and the pointer.
 class QtDesktop : public Desktop {
  public:
     using Desktop::showMessage;
@@ -18,8 +19,8 @@ class QtDesktop : public Desktop {
     std::string chooseFileToOpen(const std::string& title, const FileFilter& filter) override;
     std::string chooseFileToSave(const std::string& title, const FileFilter& filter,
                                  const std::string& proposed) override;
-    /// On Windows the program's folder; elsewhere the user's documents, or the home folder where
-    /// there are none.
+    /// On Windows the folder of the program; elsewhere the folder of the user's documents, or the
+    /// home folder if there is none.
     std::string defaultFolder() override;
     std::string clipboardText() override;
     void setClipboardText(const std::string& text) override;
@@ -28,7 +29,8 @@ class QtDesktop : public Desktop {
     void processPendingEvents() override;
 
  private:
-    /// What the user chose from the chooser's start in that folder. Raises ErrorNumber::cancelled.
+    /// Shows a chooser that starts in a folder, and returns the chosen path. Raises
+    /// ErrorNumber::cancelled.
     std::string choose(QFileDialog& chooser, const FileFilter& filter, const QString& folder);
 
     QString lastFolder_;

@@ -1,4 +1,4 @@
-// The dialogs as windows of the toolkit.
+// The dialogs as windows.
 #pragma once
 
 #include <QPointer>
@@ -7,7 +7,7 @@
 
 class QDialog;
 
-/// Each form has a window of its own.
+/// Opens the window of each form. A modal dialog returns when it is closed.
 class QtForms : public Forms {
  public:
     QtForms() = default;

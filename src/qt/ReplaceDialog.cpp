@@ -15,7 +15,7 @@
 
 namespace {
 
-/// The grid as the toolkit reads it: its first row is the header.
+/// The grid as a model for the toolkit. Its first row is the header.
 class GridModel : public QAbstractTableModel {
  public:
     GridModel(const frmReplace& form, QObject* parent)
@@ -47,7 +47,7 @@ class GridModel : public QAbstractTableModel {
 
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
         const bool heading = orientation == Qt::Horizontal && role == Qt::DisplayRole;
-        // The arrows' column has no heading; those who cannot see it are told what it is.
+        // The column of arrows has no heading. Screen readers get this one.
         if (role == Qt::AccessibleTextRole && section == 1) return tr("becomes");
         return heading ? textAt(0, section)
                        : QAbstractTableModel::headerData(section, orientation, role);

@@ -1,4 +1,4 @@
-// The window of the preview of pasted texts.
+// The window that shows pasted texts before they replace others.
 #pragma once
 
 #include "dialogs/frmReplace.h"
@@ -6,8 +6,8 @@
 
 class QTableView;
 
-/// The grid's columns share the dialog's width in the proportions of the form; those of the texts
-/// are equally wide.
+/// Shows the old and new texts of a frmReplace. The columns of the grid share the width of the
+/// dialog in the proportions of the form; both columns of texts are equally wide.
 class ReplaceDialog : public FormDialog {
     Q_OBJECT
 

@@ -14,7 +14,7 @@ std::optional<int> ResizableWidget::measure(Measure measure) const {
         case Measure::top: return widget_->y();
         case Measure::width: return widget_->width();
         case Measure::height: return widget_->height();
-        default: return std::nullopt;  // no line
+        default: return std::nullopt;  // widgets are not lines
     }
 }
 
@@ -31,7 +31,7 @@ void ResizableWidget::setMeasure(Measure measure, int value) {
 }
 
 std::optional<double> ResizableWidget::fontSize() const {
-    if (fontSize_ <= 0) return std::nullopt;  // a font whose size is given in pixels
+    if (fontSize_ <= 0) return std::nullopt;  // the size of the font is set in pixels
     return fontSize_;
 }
 

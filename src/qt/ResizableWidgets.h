@@ -1,4 +1,4 @@
-// Widgets as the proportional resizing knows controls.
+// Adapts widgets to the interface of the proportional resizing.
 #pragma once
 
 #include <QWidget>
@@ -7,10 +7,10 @@
 
 #include "layout/mResize.h"
 
-/// A widget's rectangle within its parent and its font.
+/// Reads and sets a widget's rectangle within its parent, in pixels, and its font size, in points.
 class ResizableWidget : public ResizableControl {
  public:
-    /// `heightChanged` is called with the height that the widget has been given.
+    /// `heightChanged` is called with each new height of the widget.
     explicit ResizableWidget(QWidget* widget, std::function<void(int)> heightChanged = nullptr)
         : widget_(widget), heightChanged_(std::move(heightChanged)) {}
 
@@ -19,16 +19,16 @@ class ResizableWidget : public ResizableControl {
     std::optional<int> measure(Measure measure) const override;
     void setMeasure(Measure measure, int value) override;
     std::optional<double> fontSize() const override;
-    /// A text that is too small to be read keeps the least readable size.
+    /// Sets at least the smallest readable size.
     void setFontSize(double size) override;
 
  private:
     QWidget* widget_;
     std::function<void(int)> heightChanged_;
-    double fontSize_ = widget_->font().pointSizeF();  // what was asked for, readable or not
+    double fontSize_ = widget_->font().pointSizeF();  // as set, even if too small to read
 };
 
-/// A widget and the children that follow its size.
+/// A widget and those of its children that are resized with it.
 class ResizableArea : public ResizableForm {
  public:
     explicit ResizableArea(QWidget* area) : area_(area) {}

@@ -1,4 +1,4 @@
-// The end of the desktop's session, while the user is asked whether to save.
+// Delays the end of the desktop's session while the user is asked whether to save.
 #pragma once
 
 #include <QString>
@@ -6,9 +6,9 @@
 
 class QWidget;
 
-/// While it lives, the desktop knows that the end of its session waits for the user, where it has
-/// such a wait: on Windows. The reason is shown there, as the window's, to whoever wants to shut
-/// down. Being told again that the session ends opens no second question, and agrees to nothing.
+/// Delays the end of the session during its lifetime, on Windows only. Windows shows the reason,
+/// with the name of the window, to the user who wants to shut down. Further requests to end the
+/// session are refused without a second question.
 class SessionWait {
  public:
     SessionWait(const QWidget& window, const QString& reason);

@@ -1,4 +1,4 @@
-// Desktops other than Windows ask once, and show no reason.
+// Other desktops than Windows send one request and show no reason.
 #include "qt/SessionWait.h"
 
 class SessionWait::System {};

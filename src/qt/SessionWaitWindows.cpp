@@ -18,7 +18,7 @@ class SessionWait::System : public QAbstractNativeEventFilter {
     System& operator=(const System&) = delete;
     ~System() override { ::ShutdownBlockReasonDestroy(window_); }
 
-    /// The toolkit would agree to the second message while the first is not answered yet.
+    /// Refuses a second request while the first is not answered. The toolkit would agree to it.
     bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* result) override {
         if (static_cast<const MSG*>(message)->message != WM_QUERYENDSESSION) return false;
         *result = FALSE;

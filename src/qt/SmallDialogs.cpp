@@ -16,7 +16,7 @@ struct Row {
     QWidget* field;
 };
 
-/// Fields beside their labels.
+/// Lays out fields with their labels on the left.
 QFormLayout* fieldsOf(std::initializer_list<Row> rows) {
     auto* fields = new QFormLayout;
     for (const Row& row : rows) {
@@ -47,7 +47,7 @@ DeviceDialog::DeviceDialog(frmPLC& form)
                       {bind(form.lblPassword, 'R', timeout), timeout}}),
             {apply, exit});
     showForm();
-    enter(name);
+    focusAndSelect(name);
 }
 
 CommonPropertiesDialog::CommonPropertiesDialog(CommonProperties& form)
@@ -86,8 +86,8 @@ BranchDialog::BranchDialog(frmBranch& form)
     auto* cancel = bind("cmdCancel", form.cmdCancel, 'C', [&form] { form.cmdCancel_Click(); });
     arrange(fieldsOf({{bind(form.Label1, 'n', name), name}}), {ok, cancel});
     showForm();
-    resize(sizeHint());  // the toolkit would make it higher
-    enter(name);
+    resize(sizeHint());  // the toolkit's default is higher
+    focusAndSelect(name);
 }
 
 SettingsDialog::SettingsDialog(frmSetts& form)
@@ -106,5 +106,5 @@ SettingsDialog::SettingsDialog(frmSetts& form)
                       {bind(form.lblTimeout, 'R', timeout), timeout}}),
             {apply, exit});
     showForm();
-    enter(port->lineEdit());
+    focusAndSelect(port->lineEdit());
 }

@@ -1,4 +1,4 @@
-// The windows of the dialogs that are one column of fields.
+// The windows of the dialogs with one column of fields.
 #pragma once
 
 #include "dialogs/CommonProperties.h"
@@ -7,6 +7,7 @@
 #include "dialogs/frmSetts.h"
 #include "qt/FormDialog.h"
 
+/// Adds or changes a device.
 class DeviceDialog : public FormDialog {
     Q_OBJECT
 
@@ -14,6 +15,7 @@ class DeviceDialog : public FormDialog {
     explicit DeviceDialog(frmPLC& form);
 };
 
+/// Changes the properties of several items.
 class CommonPropertiesDialog : public FormDialog {
     Q_OBJECT
 
@@ -21,6 +23,7 @@ class CommonPropertiesDialog : public FormDialog {
     explicit CommonPropertiesDialog(CommonProperties& form);
 };
 
+/// Adds or renames a branch.
 class BranchDialog : public FormDialog {
     Q_OBJECT
 
@@ -28,6 +31,7 @@ class BranchDialog : public FormDialog {
     explicit BranchDialog(frmBranch& form);
 };
 
+/// Changes the global settings.
 class SettingsDialog : public FormDialog {
     Q_OBJECT
 

@@ -1,4 +1,4 @@
-// Between the toolkit's texts and ours.
+// Converts between the toolkit's texts and UTF-8.
 #pragma once
 
 #include <QString>
@@ -13,7 +13,7 @@ inline QString toQt(std::string_view text) {
 
 inline std::string fromQt(const QString& text) { return text.toStdString(); }
 
-/// A text, of at most so many characters and then an ellipsis.
+/// Converts a text. A longer one is cut after that many characters and ends with an ellipsis.
 inline QString toQt(std::string_view text, int characters) {
     std::size_t end = 0;
     for (; characters > 0 && end < text.size(); --characters)
@@ -21,6 +21,6 @@ inline QString toQt(std::string_view text, int characters) {
     return end == text.size() ? toQt(text) : toQt(text.substr(0, end)) + QChar(0x2026);
 }
 
-/// No more characters of a text are drawn: the toolkit takes seconds to lay out a million, and ends
-/// the program at some millions.
+/// The number of characters of a text that are drawn at most. The toolkit takes seconds to lay out
+/// a million characters, and crashes with several millions.
 inline constexpr int drawnCharacters = 1000;

@@ -48,7 +48,7 @@ QVariant TreeModel::data(const QModelIndex& index, int role) const {
     const auto hasFault = [&] { return rules_.faultOf(node).kind != FaultKind::none; };
     switch (role) {
         case Qt::DisplayRole: return toQt(node.text(), drawnCharacters);
-        case CellDelegate::wholeTextRole: return toQt(node.text(), CellDelegate::shownInTooltip);
+        case CellDelegate::wholeTextRole: return toQt(node.text(), CellDelegate::tooltipCharacters);
         case Qt::DecorationRole: {
             const QIcon& picture = icons::tree(tagOf(node.kind()));
             return hasFault() ? icons::marked(picture) : picture;

@@ -1,4 +1,4 @@
-// The configuration tree as the toolkit's views read it.
+// The configuration tree as a model for the toolkit's views.
 #pragma once
 
 #include <QAbstractItemModel>
@@ -6,7 +6,7 @@
 #include "file/FileRules.h"
 #include "model/ConfigTree.h"
 
-/// Shows the one tree of the document, without a copy: every index points to a node.
+/// Provides the tree of the document without copying it. Each index points to a node.
 class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     Q_OBJECT
 
@@ -22,16 +22,16 @@ class TreeModel : public QAbstractItemModel, private ConfigTree::Listener {
     int rowCount(const QModelIndex& parent) const override;
     int columnCount(const QModelIndex& parent) const override;
     QVariant data(const QModelIndex& index, int role) const override;
-    /// Read out only: the header is hidden.
+    /// For screen readers only, as the header is hidden.
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  Q_SIGNALS:
-    /// Another node is selected in the tree, or none.
+    /// Another node is selected in the tree of the document, or none.
     void nodeSelected();
-    /// Nodes may have other signs. Emitted when control returns to the event loop, once for all
-    /// changes of records until then.
+    /// The fault signs of nodes may have changed. Emitted when control returns to the event loop,
+    /// once for all changes of records until then.
     void signsChanged();
-    /// The node is to be scrolled into view.
+    /// The view scrolls the node into view.
     void nodeMadeVisible(const QModelIndex& index);
 
  private:

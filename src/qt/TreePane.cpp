@@ -32,9 +32,8 @@ TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& dra
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setExpandsOnDoubleClick(false);  // a double click opens a node's properties
-    // Texts that are wider than the tree are reached by scrolling. The toolkit would measure the
-    // rows in sight, and so show a scroll bar, whose place may be that of the widest row, and then
-    // hide it again, for ever.
+    // The tree scrolls to texts that are wider than it. The toolkit would measure the visible rows
+    // only: if the scroll bar covered the widest row, it would be hidden and shown again endlessly.
     header()->setStretchLastSection(false);
     measureTexts();
     setAccessibleName(tr("Configuration tree"));
@@ -50,7 +49,7 @@ TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& dra
     scrolling_.setInterval(60);
     connect(&scrolling_, &QTimer::timeout, this, &TreePane::scrollNearEdge);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] {
-        if (dragging_) dragOver(draggedTo_);  // another node has come under the pointer
+        if (dragging_) dragOver(draggedTo_);  // another node is under the pointer now
     });
 
     connect(model_, &TreeModel::nodeSelected, this, &TreePane::followSelection);
@@ -71,7 +70,7 @@ TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& dra
     });
     connect(this, &QTreeView::collapsed, this, [this](const QModelIndex& index) {
         ConfigTree::setExpanded(*TreeModel::nodeAt(index), false);
-        width_.leaving(*TreeModel::nodeAt(index), false);
+        width_.closing(*TreeModel::nodeAt(index), false);
     });
     connect(this, &QTreeView::clicked, this, &TreePane::reportClick);
     connect(this, &QTreeView::doubleClicked, this, &TreePane::nodeDoubleClicked);
@@ -85,7 +84,8 @@ void TreePane::changeEvent(QEvent* event) {
 void TreePane::measureTexts() {
     setIconSize(icons::besideText(fontMetrics()));
     const int margin = style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, this) + 1;
-    // Pairs of letters may stand a little wider than each by itself: hence a letter more.
+    // A pair of letters may be a little wider than the two letters: this adds the width of a
+    // letter.
     width_.reset(font(), indentation(),
                  iconSize().width() + 4 * margin + fontMetrics().averageCharWidth());
 }
@@ -94,7 +94,7 @@ void TreePane::rowsInserted(const QModelIndex& parent, int start, int end) {
     for (int row = start; row <= end; ++row)
         width_.opened(*TreeModel::nodeAt(model_->index(row, 0, parent)));
     QTreeView::rowsInserted(parent, start, end);
-    // What comes back with all that it held is expanded as it was.
+    // A subtree that undo restores is expanded as before.
     for (int row = start; row <= end; ++row) {
         const Node& top = *TreeModel::nodeAt(model_->index(row, 0, parent));
         expandAsInTree(top);
@@ -111,34 +111,34 @@ void TreePane::expandAsInTree(const Node& node) {
 
 void TreePane::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
     for (int row = start; row <= end; ++row)
-        width_.leaving(*TreeModel::nodeAt(model_->index(row, 0, parent)), true);
+        width_.closing(*TreeModel::nodeAt(model_->index(row, 0, parent)), true);
     QTreeView::rowsAboutToBeRemoved(parent, start, end);
 }
 
 void TreePane::dataChanged(const QModelIndex& topLeft, const QModelIndex& bottomRight,
                            const QList<int>& roles) {
-    width_.changed(*TreeModel::nodeAt(topLeft));  // one node is told of at a time
+    width_.changed(*TreeModel::nodeAt(topLeft));  // each signal is for one node
     QTreeView::dataChanged(topLeft, bottomRight, roles);
     updateGeometries();
 }
 
-/// The rows reach the edge of the view.
+/// The rows are at least as wide as the view.
 void TreePane::updateGeometries() {
     header()->resizeSection(0, std::max(width_.width(tree_.root()), viewport()->width()));
     QTreeView::updateGeometries();
 }
 
-/// Sideways, too, which the toolkit does not: it goes back to the left edge.
+/// Also scrolls sideways as far as needed. The toolkit would scroll back to the left edge.
 void TreePane::scrollTo(const QModelIndex& index, ScrollHint hint) {
     const int before = horizontalScrollBar()->value();
     QTreeView::scrollTo(index, hint);
     horizontalScrollBar()->setValue(before);
     sought_ = index;
-    // Not before the change is whole that this may be a part of: the node is measured for it.
+    // Later, as the node must be measured: the present change of the tree may be incomplete.
     sideways_.start();
 }
 
-/// Brings as much of the sought node into sight as there is room for, and its expand box.
+/// Scrolls sideways to the sought node with its expand box, or as much of it as fits.
 void TreePane::scrollSideways() {
     if (!sought_.isValid()) return;
     updateGeometries();
@@ -149,20 +149,20 @@ void TreePane::scrollSideways() {
     horizontalScrollBar()->setValue(horizontalScrollBar()->value() + hidden);
 }
 
-void TreePane::setActing(bool acting) {
-    acting_ = acting;
+void TreePane::setActive(bool active) {
+    isActive_ = active;
     viewport()->update();
 }
 
 void TreePane::initViewItemOption(QStyleOptionViewItem* option) const {
     QTreeView::initViewItemOption(option);
-    if (!acting_) showInactive(*option);
+    if (!isActive_) showInactive(*option);
 }
 
 void TreePane::keyPressEvent(QKeyEvent* event) {
     if (opensProperties(*event)) return Q_EMIT nodeDoubleClicked();
     if (event->matches(QKeySequence::Copy)) return event->ignore();
-    if (event->key() == Qt::Key_Escape) {  // nothing is taken any more
+    if (event->key() == Qt::Key_Escape) {  // cancels "Take to move" and "Take to copy"
         taken_ = nullptr;
         viewport()->update();
     }
@@ -171,7 +171,8 @@ void TreePane::keyPressEvent(QKeyEvent* event) {
     if (currentIndex() != before) reportClick();
 }
 
-/// From the keyboard. The right button asks for it when it is released: it may be dragging.
+/// Handles the keyboard only. With the mouse the menu opens when the right button is released, as
+/// its press may begin a drag.
 void TreePane::contextMenuEvent(QContextMenuEvent* event) {
     if (event->reason() != QContextMenuEvent::Keyboard || tree_.selected() == nullptr) return;
     Q_EMIT menuRequested(viewport()->mapToGlobal(visualRect(currentIndex()).bottomLeft()));
@@ -183,8 +184,8 @@ void TreePane::addOwnEntries(QMenu& menu) {
         takenToCopy_ = toCopy;
         viewport()->update();
     };
-    const bool isFirstLine = tree_.selected() == tree_.root();  // which nothing can be done with
-    if (!isFirstLine) {
+    const bool isRoot = tree_.selected() == tree_.root();  // which cannot be moved or copied
+    if (!isRoot) {
         menu.addAction(tr("Take to &move"), this, [take] { take(false); });
         menu.addAction(tr("Take to cop&y"), this, [take] { take(true); });
     }
@@ -198,12 +199,12 @@ void TreePane::addOwnEntries(QMenu& menu) {
     drop->setEnabled(taken_.get() != nullptr);
 }
 
-/// Tells the rules of the press that may begin a drag.
+/// Reports a press of the button to the rules of dragging. Returns whether a drag may begin.
 bool TreePane::press(bool ctrl, Node* node) {
     return drag_.TreeView1_MouseDown(TreeDrag::rightButton, ctrl ? TreeDrag::ctrlMask : 0, node);
 }
 
-/// The node at a place of the viewport, its expand box not included; null over empty space.
+/// Returns the node at a place of the viewport; null over its expand box and over empty space.
 Node* TreePane::nodeUnder(QPoint place) const {
     const QModelIndex index = indexAt(place);
     return visualRect(index).contains(place) ? TreeModel::nodeAt(index) : nullptr;
@@ -212,8 +213,8 @@ Node* TreePane::nodeUnder(QPoint place) const {
 void TreePane::mousePressEvent(QMouseEvent* event) {
     pressedAt_ = event->position().toPoint();
     pressedOnNode_ = nodeUnder(pressedAt_) != nullptr;
-    clickReported_ = false;
-    // The right button selects when it is released: until then it may be dragging.
+    isClickReported_ = false;
+    // The right button selects when it is released, as it may drag until then.
     if (event->button() == Qt::RightButton) {
         mayDrag_ = press(event->modifiers().testFlag(Qt::ControlModifier), nodeUnder(pressedAt_));
         return;
@@ -235,10 +236,9 @@ void TreePane::mouseReleaseEvent(QMouseEvent* event) {
     } else {
         QTreeView::mouseReleaseEvent(event);
     }
-    // The toolkit selects with every button, and a node that the pointer was dragged to, but
-    // calls neither a click.
+    // The toolkit also selects with other buttons, and by dragging, without a click signal.
     const bool onNode = std::exchange(pressedOnNode_, false);
-    if (onNode && !clickReported_) reportClick();
+    if (onNode && !isClickReported_) reportClick();
     if (onNode && right) Q_EMIT menuRequested(event->globalPosition().toPoint());
 }
 
@@ -249,7 +249,7 @@ void TreePane::dragNode() {
     auto* drag = new QDrag(this);
     drag->setMimeData(content);
     drag->setPixmap(pictureOf(model_->indexOf(drag_.source())));
-    // Beside the pointer, so that the node below it can be read.
+    // Beside the pointer, so that the node under it can be read.
     drag->setHotSpot({-12, -8});
     const DropEffect effect = drag_.TreeView1_OLEStartDrag();
     drag_.TreeView1_OLEGiveFeedback();
@@ -260,7 +260,7 @@ void TreePane::dragNode() {
     dragging_ = false;
     opening_.stop();
     scrolling_.stop();
-    // Not before: the rules may show a message, and a drag holds the mouse.
+    // Not earlier: a message may be shown, and a drag holds the mouse.
     if (dropped_) {
         drag_.TreeView1_OLEDragDrop(effect);
     } else {
@@ -269,7 +269,7 @@ void TreePane::dragNode() {
     viewport()->update();
 }
 
-/// What follows the pointer: the node as the tree shows it, as much as is in sight.
+/// The picture that follows the pointer: the visible part of the node's row.
 QPixmap TreePane::pictureOf(const QModelIndex& node) const {
     const QRect row(visualRect(node).topLeft(), sizeHintForIndex(node));
     return viewport()->grab(row & viewport()->rect());
@@ -278,7 +278,7 @@ QPixmap TreePane::pictureOf(const QModelIndex& node) const {
 void TreePane::dragEnterEvent(QDragEnterEvent* event) { dragMoveEvent(event); }
 
 void TreePane::dragMoveEvent(QDragMoveEvent* event) {
-    // Only nodes of this very tree: another editor's have no meaning here.
+    // Only nodes of this tree; not those of another running editor.
     if (!dragging_) return event->ignore();
     dragOver(event->position().toPoint());
     event->acceptProposedAction();
@@ -302,8 +302,8 @@ void TreePane::dragOver(std::optional<QPoint> place) {
     viewport()->update();
 }
 
-/// Row by row, as long as the pointer stays there: the toolkit's own scrolling goes by its
-/// movements.
+/// Scrolls by one row while the pointer is near an edge. The toolkit scrolls only while the pointer
+/// moves.
 void TreePane::scrollNearEdge() {
     if (!draggedTo_) return;
     QScrollBar* bar = verticalScrollBar();
@@ -319,7 +319,7 @@ void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                        const QModelIndex& index) const {
     const Node* node = TreeModel::nodeAt(index);
     painter->save();
-    if (node == taken_.get()) painter->setOpacity(0.5);  // as what is cut looks elsewhere
+    if (node == taken_.get()) painter->setOpacity(0.5);  // pale, as usual for a cut object
     QTreeView::drawRow(painter, option, index);
     if (node == drag_.dropHighlight()) {
         painter->setOpacity(0.4);
@@ -330,14 +330,14 @@ void TreePane::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
 
 void TreePane::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
     QTreeView::currentChanged(current, previous);
-    // A view without a current node is one whose model is being reset.
+    // While the model is reset, the view has no current node.
     if (!current.isValid()) return;
     selectionModel()->select(current, QItemSelectionModel::ClearAndSelect);
     tree_.select(TreeModel::nodeAt(current));
 }
 
-/// The selected node is the current one, always. The toolkit would select what lies at a place:
-/// nothing beside the nodes, nor where a node is indented out of sight.
+/// Does nothing, as the selected node is always the current node. The toolkit would select what is
+/// at the pointer: nothing beside the nodes, or where a node is scrolled out of view.
 void TreePane::setSelection(const QRect& /*rect*/,
                             QItemSelectionModel::SelectionFlags /*command*/) {}
 
@@ -346,7 +346,7 @@ QItemSelectionModel::SelectionFlags TreePane::selectionCommand(const QModelIndex
     return QItemSelectionModel::NoUpdate;
 }
 
-/// The lines of the tree, which not every style of the toolkit draws, below the expand boxes.
+/// Draws the lines of the tree, which not every style of the toolkit draws, then the expand boxes.
 void TreePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const {
     const auto hasNext = [](const QModelIndex& node) {
         return node.siblingAtRow(node.row() + 1).isValid();
@@ -357,7 +357,7 @@ void TreePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIn
     painter->setPen(QPen(colour, 1));
     int x = rect.right() - indentation() / 2;
     const int middle = rect.center().y();
-    // Expand boxes stay free of lines.
+    // No lines within expand boxes.
     const int gap = model_->hasChildren(index) ? indentation() / 3 : 0;
     if (index.parent().isValid()) painter->drawLine(x, rect.top(), x, middle - gap);
     if (hasNext(index)) painter->drawLine(x, middle + gap, x, rect.bottom());
@@ -377,13 +377,13 @@ void TreePane::restoreAfterReset() {
     for (const auto& node : tree_.nodes())
         expandAsInTree(*node);
     followSelection();
-    // Where the user was looking; a new configuration is looked at from its top.
+    // The same scroll position as before; the top for a new configuration.
     if (tree_.root() == nullptr) scrolledTo_ = 0;
     executeDelayedItemsLayout();
     verticalScrollBar()->setValue(scrolledTo_);
 }
 
 void TreePane::reportClick() {
-    clickReported_ = true;
+    isClickReported_ = true;
     if (Node* node = TreeModel::nodeAt(currentIndex()); node != nullptr) Q_EMIT nodeClicked(*node);
 }

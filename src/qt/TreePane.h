@@ -11,29 +11,30 @@
 
 class QMenu;
 
-/// Shows the configuration tree and keeps its selection and its expanded nodes the same as those
-/// of the document's tree. Nodes are dragged with the right mouse button.
+/// Shows the configuration tree. Selection and expanded nodes are always those of the document's
+/// tree. Nodes are dragged with the right mouse button.
 class TreePane : public QTreeView {
     Q_OBJECT
 
  public:
     TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& drag, QWidget* parent);
 
-    /// Commands act on the tree: only then is its selection drawn with the active colour.
-    void setActing(bool acting);
-    /// What the context menu offers beside the commands: taking and dropping, the keyboard's way
-    /// of dragging.
+    /// Sets whether commands use the selection of the tree. Only then is it drawn in the active
+    /// colour.
+    void setActive(bool active);
+    /// Adds the commands that take and drop a node to the context menu. They do the same as
+    /// dragging, without a mouse.
     void addOwnEntries(QMenu& menu);
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
  Q_SIGNALS:
-    /// The user chose a node, with the mouse or from the keyboard. A node that a rule selects
-    /// counts as no click.
+    /// The user chose a node with the mouse or the keyboard. Not emitted when the program selects a
+    /// node.
     void nodeClicked(Node& node);
     void nodeDoubleClicked();
-    /// Other nodes than those that changed may have another sign now.
+    /// The fault signs of other nodes than the changed ones may have changed.
     void signsChanged();
-    /// The context menu of the selected node is to open at that place of the screen.
+    /// The user asks for the context menu of the selected node at that place of the screen.
     void menuRequested(QPoint place);
 
  protected:
@@ -80,20 +81,20 @@ class TreePane : public QTreeView {
     TreeDrag& drag_;
     TreeModel* model_;
     TreeWidth width_;
-    bool acting_ = false;
+    bool isActive_ = false;
     int scrolledTo_ = 0;
     bool pressedOnNode_ = false;
-    bool clickReported_ = false;
-    // The drag: from a press that may become one, to its end.
+    bool isClickReported_ = false;
+    // The state of a drag, from the press of the button to its end.
     QPoint pressedAt_;
     bool mayDrag_ = false;
     bool dragging_ = false;
     bool dropped_ = false;
-    ConfigTree::Reference taken_;  // by the menu's entry, to be dropped by another
+    ConfigTree::Reference taken_;  // the node that the context menu took, to be dropped
     bool takenToCopy_ = false;
-    std::optional<QPoint> draggedTo_;  // none outside the tree
-    QTimer opening_;                   // of a closed node on which the pointer rests
-    QTimer scrolling_;                 // while the pointer is near an edge
-    QPersistentModelIndex sought_;     // the last node that was to be in sight
+    std::optional<QPoint> draggedTo_;  // none while the pointer is outside the tree
+    QTimer opening_;                   // expands the node under the pointer
+    QTimer scrolling_;                 // scrolls while the pointer is near an edge
+    QPersistentModelIndex sought_;     // the node that was scrolled into view last
     QTimer sideways_;
 };

@@ -13,31 +13,31 @@ void TreeWidth::reset(const QFont& font, int indentation, int besideText) {
     const QFontMetricsF metrics(font_);
     for (std::size_t c = 0; c < advances_.size(); ++c)
         advances_[c] = metrics.horizontalAdvance(QChar(static_cast<char16_t>(c)));
-    countAnew_ = true;
+    mustRemeasure_ = true;
 }
 
 void TreeWidth::opened(const Node& node) {
-    if (!countAnew_) measureOpenRows(node);
+    if (!mustRemeasure_) measureOpenRows(node);
 }
 
 void TreeWidth::changed(const Node& node) {
-    if (widest_ == &node) countAnew_ = true;  // it may be narrower now
+    if (widest_ == &node) mustRemeasure_ = true;  // it may be narrower now
     const std::size_t level = levelIfOpen(node);
-    if (!countAnew_ && level > 0) measure(node, level);
+    if (!mustRemeasure_ && level > 0) measure(node, level);
 }
 
-void TreeWidth::leaving(const Node& node, bool itself) {
-    if (countAnew_) return;
+void TreeWidth::closing(const Node& node, bool itself) {
+    if (mustRemeasure_) return;
     const Node* above = widest_;
     if (above == &node && !itself) return;
     while (above != nullptr && above != &node)
         above = above->parent();
-    if (above != nullptr) countAnew_ = true;
+    if (above != nullptr) mustRemeasure_ = true;
 }
 
 int TreeWidth::width(const Node* root) {
-    if (countAnew_) {
-        countAnew_ = false;
+    if (mustRemeasure_) {
+        mustRemeasure_ = false;
         widest_ = nullptr;
         width_ = 0;
         if (root != nullptr) measureOpenRows(*root);
@@ -45,7 +45,7 @@ int TreeWidth::width(const Node* root) {
     return static_cast<int>(std::ceil(width_));
 }
 
-/// How deep the node lies, 1 for the root; 0 while it does not lie open.
+/// The level of the node, 1 for the root; 0 while the node is not open.
 std::size_t TreeWidth::levelIfOpen(const Node& node) {
     std::size_t level = 1;
     for (const Node* above = node.parent(); above != nullptr; above = above->parent(), ++level)
@@ -53,7 +53,7 @@ std::size_t TreeWidth::levelIfOpen(const Node& node) {
     return level;
 }
 
-/// The node and what lies open below it; nothing while it does not lie open itself.
+/// Measures the node and the open rows below it; nothing while the node itself is not open.
 void TreeWidth::measureOpenRows(const Node& top) {
     const std::size_t level = levelIfOpen(top);
     if (level == 0) return;
@@ -79,7 +79,7 @@ double TreeWidth::advanceOf(std::string_view text) const {
     int characters = 0;
     for (std::size_t i = 0; i < text.size(); ++characters) {
         char32_t c = static_cast<unsigned char>(text[i]);
-        if (c < 0x80) {  // as nearly always: no call for it
+        if (c < 0x80) {  // nearly always, and faster than a call
             ++i;
         } else {
             c = nextCharacter(text, i);
@@ -89,7 +89,7 @@ double TreeWidth::advanceOf(std::string_view text) const {
         }
         advance += advances_[c];
         if (c != '\n') continue;
-        widestLine = std::max(widestLine, advance);  // lines of a text stand below one another
+        widestLine = std::max(widestLine, advance);  // the lines of a text are below one another
         advance = 0;
     }
     return std::max(widestLine, advance);

@@ -1,4 +1,4 @@
-// How wide the tree's contents are.
+// Measures the width of the tree's contents.
 #pragma once
 
 #include <QFont>
@@ -6,23 +6,24 @@
 
 #include "model/ConfigTree.h"
 
-/// The width of the widest row that lies open, in pixels. It is told what opens, closes and
-/// changes, and measures no more than that: so a tree of all rows that a bus can fill costs
-/// nothing while the user works in a part of it. Whether a row is in sight does not count.
+/// The width of the widest open row, in pixels. A row is open if all nodes above it are expanded,
+/// whether it is scrolled into view or not. The functions are called when rows open, close or
+/// change, and measure these rows only. So a change takes little time even in the largest tree.
 class TreeWidth {
  public:
-    /// Begins anew: rows are indented by so much for each level, and have so much beside a text.
+    /// Measures all rows again. `indentation` is the width of a level, `besideText` that of the
+    /// parts of a row beside its text, in pixels.
     void reset(const QFont& font, int indentation, int besideText);
-    /// Begins anew, with the same measures.
-    void reset() { countAnew_ = true; }
-    /// The node has come, or what is below it opens.
+    /// Measures all rows again, with the same font and widths.
+    void reset() { mustRemeasure_ = true; }
+    /// The node was added or expanded.
     void opened(const Node& node);
-    /// The node has another text.
+    /// The text of the node has changed.
     void changed(const Node& node);
-    /// The node goes itself, or what is below it closes.
-    void leaving(const Node& node, bool itself);
+    /// The node is about to be removed (`itself`), or was collapsed.
+    void closing(const Node& node, bool itself);
 
-    /// Of all rows below the root and its own; 0 without a root.
+    /// The width of the widest open row of the tree with that root; 0 without a root.
     int width(const Node* root);
 
  private:
@@ -34,9 +35,9 @@ class TreeWidth {
     QFont font_;
     int indentation_ = 0;
     int besideText_ = 0;
-    // Of the characters of ISO-8859-1, which nearly all names are made of.
+    // The widths of the characters of ISO-8859-1; nearly all names contain no others.
     std::array<double, 256> advances_{};
     const Node* widest_ = nullptr;
     double width_ = 0;
-    bool countAnew_ = true;
+    bool mustRemeasure_ = true;
 };

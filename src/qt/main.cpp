@@ -18,8 +18,8 @@
 
 namespace {
 
-/// Ends the program when the desktop tells it to, as its session does, once the user has had the
-/// chance to save.
+/// Ends the program when the desktop asks for it, for example at the end of the session. Asks the
+/// user first whether to save.
 class Ending : public QObject {
  public:
     Ending(frmEditing& form, const QWidget& window) : form_(form), window_(window) {
@@ -29,8 +29,8 @@ class Ending : public QObject {
             [this](QSessionManager& session) { sessionEnds(session); }, Qt::DirectConnection);
     }
 
-    /// The toolkit would close the windows one by one, and with the main window the configuration,
-    /// which a command may still need whose dialog is open now.
+    /// Ends the program without closing the windows. The toolkit would close the main window and
+    /// the configuration, which the command of an open dialog may still need.
     bool eventFilter(QObject* object, QEvent* event) override {
         if (object != qApp || event->type() != QEvent::Quit) return false;
         if (agreed_ || form_.mayEnd([] { return true; })) QApplication::exit();
@@ -51,7 +51,7 @@ class Ending : public QObject {
 
     frmEditing& form_;
     const QWidget& window_;
-    bool agreed_ = false;  ///< the session ends: what was asked then is not asked again
+    bool agreed_ = false;  ///< the session ends and the user was asked; do not ask again
 };
 
 }  // namespace
@@ -72,7 +72,7 @@ int main(int argc, char* argv[]) {
     QtForms forms;
     frmEditing form(document, desktop, forms, *disk, *registry);
     MainWindow window(form, document);
-    // Queued: the event loop may not have begun, or a dialog's may be running.
+    // Queued, as the event loop may not run yet, or that of a dialog may run.
     QObject::connect(
         &window, &MainWindow::applicationEnded, &application,
         [](int exitStatus) { QApplication::exit(exitStatus); }, Qt::QueuedConnection);
