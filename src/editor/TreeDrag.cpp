@@ -14,7 +14,8 @@ bool TreeDrag::TreeView1_MouseDown(int button, int shift, Node* node) {
     return true;
 }
 
-DropEffect TreeDrag::TreeView1_OLEStartDrag() const {
+DropEffect TreeDrag::TreeView1_OLEStartDrag() {
+    underWay_.emplace(boxes_);
     return (mShiftState & ctrlMask) != 0 ? DropEffect::copy : DropEffect::move;
 }
 
@@ -27,7 +28,13 @@ void TreeDrag::restoreViews() {
     desktop_.setPointer(Pointer::normal);
 }
 
+void TreeDrag::cancelled() {
+    underWay_.reset();
+    restoreViews();
+}
+
 void TreeDrag::TreeView1_OLEDragDrop(DropEffect effect) {
+    underWay_.reset();
     try {
         if (Node* target = dropHighlight(); target != nullptr) return drop(*target, effect);
         restoreViews();  // empty space

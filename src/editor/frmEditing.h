@@ -103,8 +103,9 @@ class frmEditing final : public LifecycleWindow {
     /// true. Returns false when the program must go on.
     bool mayEnd(const std::function<bool()>& mayAsk) { return lifecycle_.mayEnd(mayAsk); }
 
-    /// False while a message box, a chooser or a modal dialog is open. Then the events and commands
-    /// below do nothing; mayEnd() works as always.
+    /// False while a message box, a chooser or a modal dialog is open, or a node is dragged. Then
+    /// the events and commands below do nothing, and Form_Unload() returns false; mayEnd() works as
+    /// always.
     bool isFree() const { return !boxes_.any(); }
 
     /// Resizes the window's parts in proportion to its inner area. `reference` is the size of the
@@ -220,7 +221,7 @@ class frmEditing final : public LifecycleWindow {
     Properties properties_{document_, desktop_, forms_, contents_, click_};
     CopyPaste copyPaste_{document_, desktop_, ListView1, activeControl, click_};
     Deletion deletion_{document_, desktop_, ListView1, activeControl, click_};
-    TreeDrag drag_{document_, desktop_};
+    TreeDrag drag_{document_, desktop_, boxes_};
     PastedTexts pastedTexts_{document_, desktop_, forms_, contents_, ListView1};
     frmFind find_{document_, desktop_, [this] { return focusTree(); }};
     mResize resizing_;

@@ -172,7 +172,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
     std::deque<std::string> messages_;
 };
 
-/// All that may come while a box or a dialog is open, none of which may do anything then.
+/// All events that may come while a box or a dialog is open or a node is dragged. None may do
+/// anything.
 void allThatMayCome(EditorWorld& world) {
     world.editor.dropFile("/dropped.xml");
     for (const Command& command : commandTable())

@@ -263,6 +263,7 @@ class EditorWorld : private frmEditing::Window {
         drag.TreeView1_OLEDragOver(document.tree().FindNode(to));
         drag.TreeView1_OLEGiveFeedback();
         EXPECT_EQ(desktop.pointer, Pointer::icon);
+        desktop.whileOpen();  // a drag counts as an open box
         to.empty() ? drag.cancelled() : drag.TreeView1_OLEDragDrop(effect);
     }
 

@@ -47,7 +47,7 @@ class FakeDesktop : public Desktop {
     /// When set, the next message or question finds too little memory, and is not shown.
     bool fails = false;
 
-    /// Called in each message, question and chooser while it is open.
+    /// Called in each message, question, chooser and drag while it is open.
     std::function<void()> whileOpen = [] {};
 
     std::string folder = "/home/ann/Documents/";
