@@ -39,7 +39,7 @@ CommonProperties::Shown CommonProperties::shown() const {
 }
 
 /// True when the changed fields are valid for the item; otherwise shows a message.
-bool CommonProperties::isAccepted(Node& item) const {
+bool CommonProperties::isAccepted(Node& item) {
     const Shown now = shown();
     frmItems form(document_, desktop_, item, true);
     form.Form_Load();
@@ -48,7 +48,9 @@ bool CommonProperties::isAccepted(Node& item) const {
         form.cmbDataType_Click();
     }
     if (now.elements != loaded_.elements) form.txtElements.text = now.elements;
-    return form.CheckFields();
+    const bool accepted = form.CheckFields();
+    fields.txtElements.getsFocus = form.txtElements.getsFocus;
+    return accepted;
 }
 
 void CommonProperties::cmdOk_Click() {
@@ -60,6 +62,8 @@ void CommonProperties::cmdOk_Click() {
         if (now.accessRight != loaded_.accessRight) changed.accessRight = now.accessRight;
         if (now.flag != loaded_.flag) changed.isRead = now.flag == cmbFlag.list.front();
         if (fields.txtElements.enabled && now.elements != loaded_.elements) {
+            // Of use only when the number is too large, as the dialog then stays open.
+            fields.txtElements.getsFocus = true;
             changed.elements = readInt16(now.elements);
         }
         closed_ = true;

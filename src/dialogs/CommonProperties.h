@@ -35,7 +35,8 @@ class CommonProperties {
     void cmbDataType_Click() { fields.cmbDataType_Click(); }
     int txtElements_KeyPress(int code) const { return fields.txtElements_KeyPress(code); }
     /// Checks each item like the dialog of one item, then stores the changed fields in all items,
-    /// and closes. When an item is refused, no item is changed, and the dialog stays open.
+    /// and closes. When an item is refused, no item is changed, the field that the message is about
+    /// gets the focus, and the dialog stays open.
     void cmdOk_Click();
     void cmdCancel_Click() { closed_ = true; }
 
@@ -48,7 +49,7 @@ class CommonProperties {
         std::string dataType, accessRight, elements, flag;
     };
     Shown shown() const;
-    bool isAccepted(Node& item) const;
+    bool isAccepted(Node& item);
 
     Document& document_;
     Desktop& desktop_;

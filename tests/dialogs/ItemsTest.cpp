@@ -120,6 +120,19 @@ TEST(ItemDialog, GivesTheKeyboardToTheFieldThatAMessageIsAbout) {
     dialog.form->closeCountPanel();
     EXPECT_TRUE(dialog.form->frmMain.enabled && !dialog.form->frmInserimento.visible);
     EXPECT_EQ(dialog.focus(), "name");
+
+    Node& door = dialog.world.document.tree().nodeAt("Plant.Door");
+    const std::vector<Node*> items{&door, &dialog.world.document.tree().nodeAt("Plant.HALL.Lamp")};
+    CommonProperties several(dialog.world.document, dialog.world.desktop, items);
+    several.Form_Load();
+    several.fields.cmbDataType.text = "EIS15";
+    several.cmbDataType_Click();
+    for (const char* elements : {"", "-1", "32768"}) {
+        several.fields.txtElements.text = elements;
+        several.cmdOk_Click();
+        EXPECT_TRUE(std::exchange(several.fields.txtElements.getsFocus, false)) << elements;
+        EXPECT_FALSE(several.closed()) << elements;
+    }
 }
 
 }  // namespace
