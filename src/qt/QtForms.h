@@ -7,7 +7,7 @@
 
 class QDialog;
 
-/// Opens the window of each form. A modal dialog returns when it is closed.
+/// Opens the window of each form. showModal() returns when the dialog is closed.
 class QtForms : public Forms {
  public:
     QtForms() = default;
