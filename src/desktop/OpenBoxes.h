@@ -1,14 +1,14 @@
-// Tracks whether a message box, a chooser or a modal dialog is open.
+// Tracks whether a message box, a chooser or a modal dialog is open, or a node is dragged.
 #pragma once
 
 #include <string>
 
 #include "desktop/Desktop.h"
 
-/// Counts the open boxes, choosers and modal dialogs. While one is open, no other command may
-/// begin: the command that opened it is not finished, and uses data that another one would change.
-/// Commands can still be requested then: by a file that was dropped before, by a menu entry that an
-/// assistive tool or the menu of the desktop chooses, by the second of two clicks.
+/// Counts the open boxes, choosers, modal dialogs and drags. While one is open, no other command
+/// may begin: the command that opened it is not finished, and uses data that another one would
+/// change. Commands can still be requested then: by a file that was dropped before, by a menu entry
+/// that an assistive tool or the menu of the desktop chooses, by the second of two clicks.
 class OpenBoxes {
  public:
     /// Counts one as open during its lifetime.
