@@ -1,4 +1,4 @@
-// Numbers and letters, as the editor reads and orders them.
+// Parsing of numbers, comparison and conversion of texts.
 #include "base/Text.h"
 
 #include <functional>
@@ -18,7 +18,7 @@ std::string orOverflow(const std::function<std::string()>& act) {
     }
 }
 
-/// The texts of a table: "expected: one|other", a line each.
+/// Checks each text of a table with lines such as "expected: one|other".
 void forEachIn(const std::string& table,
                const std::function<std::string(const std::string&)>& act) {
     for (const std::string& line : split(table, "\n")) {
@@ -28,7 +28,7 @@ void forEachIn(const std::string& table,
     }
 }
 
-TEST(Numbers, EndAtTheFirstCharacterThatCannotContinueThem) {
+TEST(Numbers, EndAtTheFirstInvalidCharacter) {
     const std::string zeros(309, '0');
     forEachIn("0: |   |abc|-|+-1|- 7|.|-.|.e1|inf|-infinity|nan|0x10|0e999|1e-400|-1e-400|0." +
                   zeros + "1|1" + zeros +
@@ -59,15 +59,15 @@ TEST(Addresses, HaveAnIndexInFourDigitsOrMore) {
         [](const auto& address) { return AddressToHex(address, 4); });
 }
 
-TEST(Letters, AreToldApartAndOrderedAsPeopleDo) {
+TEST(Letters, AreComparedWithoutCaseAndSortedAlphabetically) {
     forEachIn(
-        "alike: azAZ.12@[`{zÄ AZaz.12@[`{Zä|àþœšžß ÀÞŒŠŽß\n"
+        "equal: azAZ.12@[`{zÄ AZaz.12@[`{Zä|àþœšžß ÀÞŒŠŽß\n"
         "different: Plant Plan|@[ `{|× ÷|Ä ae|ÿ Ÿ|µ Μ|ß ẞ",
         [](const auto& pair) {
             const auto [one, other] = cut(pair, " ");
-            const bool alike = equalIgnoringCase(one, other);
-            EXPECT_TRUE(!alike || hashIgnoringCase(one) == hashIgnoringCase(other)) << pair;
-            return alike ? "alike" : "different";
+            const bool areEqual = equalIgnoringCase(one, other);
+            EXPECT_TRUE(!areEqual || hashIgnoringCase(one) == hashIgnoringCase(other)) << pair;
+            return areEqual ? "equal" : "different";
         });
     EXPECT_EQ(upperCase("àþœšžßÿµ1a"), "ÀÞŒŠŽßÿµ1A");
     const auto sorted = split(
@@ -97,7 +97,7 @@ TEST(Names, AreShortenedInTheMiddleByCharacters) {
     EXPECT_EQ(shortened("a" + std::string(99, '\x80')).substr(0, 2), "a\x80");
 }
 
-TEST(Letters, OfBrokenTextAreOneCharacterForEachByte) {
+TEST(Letters, InInvalidUtf8AreOneCharacterPerByte) {
     forEachIn(
         "1: \xE2|é|€|\U0001F4A1\n2: \xC0\xBC|\xE0\xBC|\xF0\xBC\n3: \xED\xA0\x80\n4: "
         "\xF4\x90\x80\x80",
@@ -113,14 +113,14 @@ TEST(Letters, OfBrokenTextAreOneCharacterForEachByte) {
     EXPECT_EQ(fromWindows1252("\xE8\x80\x81"), "è€\u0081");
 }
 
-TEST(Hashes, SpreadKeysOverATableWhereverTheirNumbersStand) {
+TEST(Hashes, SpreadNumberedKeysEvenly) {
     for (std::string name; name.size() < 24; name += 'n') {
-        std::set<std::uint32_t> places;
+        std::set<std::uint32_t> buckets;
         for (int number = 1000; number < 2000; ++number)
-            places.insert(hashIgnoringCase(name + std::to_string(number)) % 65536);
-        EXPECT_GT(places.size(), 950) << name;
+            buckets.insert(hashIgnoringCase(name + std::to_string(number)) % 65536);
+        EXPECT_GT(buckets.size(), 950) << name;
     }
-    // Made to collide where a hash only multiplies and shifts, whatever it begins with.
+    // They collide in a hash that only multiplies and shifts, whatever its start value.
     std::set<std::uint32_t> hashes;
     for (unsigned number = 0; number < 4096; ++number) {
         std::string name;

@@ -1,9 +1,9 @@
-// The item dialog's fields, as they are typed into.
+// Input into the fields of the item dialog.
 #include "support/ScriptedUser.h"
 
 namespace {
 
-/// An item dialog over two items, of which it may change the first.
+/// An item dialog in a configuration with two items. With `modify` it changes the first one.
 struct ItemDialogWorld {
     explicit ItemDialogWorld(bool modify = false) : modify_(modify) {
         world.open("/house.xml",
@@ -23,7 +23,7 @@ struct ItemDialogWorld {
         return form->txtAddress[0].text + "|" + form->txtAddress[1].text + "|" +
                form->txtAddress[2].text;
     }
-    /// The fields that get the keyboard.
+    /// The fields that get the focus.
     std::string focus() {
         std::string all;
         const auto look = [&](const char* name, TextBox& box) {
@@ -43,7 +43,7 @@ struct ItemDialogWorld {
     bool modify_;
 };
 
-TEST(ItemDialog, SaysWhoElseHasTheAddressAndWhereTheBusEnds) {
+TEST(ItemDialog, ShowsDuplicateAndInvalidAddresses) {
     const std::string beyond = "Beyond the bus, which ends at 31/7/255";
     for (const bool modify : {false, true}) {
         ItemDialogWorld dialog(modify);
@@ -53,7 +53,7 @@ TEST(ItemDialog, SaysWhoElseHasTheAddressAndWhereTheBusEnds) {
                  {"1/2/3", other},
                  {" 01/2 /003", other},
                  {"1/2/4", ""},
-                 {"0/10/3", beyond},  // the same number as 1/2/3, but for the bus
+                 {"0/10/3", beyond},  // the same index as 1/2/3, but not valid on the bus
                  {"31/7/255", ""},
                  {"32/7/255", beyond},
                  {"31/8/255", beyond},
@@ -69,7 +69,7 @@ TEST(ItemDialog, SaysWhoElseHasTheAddressAndWhereTheBusEnds) {
     }
 }
 
-TEST(ItemDialog, TakesAddressesWithSlashes) {
+TEST(ItemDialog, AcceptsAddressesWithSlashes) {
     for (const auto& [part, text, address, focus] :
          std::vector<std::tuple<std::size_t, std::string, std::string, std::string>>{
              {0, "/", "7|8|9", "middle"},
@@ -89,7 +89,7 @@ TEST(ItemDialog, TakesAddressesWithSlashes) {
     }
 }
 
-TEST(ItemDialog, GivesTheKeyboardToTheFieldThatAMessageIsAbout) {
+TEST(ItemDialog, FocusesTheFieldThatAMessageIsAbout) {
     for (const auto& [name, address, elements, focus] :
          std::vector<std::tuple<std::string, std::string, std::string, std::string>>{
              {"", "1/1/1", "1", "name"},

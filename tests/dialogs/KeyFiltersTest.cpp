@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(KeyFilters, LetPassWhatBelongsInTheField) {
+TEST(KeyFilters, AcceptOnlyTheCharactersOfTheField) {
     const auto passing = [](int (*filter)(int)) {
         std::string all;
         for (int code = 0; code < 300; ++code)

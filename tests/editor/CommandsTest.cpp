@@ -6,7 +6,7 @@
 
 namespace {
 
-// Group, name, caption, shortcuts shown and hidden, and of a button key, tooltip and picture.
+// Group, name, caption, visible and hidden shortcuts; key, tooltip and picture of the button.
 constexpr auto commands = R"(
 - mnuFile|&File|||||
 1 mnuNewCfg|&New Configuration||Ctrl+N|new|new config|new
@@ -54,7 +54,7 @@ constexpr auto contextMenu =
     "mnuUndo mnuRedo|mnuProperties mnuItemProperties|mnuAddPlc mnuAddBranch mnuAddItem|"
     "mnuCopy mnuCut mnuPaste mnuDelete|mnuPasteName mnuPasteComment mnuCopyTable";
 
-/// What stands at some place of the commands, in its groups.
+/// The names of the commands, with "|" between groups.
 template <typename GroupOf, typename NameOf>
 std::string inGroups(std::span<const Command* const> rows, GroupOf groupOf, NameOf nameOf) {
     std::string line;
@@ -66,7 +66,7 @@ std::string inGroups(std::span<const Command* const> rows, GroupOf groupOf, Name
     return line;
 }
 
-TEST(Commands, AreWhatMenusAndToolbarOfferAndEachStateEnablesItsGroups) {
+TEST(Commands, MenusToolbarAndStatesFollowTheTable) {
     using namespace commandStates;
     std::string all = "\n";
     for (const Command& it : commandTable()) {

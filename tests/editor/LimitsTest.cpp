@@ -1,4 +1,4 @@
-// The samples, and files and configurations at the ends of what the editor takes.
+// The samples, and files and configurations at the limits of the editor.
 #ifndef _WIN32
 #include <malloc.h>
 #include <sys/resource.h>
@@ -37,30 +37,30 @@ std::string device(const std::string& contents) { return configuration(plc("P", 
 
 class Limits : public ::testing::Test, protected EditorWorld {
  protected:
-    /// What comes of opening such a file: messages, and the outline of what was read.
+    /// Opens a file of this text. Returns the messages and the outline of the configuration.
     std::string opened(const std::string& text) {
         open("/house.xml", text);
         expectTreeAndRegistriesAgree(document);
-        return told() + outline(document);
+        return takeMessages() + outline(document);
     }
-    /// What comes of importing it: messages, and how many devices and items.
+    /// Imports it. Returns the messages and the numbers of devices and items.
     std::string imported(const std::string& text) {
         disk.files["/plans/house.esf"] = text;
         desktop.willChoose("/plans/house.esf");
         editor.mnuImpCfg_Click();
         expectTreeAndRegistriesAgree(document);
-        return told() + std::to_string(document.devices().count()) + " " +
+        return takeMessages() + std::to_string(document.devices().count()) + " " +
                std::to_string(document.items().count());
     }
-    /// What saving says.
+    /// Saves. Returns the messages after the question about overwriting.
     std::string saved() {
         desktop.willAnswer({Answer::yes});
         editor.mnuSaveCfg_Click();
         const std::string question = "File /house.xml already existing. Overwrite?\n";
-        return told().substr(question.size());
+        return takeMessages().substr(question.size());
     }
-    /// Whenever a branch is asked for.
-    void willName(const std::string& name) {
+    /// Sets the name that is entered in the branch dialog.
+    void willEnterBranchName(const std::string& name) {
         forms.whenShown<frmBranch>([name](frmBranch& form) {
             form.txtBranchName.text = name;
             form.cmdOk_Click();
@@ -68,7 +68,7 @@ class Limits : public ::testing::Test, protected EditorWorld {
     }
 };
 
-TEST_F(Limits, SamplesAreTakenAndSavedToTheByte) {
+TEST_F(Limits, SamplesAreReadAndSavedByteForByte) {
     const auto machine = systemDisk();
     const std::string house = machine->read(SAMPLES_DIR "/house.xml");
     open("/house.xml", house);
@@ -80,7 +80,7 @@ TEST_F(Limits, SamplesAreTakenAndSavedToTheByte) {
               "This file is not in ETS2 or ETS3 Esf format.\n2 10");
 }
 
-TEST_F(Limits, FilesThatAreNoTextAreSurvived) {
+TEST_F(Limits, BinaryFilesAreReadOrRefused) {
     EXPECT_EQ(imported(std::string(100'000'000, 'x')), "0 0");
     EXPECT_EQ(imported(std::string("A.L.1/1/0\tNa\0me\tEIS 1\r\n", 23)), "1 1");
     EXPECT_EQ(outline(document), "L[Na_me]");
@@ -93,22 +93,22 @@ TEST_F(Limits, FilesThatAreNoTextAreSurvived) {
     EXPECT_EQ(opened(utf16), "\u00E4[]");
 }
 
-TEST_F(Limits, NoErrorEscapesThatIsNotOneOfTheEditorsOwn) {
+TEST_F(Limits, ForeignExceptionsAreShownAsInternalErrors) {
     EXPECT_FALSE(reportErrors(desktop, "a", [] { throw std::length_error("too long"); }));
     EXPECT_FALSE(reportErrors(desktop, "b", [] { throw 1; }));
-    EXPECT_EQ(told(), " Error n. 51  too long in a\n Error n. 51  Internal error in b\n");
+    EXPECT_EQ(takeMessages(), " Error n. 51  too long in a\n Error n. 51  Internal error in b\n");
 }
 
-TEST_F(Limits, OfManyFaultsTheFirstAreTold) {
-    const std::string told = repeated(
+TEST_F(Limits, OnlyTheFirstOfManyFaultsAreShown) {
+    const std::string shown = repeated(
         5, [](int /*i*/) { return " Error n. 94  Invalid use of Null in BrowseBranch\n"; });
     for (const auto& [faults, more] : {std::pair(205, "200"), {1209, "1,204"}}) {
         const std::string items = repeated(faults, [](int /*i*/) { return "<tag/>"; });
-        EXPECT_EQ(opened(device(items + tag("x"))), told + "\u2026 and " + more + " more\nP[x]");
+        EXPECT_EQ(opened(device(items + tag("x"))), shown + "\u2026 and " + more + " more\nP[x]");
     }
 }
 
-TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
+TEST_F(Limits, NestingThatIsTooDeepIsRefused) {
     const std::string deep =
         " Error n. 321  Branches lie within one another more than 1,000 deep in ImportXML\n";
     const std::string lengthy =
@@ -120,11 +120,11 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     EXPECT_EQ(opened(device(nested(200, std::string(600, 'n'), ""))), lengthy);
     EXPECT_EQ(opened(device(branch("F", tag(std::string(65533, 'n'))))), lengthy);
     const auto wide = [](int i) { return branch(std::string(600, 'N') + std::to_string(i), ""); };
-    EXPECT_EQ(opened(device(repeated(200, wide))).substr(0, 5), "P[NNN") << "beside one another";
+    EXPECT_EQ(opened(device(repeated(200, wide))).substr(0, 5), "P[NNN") << "siblings";
     const std::string longest(65532, 'n');
     EXPECT_EQ(opened(device(branch("F", tag(longest)))), "P[F[" + longest + "]]");
     click("P.F");
-    willName(longest + "n");
+    willEnterBranchName(longest + "n");
     editor.mnuAddBranch_Click();
     EXPECT_EQ(saved(), " Error n. 5  \"P.F." + longest.substr(0, 26) + "\u2026" +
                            longest.substr(0, 29) +
@@ -141,7 +141,7 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     for (TreeWalk walk(*branch); const Node* node = walk.next();)
         if (node->kind() == NodeKind::branch) branch = node;
     click(branch->key().string());
-    willName("G");
+    willEnterBranchName("G");
     editor.mnuAddBranch_Click();
     const std::string message = saved();
     const std::string end =
@@ -150,7 +150,7 @@ TEST_F(Limits, WhatLiesTooDeepIsRefusedBeforeAnythingIsMadeOfIt) {
     EXPECT_EQ(message.substr(message.find("\u2026") + 4), end) << message;
 }
 
-TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce) {
+TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedWithProgressAndEditedQuickly) {
     std::set<std::string> meanwhile;
     desktop.onPendingEvents = [&] {
         meanwhile.insert((editor.pnlImpStat.visible ? editor.pnlImpStat.lblLabel : "") + " " +
@@ -161,10 +161,11 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
     open("/full.xml", configuration(plc("Plant", branch("A", repeated(65280, item)))));
     EXPECT_EQ(meanwhile, std::set<std::string>{"Loading File .... mnuExit mnuAbout"});
     EXPECT_FALSE(editor.pnlImpStat.visible);
-    EXPECT_EQ(editor.pnlImpStat.progress, 80) << "from 99 it goes on at 0";
+    EXPECT_EQ(editor.pnlImpStat.progress, 80) << "it restarts at 0 after 99";
 
     click("Plant.A");
-    [[maybe_unused]] const std::clock_t start = std::clock();  // the machine may be busy
+    [[maybe_unused]] const std::clock_t start =
+        std::clock();  // not wall-clock time: the machine may be busy
     forms.whenShown<frmItems>([](frmItems& form) {
         form.txtAddress = {{{"1"}, {"1"}, {"0"}}};
         form.txtNumbItems.text = "256";
@@ -173,7 +174,7 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
     editor.mnuAddItem_Click();
     EXPECT_EQ(editor.ListView1.rows().size(), 65536U);
     EXPECT_EQ(document.itemCounter(), 65537) << "more than 16 bits hold";
-    willName("B");
+    willEnterBranchName("B");
     editor.TreeView1_DblClick();
     EXPECT_EQ(document.items().at("Plant.B.New_Item_65536").sKey, "Plant.B.New_Item_65536");
     forms.whenShown<CommonProperties>([](CommonProperties& form) {
@@ -192,8 +193,8 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedVisiblyAndThenAnsweredAtOnce
 #endif
 }
 
-/// As an assistive tool or the desktop can at any time, and the panel's Cancel once it is there.
-TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
+/// By an assistive tool or the desktop, at any time, and by the Cancel button.
+TEST_F(Limits, CancelledReadingLeavesNoConfigurationOpen) {
     const std::string many =
         configuration(plc("P", repeated(300'000, branchOf)), "<SETTINGS port='COM7'/>");
     const std::pair<std::function<void()>, bool> ends[] = {
@@ -212,7 +213,7 @@ TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
         desktop.onPendingEvents = [] {};
         EXPECT_EQ(turns, 2);
         EXPECT_EQ(std::exchange(applicationEnded, false), endsApplication);
-        EXPECT_EQ(told(), endsApplication ? "" : outline(document));
+        EXPECT_EQ(takeMessages(), endsApplication ? "" : outline(document));
         EXPECT_EQ(document.branches().count(), 0U);
         EXPECT_EQ(document.settings().port, "COM1");
         EXPECT_TRUE(!document.open && !editor.pnlImpStat.visible && !editor.TreeView1.enabled);
@@ -220,19 +221,19 @@ TEST_F(Limits, ReadingThatIsToEndLeavesTheEditorAsAFailedOpeningDoes) {
     EXPECT_EQ(document.currentPath(), "/many.xml");
     EXPECT_EQ(enabledNow(), enabledIn(commandStates::noConfiguration));
 
-    bool offered = false;
+    bool isOffered = false;
     desktop.onPendingEvents = [&] {
-        offered |= editor.pnlImpStat.offersCancel;
-        std::this_thread::sleep_for(std::chrono::milliseconds(offered ? 0 : 1100));
+        isOffered |= editor.pnlImpStat.offersCancel;
+        std::this_thread::sleep_for(std::chrono::milliseconds(isOffered ? 0 : 1100));
     };
     open("/many.xml", many);
-    EXPECT_TRUE(offered && document.open) << "after a second";
+    EXPECT_TRUE(isOffered && document.open) << "after a second";
 }
 
-TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
+TEST_F(Limits, UndoIsLimitedInBytesButAlwaysKeepsTheLastStep) {
     const std::string before =
         opened(configuration(plc("P", branch("A", repeated(30'000, item))) + plc("Q")));
-    for (int i = 0; i < 10; ++i)  // each step takes some 15 MiB
+    for (int i = 0; i < 10; ++i)  // about 15 MiB per step
         drag(i % 2 == 0 ? "P.A" : "Q.A", i % 2 == 0 ? "Q" : "P");
     EXPECT_LE(document.historyBytes(), History::maxBytes);
     int steps = 0;
@@ -244,7 +245,7 @@ TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
     EXPECT_EQ(steps, 0);
     desktop.willAnswer({Answer::yes});
     click("P");
-    editor.mnuDelete_Click();  // takes more than the limit
+    editor.mnuDelete_Click();  // one step above the limit
     EXPECT_EQ(outline(document), "Q[]");
     editor.mnuUndo_Click();
     EXPECT_EQ(outline(document), before);
@@ -253,21 +254,21 @@ TEST_F(Limits, TheLastStepsCanBeUndoneUpToALimitAndAlwaysTheLastOne) {
 
 TEST_F(Limits, PastesAreCountedIn16Bits) {
     for (const char* path : {"/a.xml", "/b.xml"}) {
-        open(path, configuration(plc("P")));  // nothing is copied, but pastes count, from 1 on
+        open(path, configuration(plc("P")));  // pastes without copied items count too, from 1
         click("P");
         for (int i = 1; i < 32767; ++i)
             editor.mnuPaste_Click();
-        EXPECT_EQ(told(), "");
+        EXPECT_EQ(takeMessages(), "");
     }
     editor.mnuPaste_Click();
-    EXPECT_EQ(told(), " Error n. 6  Overflow in mnuPaste_Click\n");
+    EXPECT_EQ(takeMessages(), " Error n. 6  Overflow in mnuPaste_Click\n");
 }
 
 #ifndef _WIN32
-/// What is made of an input, in a process of its own.
+/// What processing an input in a child process costs.
 struct Cost {
     double seconds = 0;  // of the processor
-    double wait = 0;     // the longest without a turn for the windows
+    double wait = 0;     // the longest time without event processing
     double megabytes = 0;
 };
 
@@ -280,7 +281,7 @@ Cost costOf(const std::function<void(EditorWorld&)>& act) {
         ::getrusage(RUSAGE_SELF, &used);
         return static_cast<double>(used.ru_maxrss) / 1024;
     };
-    ::malloc_trim(0);  // or the child would use again what the last input needed
+    ::malloc_trim(0);  // or the child would reuse memory of the last input
     const pid_t child = ::fork();
     if (child == 0) {
         EditorWorld world;
@@ -308,8 +309,8 @@ Cost costOf(const std::function<void(EditorWorld&)>& act) {
     return cost;
 }
 
-/// Each name has 20 parts of 16 letters, which come in two forms: a hash that only multiplies and
-/// shifts takes many of the names for one, whatever it begins with.
+/// Each name has 20 parts of 16 letters in two forms. They collide in a hash that only multiplies
+/// and shifts, whatever its start value.
 std::string colliding(int number) {
     std::string name;
     for (unsigned part = 0; part < 20; ++part)
@@ -318,8 +319,8 @@ std::string colliding(int number) {
     return tag(name);
 }
 
-/// Prints a line of a table for each: COSTS_SCALE=10 makes the inputs ten times as large.
-TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
+/// Prints a table row for each. COSTS_SCALE=10 makes the inputs ten times as large.
+TEST(Costs, GrowLinearlyWithTheInputAndNeverBlockTheWindows) {
     const auto opens = [](EditorWorld& world, const std::string& text) {
         world.open("/house.xml", text);
     };
@@ -338,22 +339,21 @@ TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
         {"branches below a path of 64 KB", 1500,
          [](int n) { return device(nested(999, std::string(64, 'n'), repeated(n, branchOf))); },
          opens},
-        {"attributes declared", 20'000,
+        {"declared attributes", 20'000,
          [](int n) {
              const auto one = [](int i) { return "b" + std::to_string(i) + " CDATA #IMPLIED "; };
              return "<!DOCTYPE a [<!ATTLIST a " + repeated(n, one) + ">]><a/>";
          },
          opens},
-        {"names made to collide", 2000, [](int n) { return device(repeated(n, colliding)); },
-         opens},
+        {"names that would collide in a weak hash", 2000,
+         [](int n) { return device(repeated(n, colliding)); }, opens},
         {"branches", 20'000, [](int n) { return device(repeated(n, branchOf)); }, opens},
-        {"branches of one name", 10'000,
+        {"branches with the same name", 10'000,
          [](int n) { return device(repeated(n, [](int /*i*/) { return branchOf(1); })); }, opens},
         {"comments", 50'000,
          [](int n) { return device(repeated(n, [](int /*i*/) { return "<!---->"; })); }, opens},
-        {"unknown elements in one another", 50'000, [](int n) { return nested(n, "a", ""); },
-         opens},
-        {"elements in one another in an item", 50'000,
+        {"nested unknown elements", 50'000, [](int n) { return nested(n, "a", ""); }, opens},
+        {"nested elements in an item", 50'000,
          [](int n) { return device("<tag>" + nested(n, "a", "") + "</tag>"); }, opens},
         {"elements in an item", 20'000,
          [](int n) { return device("<tag>" + repeated(n, branchOf) + "</tag>"); }, opens},
@@ -369,7 +369,7 @@ TEST(Costs, NoInputCostsMoreThanItsSizeTellsNorKeepsTheWindowsWaiting) {
             const Cost cost = costOf([&](EditorWorld& world) { input.act(world, text); });
             std::printf("| %s | %.1f MB | %.2f s | %.2f s | %.0f MB |\n", input.name, size,
                         cost.seconds, cost.wait, cost.megabytes);
-#ifdef NDEBUG  // promised for the program as it is delivered
+#ifdef NDEBUG  // promised for release builds
             EXPECT_LT(cost.megabytes, 200 + 60 * size);
             EXPECT_LT(cost.seconds, 0.5 + 2 * size);
             EXPECT_LT(cost.wait, 0.5 * scale);
@@ -385,14 +385,14 @@ TEST_F(Limits, MemoryDoesNotGrowInAThousandRounds) {
     for (int round = 1; round <= 1000; ++round) {
         open("/house.xml", configuration(plc("Plant", branch("F", tag("x")))));
         click("Plant");
-        willName("G");
+        willEnterBranchName("G");
         editor.mnuAddBranch_Click();
         EXPECT_EQ(saved(), "/house.xml saved\n");
         editor.mnuCloseCfg_Click();
         registry.calls.clear();
         if (round == 100) before = ::mallinfo2().uordblks;
     }
-    EXPECT_LT(::mallinfo2().uordblks, before + 10'000) << "12 bytes a round";
+    EXPECT_LT(::mallinfo2().uordblks, before + 10'000) << "12 bytes per round";
 }
 #endif
 

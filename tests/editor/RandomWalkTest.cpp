@@ -1,12 +1,12 @@
-// A random user plays the editor, and beside it the naive one, which must agree after each step.
+// Random steps in the editor and in the naive model, which must agree after each step.
 #include <algorithm>
 
 #include "support/NaiveEditor.h"
-#include "support/RandomUser.h"
+#include "support/RandomSteps.h"
 
 namespace {
 
-/// The difference that these steps come to in the end.
+/// The first difference after one of these steps, or "".
 std::string lastDifference(const std::vector<std::string>& steps) {
     TwoEditors editors;
     for (const std::string& step : steps)
@@ -14,8 +14,8 @@ std::string lastDifference(const std::vector<std::string>& steps) {
     return "";
 }
 
-/// As few of the steps as still come to a difference.
-std::vector<std::string> fewest(std::vector<std::string> steps) {
+/// Shortens a sequence of steps that ends with a difference.
+std::vector<std::string> shortest(std::vector<std::string> steps) {
     for (std::ptrdiff_t size = std::ssize(steps) / 2; size > 0; size /= 2)
         for (std::ptrdiff_t at = 1; at + size < std::ssize(steps);) {
             auto fewer = steps;
@@ -31,25 +31,25 @@ std::vector<std::string> fewest(std::vector<std::string> steps) {
 
 class RandomWalk : public ::testing::Test, protected TwoEditors {
  protected:
-    WatchingViews views{document.tree(), editor.ListView1, desktop};
+    TrackingViews views{document.tree(), editor.ListView1, desktop};
 };
 
-TEST_F(RandomWalk, DoesAsTheNaiveEditor) {
+TEST_F(RandomWalk, EditorAgreesWithTheNaiveModel) {
     std::mt19937 random(walkSetting("WALK_SEED", 7));
-    RandomUser user([&](std::size_t below) { return random() % below; }, *this);
+    RandomSteps generator([&](std::size_t below) { return random() % below; }, *this);
     std::vector<std::string> steps;
     const unsigned count = walkSetting("WALK_STEPS", 30000);
     for (unsigned i = 1; i <= count && !HasFailure(); ++i) {
-        steps.push_back(user.nextStep());
+        steps.push_back(generator.nextStep());
         if (steps.back().starts_with("mnuNew")) steps = {steps.back()};
         if (const std::string found = differenceAfter(steps.back()); !found.empty()) {
-            const auto few = fewest(steps);
+            const auto few = shortest(steps);
             const std::string last = lastDifference(few);
             FAIL() << "step " << i << "\n"
                    << (last.empty() ? found : last) << "\nafter    " << joined(few, "\n         ");
         }
         expectTreeAndRegistriesAgree(document);
-        views.expectToShowTheTree();
+        views.expectUpToDate();
         EXPECT_FALSE(HasFailure()) << "step " << i << ": " << steps.back() << "\n"
                                    << outline(document);
     }

@@ -1,12 +1,12 @@
-// Stories: what a person does in the editor, and at each step what the step is about.
+// Stories: actions of a user in the editor, each followed by what must then be seen.
 //
 //     > click P.A -> list: x, y
 //     > mnuDelete ? yes -> message: Are you sure you want to delete A and all its items? [No]
 //     tree: P[B[]]
 //
-// What is done is a line for ScriptedUser; after it, or below, stands what is seen then, by the
-// names in `seen`. All messages must be told; questions need not. A story stops at the first step
-// that differs.
+// An action is a line for ScriptedUser. Expectations, with the names in `seen`, are after " -> " or
+// on lines of their own. Every message must be listed; questions may be. A story stops at its first
+// difference.
 #include <filesystem>
 
 #include "file/FileRules.h"
@@ -18,46 +18,46 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
  protected:
     Stories() {
         differs = [this](const auto& what, const auto& expected, const auto& actual) {
-            complain(what, expected, actual);
+            fail(what, expected, actual);
         };
     }
 
-    void complain(const std::string& what, const std::string& expected, const std::string& actual) {
+    void fail(const std::string& what, const std::string& expected, const std::string& actual) {
         ADD_FAILURE_AT(GetParam().c_str(), number_)
             << "after:    " << step_ << "\nexpected " << what << ": " << withLineEnds(expected)
             << "\nactual   " << what << ": " << withLineEnds(actual.substr(0, 2000));
     }
 
-    void tell(const std::string& line) {
+    void runLine(const std::string& line) {
         ++number_;
         const auto parts = split(line, " -> ");
         if (line.empty() || line.starts_with("#")) return;
         for (const std::string& part : parts)
-            if (!HasFailure()) part.starts_with("> ") ? act(part.substr(2)) : look(part);
+            if (!HasFailure()) part.starts_with("> ") ? act(part.substr(2)) : check(part);
     }
 
-    void act(const std::string& deed) {
+    void act(const std::string& action) {
         expectNoMoreMessages();
         if (HasFailure()) return;
-        step_ = deed;
-        if (!play(Step(step_))) complain("node or row", "one of that name", "none");
+        step_ = action;
+        if (!play(Step(step_))) fail("node or row", "one of that name", "none");
         for (std::size_t i = 0; i < desktop.messages().size(); ++i)
-            messages_.push_back(desktop.messages()[i] + desktop.manners()[i]);
+            messages_.push_back(desktop.messages()[i] + desktop.styles()[i]);
         desktop.forgetMessages();
-        if (desktop.answersLeft() > 0) complain("questions", "as many as answers", "fewer");
+        if (desktop.answersLeft() > 0) fail("questions", "as many as answers", "fewer");
         expectTreeAndRegistriesAgree(document);
-        views_.expectToShowTheTree();
+        views_.expectUpToDate();
     }
 
-    void look(const std::string& fact) {
+    void check(const std::string& fact) {
         const auto [what, text] = cut(fact, ":");
         const std::string expected = text.substr(text.starts_with(" ") ? 1 : 0);
         if (what == "message") return expectMessage(expected);
         try {
             const std::string actual = seen(what, expected);
-            if (actual != withLineEnds(expected)) complain(what, expected, actual);
+            if (actual != withLineEnds(expected)) fail(what, expected, actual);
         } catch (const RunTimeError& error) {
-            complain(what, expected, error.what());
+            fail(what, expected, error.what());
         }
     }
 
@@ -69,17 +69,18 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
             const std::string next = withLineEnds(messages_.front());
             messages_.pop_front();
             if (next == expected) return;
-            if (!isQuestion(next)) return complain("message", expected, next);
+            if (!isQuestion(next)) return fail("message", expected, next);
         }
-        complain("message", expected, "none");
+        fail("message", expected, "none");
     }
     void expectNoMoreMessages() {
         for (const std::string& text : messages_)
-            if (!isQuestion(text)) complain("message", "none", text);
+            if (!isQuestion(text)) fail("message", "none", text);
         messages_.clear();
     }
 
-    /// What the user sees of a thing. Of files: `has` that text or not.
+    /// The present value of what an expectation names. "PATH has" returns `text` if the file has
+    /// it.
     std::string seen(const std::string& what, const std::string& text) {
         const auto [thing, name] = cut(what, " ");
         const ConfigTree& tree = document.tree();
@@ -96,12 +97,13 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
                 if (what == "list" || row.selected) all.push_back(row.text().string());
             return joined(all, ", ");
         }
-        if (thing == "row") {  // the pictures, and as many cells as are told
+        if (thing == "row") {  // the icons, and as many cells as are expected
             for (const auto& row : editor.ListView1.rows()) {
                 if (row.text() != name) continue;
                 all = {row.icon.string().append("/").append(tagOf(row.kind))};
-                const auto told = split(text, " | ").size();
-                for (std::size_t i = 1; i < std::min(told, editor.ListView1.columns().size()); ++i)
+                const auto expected = split(text, " | ").size();
+                for (std::size_t i = 1; i < std::min(expected, editor.ListView1.columns().size());
+                     ++i)
                     all.push_back(row.cell(i).string());
             }
             return joined(all, " | ");
@@ -152,7 +154,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
             const bool has = bytes.find(withLineEnds(text)) != std::string::npos;
             return has == (name == "has") ? withLineEnds(text) : bytes;
         }
-        return "nobody knows what that is";
+        return "no such expectation";
     }
 
  private:
@@ -166,15 +168,15 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         return columns.back().text == "Index" ? "items" : "one item";
     }
 
-    WatchingViews views_{document.tree(), editor.ListView1, desktop};
+    TrackingViews views_{document.tree(), editor.ListView1, desktop};
     int number_ = 0;
     std::string step_;
     std::deque<std::string> messages_;
 };
 
-/// All events that may come while a box or a dialog is open or a node is dragged. None may do
-/// anything.
-void allThatMayCome(EditorWorld& world) {
+/// Triggers every command and event. None may have an effect while a box or a dialog is open or a node
+/// is dragged.
+void triggerEverything(EditorWorld& world) {
     world.editor.dropFile("/dropped.xml");
     for (const Command& command : commandTable())
         world.editor.run(command);
@@ -187,16 +189,16 @@ void allThatMayCome(EditorWorld& world) {
     world.editor.ListView1_ColumnClick(0);
     if (world.forms.find != nullptr) world.forms.find->cmdNext_Click();
     EXPECT_FALSE(world.editor.Form_Unload());
-    // The session, which may not ask. It ends a reading, whose messages may be open now.
+    // The end of the session, without questions. During a reading it would cancel that.
     if (world.editor.pnlImpStat.visible) return;
     EXPECT_TRUE(world.editor.mayEnd([] { return false; }));
 }
 
-TEST_P(Stories, ComeOutAsTold) {
-    desktop.whileOpen = forms.whileOpen = [this] { allThatMayCome(*this); };
+TEST_P(Stories, ShowWhatIsWritten) {
+    desktop.whileOpen = forms.whileOpen = [this] { triggerEverything(*this); };
     std::ifstream file(GetParam());
     for (std::string line; std::getline(file, line) && !HasFailure();)
-        tell(line);
+        runLine(line);
     if (!HasFailure()) expectNoMoreMessages();
 }
 

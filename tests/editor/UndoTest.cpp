@@ -1,7 +1,7 @@
 #include <sstream>
 
 #include "file/CreateXML.h"
-#include "support/RandomUser.h"
+#include "support/RandomSteps.h"
 
 namespace {
 
@@ -12,14 +12,14 @@ void describe(const ConfigTree& tree, std::ostream& out) {
 }
 
 struct State {
-    std::string registries;  // and all else that has one order
-    std::string orders;      // of siblings, and what a save writes by them
+    std::string registries;  // and everything else whose order is fixed
+    std::string orders;      // of siblings, and the saved file, which depends on them
     bool saved;
 
     std::string all() const { return orders + registries; }
 };
 
-/// Everything that undo must restore: the order of all, which record is whose, what a save writes.
+/// Everything that undo must restore: all orders, the record of each node, the saved file.
 State stateOf(const Document& document) {
     std::ostringstream out;
     for (const auto& node : document.tree().nodes())
@@ -54,21 +54,21 @@ class Undo : public ::testing::Test, protected ScriptedUser {
  protected:
     Undo() { disk.writesSpoiledFiles = true; }
 
-    void expectOneState() {
+    void expectConsistentState() {
         expectTreeAndRegistriesAgree(document);
-        views.expectToShowTheTree();
+        views.expectUpToDate();
     }
     std::size_t below(std::size_t n) { return random() % n; }
     bool oneIn(std::size_t n) { return below(n) == 0; }
 
-    /// Each state on the way back was there before, and comes again on the way forth.
+    /// Undoes some steps and redoes some of them. Each state must equal the earlier one.
     void goBackAndForth() {
         std::vector<State> states{stateOf(document)};
         for (auto count = below(50); count > 0 && !document.undoName().empty(); --count) {
             editor.mnuUndo_Click();
             states.push_back(stateOf(document));
-            expectOneState();
-            // A step may have made no difference, but that siblings were sorted.
+            expectConsistentState();
+            // A step may have changed only the order of siblings.
             if (states.back().registries == (states.rbegin() + 1)->registries) continue;
             ASSERT_FALSE(past.empty());
             ASSERT_EQ(states.back().all(), past.back());
@@ -81,33 +81,33 @@ class Undo : public ::testing::Test, protected ScriptedUser {
             }
             editor.mnuRedo_Click();
             ASSERT_EQ(stateOf(document).all(), states[state - 1].all());
-            expectOneState();
+            expectConsistentState();
         }
         goneBack += states.size() - 1;
     }
 
-    WatchingViews views{document.tree(), editor.ListView1, desktop};
+    TrackingViews views{document.tree(), editor.ListView1, desktop};
     std::mt19937 random{walkSetting("WALK_SEED", 11)};
-    RandomUser user{[this](std::size_t n) { return below(n); }, *this};
-    std::vector<std::string> past;  // the states before each step that can be undone
+    RandomSteps generator{[this](std::size_t n) { return below(n); }, *this};
+    std::vector<std::string> past;  // before each step that can be undone
     std::size_t taken = 0, goneBack = 0;
 };
 
-TEST_F(Undo, RestoresExactlyWhatWasAndRedoWhatCame) {
+TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
     const unsigned steps = walkSetting("WALK_STEPS", 6000);
     for (unsigned i = 1; i <= steps && !HasFailure(); ++i) {
         const State before = stateOf(document);
-        const std::string done = user.nextStep();
-        play(Step(done));
+        const std::string step = generator.nextStep();
+        play(Step(step));
         const State after = stateOf(document);
-        SCOPED_TRACE("step " + std::to_string(i) + ": " + done + "\n" + outline(document));
+        SCOPED_TRACE("step " + std::to_string(i) + ": " + step + "\n" + outline(document));
         desktop.forgetMessages();
-        if (done.starts_with("mnuNew") && before.all() != after.all()) {  // not declined
+        if (step.starts_with("mnuNew") && before.all() != after.all()) {  // not refused
             EXPECT_EQ(document.undoName() + document.redoName(), "");
             past.clear();
             continue;
         }
-        if (before.registries == after.registries) continue;  // a click may have sorted: no step
+        if (before.registries == after.registries) continue;  // a click that sorts is no step
         past.push_back(before.all());
         ++taken;
         ASSERT_NE(document.undoName(), "");
@@ -118,14 +118,14 @@ TEST_F(Undo, RestoresExactlyWhatWasAndRedoWhatCame) {
         ASSERT_EQ(stateOf(document).all(), before.all());
         EXPECT_EQ(document.saved, before.saved);
         EXPECT_EQ(document.redoName(), name);
-        expectOneState();
+        expectConsistentState();
         editor.mnuRedo_Click();
         ASSERT_EQ(stateOf(document).all(), after.all());
         EXPECT_EQ(document.saved, after.saved);
         EXPECT_EQ(document.undoName(), name);
-        expectOneState();
+        expectConsistentState();
         if (oneIn(15)) goBackAndForth();
-        EXPECT_EQ(told(), "");
+        EXPECT_EQ(takeMessages(), "");
     }
     EXPECT_GT(taken, steps / 10);
     EXPECT_GT(goneBack, steps / 50);

@@ -1,4 +1,4 @@
-// What is saved is read back, of configurations that hold anything whatever.
+// Saves random configurations and reads them back.
 #include "file/FileRules.h"
 
 #include "support/RandomDocuments.h"
@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(FileRules, TellWhatCannotBeReadBackAndNothingElse) {
+TEST(FileRules, ReportExactlyWhatCannotBeReadBack) {
     RandomDocuments world;
     readBack::Check check;
     const unsigned documents = walkSetting("RULES_DOCUMENTS", 10'000);

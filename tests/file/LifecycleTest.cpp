@@ -20,14 +20,14 @@ const struct {
     void (*plant)(EditorWorld&);
 } faults[] = {
     {"nothing", [](EditorWorld& /*world*/) {}},
-    {"no choice", [](auto& world) { world.desktop.chooserFault = ErrorNumber::cancelled; }},
-    {"no chooser",
+    {"chooser cancelled", [](auto& world) { world.desktop.chooserFault = ErrorNumber::cancelled; }},
+    {"chooser fails",
      [](auto& world) { world.desktop.chooserFault = ErrorNumber::pathFileAccessError; }},
-    {"no memory", [](auto& world) { world.desktop.fails = true; }},
-    {"no reading", [](auto& world) { world.disk.readFault = ErrorNumber::permissionDenied; }},
-    {"no writing", [](auto& world) { world.disk.writeFault = ErrorNumber::diskFull; }},
-    {"no record", [](auto& world) { world.registry.fails = true; }},
-    {"another's change", [](auto& world) { ++world.disk.time; }},
+    {"out of memory", [](auto& world) { world.desktop.fails = true; }},
+    {"read error", [](auto& world) { world.disk.readFault = ErrorNumber::permissionDenied; }},
+    {"disk full", [](auto& world) { world.disk.writeFault = ErrorNumber::diskFull; }},
+    {"registry fails", [](auto& world) { world.registry.fails = true; }},
+    {"changed by another program", [](auto& world) { ++world.disk.time; }},
     {"unreadable text",
      [](auto& world) {
          if (!world.document.open) return;
@@ -37,21 +37,21 @@ const struct {
      }},
 };
 
-/// Runs the command; false when the program must not end.
+/// Runs the command. Returns false if the program must not end.
 bool run(const std::string& command, EditorWorld& world) {
     world.dialogIsOpen = command == "mayEnd, dialog";
     if (command == "Form_Unload") return world.editor.Form_Unload();
-    if (command == "mayEnd unasked") return world.editor.mayEnd([] { return false; });
+    if (command == "mayEnd without asking") return world.editor.mayEnd([] { return false; });
     if (command.starts_with("mayEnd")) return world.editor.mayEnd([] { return true; });
     world.editor.run(commandNamed(command));
     return true;
 }
 
-/// What a command comes to, from a configuration in the file `house`, with these answers to its
-/// questions. The chooser gives the file `other`, which exists.
-void expectWayIsSafe(const std::string& command, const std::string& start, const std::string& fault,
-                     void (*plant)(EditorWorld&), std::array<Answer, 3> answers,
-                     std::set<std::string>& told) {
+/// Runs a command on a configuration in the file `house`, with a fault and these answers to its
+/// questions, and checks the result. The chooser returns the existing file `other`.
+void expectNothingIsLost(const std::string& command, const std::string& start,
+                         const std::string& fault, void (*plant)(EditorWorld&),
+                         std::array<Answer, 3> answers, std::set<std::string>& messages) {
     EditorWorld world;
     const Document& document = world.document;
     world.open(house, example);
@@ -64,33 +64,34 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
     const bool mayEnd = run(command, world);
 
     std::map<std::string, Answer> asked;
-    std::string way = command + ", " + start + ", " + fault;
+    std::string trace = command + ", " + start + ", " + fault;
     for (const std::string& message : world.desktop.messages()) {
-        told.insert(message);
-        way += "\n  " + message;
+        messages.insert(message);
+        trace += "\n  " + message;
         if (!message.ends_with("?")) continue;
         const Answer answer = answers.at(asked.size());
-        way += std::array{" yes", " no", " cancel"}.at(static_cast<std::size_t>(answer));
+        trace += std::array{" yes", " no", " cancel"}.at(static_cast<std::size_t>(answer));
         asked[message.starts_with("Do you") ? "save" : message] = answer;
     }
-    SCOPED_TRACE(way);
+    SCOPED_TRACE(trace);
     const bool isSave = command.starts_with("mnuSave");
     const bool wantsSaving = asked.contains("save") ? asked["save"] == Answer::yes : isSave;
     const bool wroteHouse = world.disk.files[house] != example;
     const bool wroteOther = world.disk.files[other] != otherBefore;
     const bool isKept = document.open && outline(document) == "Plant[Light1]";
 
-    // Nobody's unsaved work goes without a question, or is asked for that has none.
-    EXPECT_EQ(asked.contains("save"),
-              start == "unsaved" && !isSave && fault != "no memory" && command != "mayEnd unasked");
-    const bool leaves = command == "mnuExit" || command == "Form_Unload";
+    // Unsaved work is never lost without a question, and only unsaved work causes one.
+    EXPECT_EQ(asked.contains("save"), start == "unsaved" && !isSave && fault != "out of memory" &&
+                                          command != "mayEnd without asking");
+    const bool endsProgram = command == "mnuExit" || command == "Form_Unload";
     const bool isWritten = wroteHouse || wroteOther;
-    const bool isGivenUp = leaves || (asked.contains("save") && asked["save"] != Answer::yes);
-    EXPECT_TRUE(start != "unsaved" || isKept || isWritten || isGivenUp);
+    const bool isDiscarded =
+        endsProgram || (asked.contains("save") && asked["save"] != Answer::yes);
+    EXPECT_TRUE(start != "unsaved" || isKept || isWritten || isDiscarded);
     EXPECT_TRUE(start != "unsaved" || !isKept || document.saved == isWritten);
-    // Nothing is written but what was wanted, and whole; no error costs the old file.
+    // Only a wanted file is written, and completely. No error destroys the old file.
     EXPECT_TRUE(wantsSaving || !isWritten);
-    EXPECT_FALSE(isWritten && (start == "closed" || fault == "no writing"));
+    EXPECT_FALSE(isWritten && (start == "closed" || fault == "disk full"));
     for (const auto& [question, answer] : asked)
         EXPECT_TRUE(question == "save" || answer == Answer::yes || !wroteHouse);
     for (const auto& [path, wrote] : {std::pair(house, wroteHouse), {other, wroteOther}}) {
@@ -98,30 +99,30 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
         EXPECT_TRUE(!wrote || (text.find("Light1") != std::string::npos &&
                                text.ends_with("</QUONEibCfg>\r\n")));
     }
-    // Of what the server cannot read the user is asked, and is shown it after No.
+    // Unreadable texts are saved only after a question. No selects the first one.
     EXPECT_TRUE(fault != "unreadable text" || !isWritten || asked.contains(unreadable));
     const bool isDeclined = asked.contains(unreadable) && asked[unreadable] != Answer::yes;
     const bool isShown = isDeclined && !world.dialogIsOpen;
     EXPECT_TRUE(!isDeclined || (isKept && !isWritten && document.saved == (start == "saved")));
     EXPECT_FALSE(isDeclined && world.applicationEnded);
     EXPECT_EQ(document.open && document.tree().selected()->key() == light, isShown);
-    // The record names what was saved.
+    // The registry has the path of the saved file.
     std::vector<std::string> recorded;
     for (const std::string& call : world.registry.calls)
         recorded.push_back(call.substr(call.rfind('|') + 1));
     std::vector<std::string> written;
-    if (fault != "no record" && wroteHouse) written.push_back(house);
-    if (fault != "no record" && wroteOther) written.push_back(other);
+    if (fault != "registry fails" && wroteHouse) written.push_back(house);
+    if (fault != "registry fails" && wroteOther) written.push_back(other);
     EXPECT_EQ(recorded, written);
-    // An error is told, and ends nothing.
-    const bool failed = way.find(" Error n. ") != std::string::npos;
+    // After an error the program goes on with the unsaved work.
+    const bool failed = trace.find(" Error n. ") != std::string::npos;
     EXPECT_FALSE(failed && world.applicationEnded);
     EXPECT_FALSE(failed && start == "unsaved" && !isKept);
     const bool isAsking = command == "mayEnd" || command == "mayEnd, dialog";
     EXPECT_EQ(mayEnd, command == "Form_Unload" ? world.applicationEnded
                       : isAsking               ? !failed && (!wantsSaving || isWritten)
                                                : true);
-    // Views and commands follow.
+    // Views and commands follow the state.
     EXPECT_EQ(world.editor.TreeView1.visible, document.open);
     EXPECT_EQ(world.editor.ListView1State.visible, document.open);
     EXPECT_TRUE(world.applicationEnded ||
@@ -132,7 +133,7 @@ void expectWayIsSafe(const std::string& command, const std::string& start, const
     expectTreeAndRegistriesAgree(document);
 }
 
-/// Once for each write of another program that the user has not heard of.
+/// One question for each change by another program.
 TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
     const std::string overwrite = "File " + house + " already existing. Overwrite?\n";
     const std::string changed = "File " + house +
@@ -143,8 +144,8 @@ TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
             EditorWorld world;
             world.open(house, example);
             world.disk.time += before;
-            int left = meanwhile;
-            world.desktop.whileOpen = [&] { world.disk.time += left-- > 0 ? 1 : 0; };
+            int remaining = meanwhile;
+            world.desktop.whileOpen = [&] { world.disk.time += remaining-- > 0 ? 1 : 0; };
             world.desktop.willAnswer({Answer::yes, Answer::yes, Answer::yes, Answer::yes});
             world.editor.mnuSaveCfg_Click();
             std::string expected = before == 0 ? "" : changed;
@@ -153,25 +154,25 @@ TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
             expected += overwrite;
             for (int i = 0; before == 0 && i < meanwhile; ++i)
                 expected += changed;
-            EXPECT_EQ(world.told(), expected + house + " saved\n") << before << meanwhile;
+            EXPECT_EQ(world.takeMessages(), expected + house + " saved\n") << before << meanwhile;
         }
     }
 }
 
-TEST(Lifecycle, CostsNobodyWorkOrFileWhateverIsAnsweredAndFails) {
+TEST(Lifecycle, NeverLosesWorkOrFiles) {
     using enum Answer;
-    std::set<std::string> told;
+    std::set<std::string> messages;
     for (const char* command :
          {"mnuNewCfg", "mnuOpenCfg", "mnuImpCfg", "mnuCloseCfg", "mnuSaveCfg", "mnuSaveAs",
-          "mnuExit", "Form_Unload", "mayEnd", "mayEnd, dialog", "mayEnd unasked"})
+          "mnuExit", "Form_Unload", "mayEnd", "mayEnd, dialog", "mayEnd without asking"})
         for (const char* start : {"unsaved", "saved", "closed"})
             for (const auto& [name, plant] : faults)
                 for (const Answer first : {yes, no, cancel})
                     for (const Answer second : {yes, no, cancel})
                         for (const Answer third : {yes, no, cancel})
                             if (!::testing::Test::HasFailure())
-                                expectWayIsSafe(command, start, name, plant, {first, second, third},
-                                                told);
+                                expectNothingIsLost(command, start, name, plant,
+                                                    {first, second, third}, messages);
     std::set<std::string> expected{
         unreadable,
         "Do you want to save active configuration?",
@@ -190,7 +191,7 @@ TEST(Lifecycle, CostsNobodyWorkOrFileWhateverIsAnsweredAndFails) {
          {"Form_Unload", "mnuCloseCfg_Click", "mnuExit_Click", "mnuImpCfg_Click", "mnuNewCfg_Click",
           "mnuOpenCfg_Click", "mnuSaveCfg_Click"})
         expected.insert(std::string(" Error n. 7  Out of memory in ") + routine);
-    EXPECT_EQ(told, expected);
+    EXPECT_EQ(messages, expected);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The disk of POSIX systems, and what they have for a registry, in a temporary folder.
+// The disk and the settings file of POSIX systems, in a temporary folder.
 
-// Its inline functions would keep this file from defining functions of the C library.
+// Its inline functions would prevent this file from replacing functions of the C library.
 #undef _FORTIFY_SOURCE
 
 #include <fcntl.h>
@@ -30,13 +30,13 @@ namespace {
 namespace fs = std::filesystem;
 using fs::perms;
 
-/// The steps of the disk are its calls of the functions below, counted from 1. The chosen one
-/// fails with the error, or kills the process where that is 0.
+/// Each call of a function below is a step, counted from 1. The chosen one fails with the error, or
+/// kills the process if the error is 0.
 struct {
     int chosen, error, made;
 } steps{};
 
-/// What a network's file system may do.
+/// Behaviour of network file systems.
 struct {
     std::size_t mostReadAtOnce = ~std::size_t{0};
     bool losesAnswers = false;
@@ -54,7 +54,7 @@ int step(long systemCall, Arguments... arguments) {
 
 }  // namespace
 
-// Instead of those of the C library.
+// They replace those of the C library.
 extern "C" {
 int open(const char* path, int flags, ...) {
     va_list rest;
@@ -87,7 +87,7 @@ int fsync(int file) { return step(SYS_fsync, file); }
 int rename(const char* from, const char* to) noexcept {
     const int result = step(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to);
     if (!network.losesAnswers || result != 0) return result;
-    errno = ENOENT;  // so the server says when it is asked again
+    errno = ENOENT;  // the answer to the repeated request
     return -1;
 }
 }
@@ -96,14 +96,14 @@ namespace {
 
 constexpr uid_t alice = 1001, bob = 1002, carol = 1003;
 constexpr gid_t team = 2000;
-constexpr int killed = -1, failed = 254, past = 255;  // beside the numbers of errors
+constexpr int killed = -1, failed = 254, past = 255;  // other results than error numbers
 
 std::ptrdiff_t countIn(const fs::path& folder) {
     return std::distance(fs::directory_iterator(folder), fs::directory_iterator());
 }
 
-/// Acts in another process, as a user, of one more group, whom permissions stop where root is
-/// stopped by none. The number of the error that is raised; 0 for none.
+/// Runs the action in a child process, as this user (root ignores permissions) and group. Returns
+/// the number of the error that it raises, 0 for none.
 int outcome(const std::function<void()>& action, uid_t user = 0, gid_t group = 0) {
     const pid_t child = ::fork();
     if (child == 0) {
@@ -123,9 +123,9 @@ int outcome(const std::function<void()>& action, uid_t user = 0, gid_t group = 0
     return WIFEXITED(status) ? WEXITSTATUS(status) : killed;
 }
 
-/// Gives a file, or a folder's new files, an access list (linux/posix_acl_xattr.h): read and write
-/// for the owner and one more user, nothing for the group and others. False where there are none.
-bool giveAccess(const fs::path& path, uid_t user, const char* list = "system.posix_acl_access") {
+/// Sets the access list (linux/posix_acl_xattr.h) of a file, or the default of a folder: read and
+/// write for the owner and one more user, nothing for others. Returns false if not supported.
+bool setAccessList(const fs::path& path, uid_t user, const char* list = "system.posix_acl_access") {
     const std::uint32_t all = ~0U, readWrite = 6U << 16U;
     const std::uint32_t bytes[] = {
         2, 1 | readWrite, all, 2 | readWrite, user, 4, all, 16 | readWrite, all, 32, all};
@@ -148,7 +148,7 @@ class SystemDiskTest : public ::testing::Test {
     int save(const fs::path& path, uid_t user = 0, gid_t group = 0) {
         return outcome([&] { disk->replace(path, "new"); }, user, group);
     }
-    /// Asking beforehand must come to the same.
+    /// Opening must raise the same error as reading.
     int read(const fs::path& path, uid_t user = 0, gid_t group = 0) {
         const int error = outcome([&] { disk->read(path); }, user, group);
         EXPECT_EQ(outcome([&] { disk->openToRead(path); }, user, group), error) << path;
@@ -179,7 +179,7 @@ TEST_F(SystemDiskTest, ReplacesFilesAndFollowsLinks) {
     const timespec times[] = {status.st_atim, status.st_mtim};
     std::ofstream(house) << "NEW";
     EXPECT_EQ(::utimensat(AT_FDCWD, house.c_str(), times, 0), 0);
-    EXPECT_NE(disk->stampOf(house), stamp) << "as large, and its time put back";
+    EXPECT_NE(disk->stampOf(house), stamp) << "same size and time";
     fs::remove(house);
     EXPECT_FALSE(disk->exists(house) || disk->stampOf(house));
     EXPECT_EQ(save(folder / "relative"), 0);
@@ -189,7 +189,7 @@ TEST_F(SystemDiskTest, ReplacesFilesAndFollowsLinks) {
     EXPECT_EQ(countIn(folder), 4);
 }
 
-TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
+TEST_F(SystemDiskTest, ReportsWhyAFileCannotBeReadOrReplaced) {
     fs::create_directory(folder / "shared");
     fs::create_symlink("round", folder / "round");
     EXPECT_EQ(::mkfifo((folder / "pipe").c_str(), 0666), 0);
@@ -217,23 +217,23 @@ TEST_F(SystemDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
         EXPECT_EQ(read(folder / name, bob, bob), ofReading) << name;
         EXPECT_EQ(save(folder / name, bob, bob), ofSaving) << name;
     }
-    const auto readFailing = [&](int chosen, int error) {
+    const auto readWithFault = [&](int chosen, int error) {
         return outcome([&] {
             steps = {chosen, error, 0};
             disk->read(house);
         });
     };
     for (const int chosen : {1, 2, 3})
-        EXPECT_EQ(readFailing(chosen, EIO), 75) << chosen;
-    EXPECT_EQ(readFailing(3, EINTR), 0) << "reading goes on after an interruption";
+        EXPECT_EQ(readWithFault(chosen, EIO), 75) << chosen;
+    EXPECT_EQ(readWithFault(3, EINTR), 0) << "reading goes on after an interruption";
     const auto createMore = [&] { disk->createFolders(folder / "shared/more"); };
     EXPECT_EQ(outcome(createMore, bob, bob), 70);
     fs::permissions(folder / "shared", perms::all);  // so that it can be removed
 }
 
-/// Another process's file: while that saves, and once it was killed. Process numbers tell nothing,
-/// as each container counts its own.
-TEST_F(SystemDiskTest, RemovesWhatTheDeadLeftButNothingOfTheLiving) {
+/// The temporary file of another process, while it saves and after it was killed. Process numbers
+/// do not identify it, as each container has its own.
+TEST_F(SystemDiskTest, RemovesOnlyTheTemporaryFilesOfDeadProcesses) {
     int inside[2] = {};
     ASSERT_EQ(::pipe(inside), 0);
     const pid_t saver = ::fork();
@@ -247,28 +247,28 @@ TEST_F(SystemDiskTest, RemovesWhatTheDeadLeftButNothingOfTheLiving) {
     char byte = 0;
     EXPECT_EQ(::read(inside[0], &byte, 1), 1);
     disk->replace(house, "mine");
-    EXPECT_EQ(countIn(folder), 2) << "of the living";
+    EXPECT_EQ(countIn(folder), 2) << "of a living process";
     ::kill(saver, SIGKILL);
     EXPECT_EQ(::waitpid(saver, nullptr, 0), saver);
     disk->replace(house, "mine too");
-    EXPECT_EQ(countIn(folder), 1) << "of the dead";
+    EXPECT_EQ(countIn(folder), 1) << "of a dead process";
     ::close(inside[0]);
     ::close(inside[1]);
 }
 
-TEST_F(SystemDiskTest, KeepsTheOldFileWhenTheNewOneIsGivenUpOrTheDiskIsFull) {
-    const std::function<void(const Write&)> givesUp;  // raises an error when it is called
-    EXPECT_THROW(disk->replace(house, givesUp), std::bad_function_call);
-    const auto saveMuch = [&] {
+TEST_F(SystemDiskTest, KeepsTheOldFileIfTheWriteIsAbortedOrTheDiskIsFull) {
+    const std::function<void(const Write&)> aborts;  // raises an error when called
+    EXPECT_THROW(disk->replace(house, aborts), std::bad_function_call);
+    const auto saveTooMuch = [&] {
         const rlimit little{4096, 4096};
         if (::setrlimit(RLIMIT_FSIZE, &little) == 0) disk->replace(house, std::string(9999, 'x'));
     };
-    EXPECT_EQ(outcome(saveMuch), 61);
+    EXPECT_EQ(outcome(saveTooMuch), 61);
     EXPECT_EQ(disk->read(house), "old");
     EXPECT_EQ(countIn(folder), 1);
 }
 
-TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
+TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileAfterAnyFault) {
     const std::pair<int, int> faults[] = {
         {EIO, 75}, {ENOSPC, 61}, {EPERM, 70}, {EINTR, 75}, {0, killed}};
     int most = 0;
@@ -281,7 +281,7 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
             disk->replace(house, "old");
             fs::permissions(house, perms{0640});
             EXPECT_TRUE(::geteuid() != 0 || ::chown(house.c_str(), alice, team) == 0);
-            if (error != ENOSPC) giveAccess(house, bob);  // that sets the permissions too
+            if (error != ENOSPC) setAccessList(house, bob);  // changes the permissions too
             const auto rights = fs::status(house).permissions();
             got = outcome([&, fault = error] {
                 steps = {chosen, fault, 0};
@@ -294,21 +294,21 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
             EXPECT_TRUE(isOld ? got == number : got == 0 || got == killed || got == past) << got;
             EXPECT_EQ(fs::status(house).permissions(), rights);
             refused += isOld ? 1 : 0;
-            for (const auto& left : fs::directory_iterator(folder)) {
-                const auto ofOthers = left.status().permissions() & perms::others_all;
-                EXPECT_TRUE(left == house || left.path().filename().native().starts_with(".new-"));
+            for (const auto& file : fs::directory_iterator(folder)) {
+                const auto ofOthers = file.status().permissions() & perms::others_all;
+                EXPECT_TRUE(file == house || file.path().filename().native().starts_with(".new-"));
                 EXPECT_EQ(ofOthers, perms::none);
             }
             if (got == killed) disk->replace(house, "next");
-            EXPECT_EQ(countIn(folder), 1) << "what is left of the dead goes with the next save";
+            EXPECT_EQ(countIn(folder), 1) << "the next save removes the temporary file";
         }
-        EXPECT_GE(refused, 7) << "too few steps were met";
+        EXPECT_GE(refused, 7) << "too few steps";
         most = std::max(most, refused);
         EXPECT_TRUE(error != EINTR || refused < most) << "writing goes on after an interruption";
     }
 }
 
-TEST_F(SystemDiskTest, LeavesASharedFileToThoseWhoHadIt) {
+TEST_F(SystemDiskTest, KeepsTheAccessRightsOfASharedFile) {
     if (::geteuid() != 0) GTEST_SKIP() << "only root can act for several users";
     const auto give = [&](gid_t group, unsigned mode) {
         fs::remove(house);
@@ -317,31 +317,31 @@ TEST_F(SystemDiskTest, LeavesASharedFileToThoseWhoHadIt) {
     };
     give(team, 06660);
     EXPECT_EQ(save(house), 0);
-    EXPECT_EQ(fs::status(house).permissions(), perms{06660}) << "root gives all back";
+    EXPECT_EQ(fs::status(house).permissions(), perms{06660}) << "root keeps everything";
     EXPECT_EQ(save(house, bob, team) + save(house, alice, team) + save(house, bob, team), 0);
     EXPECT_EQ(read(house, alice, team) + read(house, bob, team) + read(house, carol, team), 0);
     EXPECT_EQ(read(house, carol, carol), 70);
-    EXPECT_EQ(fs::status(house).permissions(), perms{0660}) << "not alice's and team's rights";
+    EXPECT_EQ(fs::status(house).permissions(), perms{0660}) << "without the set-id bits";
     give(team, 0646);
-    EXPECT_EQ(save(house, bob, bob), 70) << "team could not read it any more";
+    EXPECT_EQ(save(house, bob, bob), 70) << "team could not read it";
     give(team, 0666);
     EXPECT_EQ(save(house, bob, bob), 0);
 
     give(alice, 0600);
-    if (!giveAccess(house, bob)) GTEST_SKIP() << "no access lists here";
+    if (!setAccessList(house, bob)) GTEST_SKIP() << "no access lists here";
     ::setxattr(house.c_str(), "user.note", "n", 1, 0);
     EXPECT_EQ(save(house, alice, alice) + read(house, bob, bob), 0);
-    EXPECT_EQ(read(house, carol, alice), 70) << "the list gives the group nothing";
+    EXPECT_EQ(read(house, carol, alice), 70) << "the list grants the group nothing";
     EXPECT_EQ(::getxattr(house.c_str(), "user.note", nullptr, 0), 1);
     give(alice, 0660);
-    giveAccess(folder, carol, "system.posix_acl_default");
+    setAccessList(folder, carol, "system.posix_acl_default");
     EXPECT_EQ(save(house, 0, 0), 0);
     EXPECT_EQ(read(house, carol, carol), 70) << "the folder's list is for new files";
-    giveAccess(house, bob);
+    setAccessList(house, bob);
     EXPECT_EQ(save(house, 0, 0) + read(house, bob, bob), 0) << "instead of the folder's list";
 }
 
-TEST_F(SystemDiskTest, RecordsAPathInOneLineOfAFile) {
+TEST_F(SystemDiskTest, WritesARecordedPathAsOneLine) {
     const auto registry = systemRegistry(*disk, folder / ".config");
     for (const char* path :
          {"/a/house.xml", "/a/b\u00FCro = 2.xml", "/a/two\nConfigFile=lines.xml"})

@@ -19,25 +19,24 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The steps of the disk are its calls of the functions below, counted from 1. The chosen one
-/// fails with the error, or ends the process where that is 0.
+/// Each call of a function below is a step, counted from 1. The chosen one fails with the error, or
+/// ends the process if the error is 0.
 struct {
     int chosen = 0, made = 0;
     DWORD error = 0;
-    bool cannotFlush = false;  ///< as a file system may answer
-    bool renamesAsPosix =
-        false;                  ///< as Windows does and Wine does not, while nobody reads the file
-    bool losesAnswers = false;  ///< of a rename, as a network may
-    bool changeOnly = false;    ///< as a share does that grants the right to change, and no more
-} played;
+    bool cannotFlush = false;     ///< as on some file systems
+    bool renamesAsPosix = false;  ///< as Windows does and Wine does not
+    bool losesAnswers = false;    ///< of a rename, as a network may
+    bool changeOnly = false;      ///< as a share that grants only the right to change files
+} fake;
 
 constexpr int killed = 99, past = 100;  // exit codes
 
 template <typename Function, typename Result, typename... Arguments>
 Result step(const char* name, Result failure, Arguments... arguments) {
-    if (played.chosen != 0 && ++played.made == played.chosen) {
-        if (played.error == 0) ::TerminateProcess(::GetCurrentProcess(), killed);
-        ::SetLastError(played.error);
+    if (fake.chosen != 0 && ++fake.made == fake.chosen) {
+        if (fake.error == 0) ::TerminateProcess(::GetCurrentProcess(), killed);
+        ::SetLastError(fake.error);
         return failure;
     }
     const auto real = ::GetProcAddress(::GetModuleHandleW(L"kernelbase"), name);
@@ -46,7 +45,7 @@ Result step(const char* name, Result failure, Arguments... arguments) {
 
 HANDLE WINAPI createFile(LPCWSTR path, DWORD access, DWORD sharing, SECURITY_ATTRIBUTES* security,
                          DWORD creation, DWORD flags, HANDLE pattern) {
-    if (played.changeOnly && (access & (WRITE_DAC | WRITE_OWNER)) != 0) {
+    if (fake.changeOnly && (access & (WRITE_DAC | WRITE_OWNER)) != 0) {
         ::SetLastError(ERROR_ACCESS_DENIED);
         return INVALID_HANDLE_VALUE;
     }
@@ -67,23 +66,23 @@ BOOL WINAPI writeFile(HANDLE file, const void* from, DWORD n, DWORD* done, OVERL
 }
 BOOL WINAPI flush(HANDLE file) {
     ::SetLastError(ERROR_INVALID_FUNCTION);
-    return played.cannotFlush ? 0 : step<decltype(&flush)>("FlushFileBuffers", 0, file);
+    return fake.cannotFlush ? 0 : step<decltype(&flush)>("FlushFileBuffers", 0, file);
 }
 BOOL WINAPI setInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* from, DWORD n) {
     constexpr auto fileRenameInfoEx = static_cast<FILE_INFO_BY_HANDLE_CLASS>(22);
-    if (played.renamesAsPosix && kind == fileRenameInfoEx) kind = FileRenameInfo;
+    if (fake.renamesAsPosix && kind == fileRenameInfoEx) kind = FileRenameInfo;
     return step<decltype(&setInformation)>("SetFileInformationByHandle", 0, file, kind, from, n);
 }
 BOOL WINAPI moveFile(LPCWSTR from, LPCWSTR to, DWORD how) {
     const BOOL moved = step<decltype(&moveFile)>("MoveFileExW", 0, from, to, how);
-    if (!played.losesAnswers) return moved;
+    if (!fake.losesAnswers) return moved;
     ::SetLastError(ERROR_NETNAME_DELETED);
     return 0;
 }
 
 }  // namespace
 
-// The places through which the program calls them, as an import library would define them.
+// The import table entries through which the program calls them.
 extern "C" {
 auto* __imp_CreateFileW = &createFile;
 auto* __imp_GetFileAttributesW = &getFileAttributes;
@@ -97,13 +96,13 @@ auto* __imp_MoveFileExW = &moveFile;
 
 namespace {
 
-/// The process that is killed while it saves: this program, started with these settings.
+/// The child process that is killed while it saves: this program with these settings.
 const struct KilledProcess {
     KilledProcess() {
         const char* const chosen = std::getenv("KILLED_AT");
         if (chosen == nullptr) return;
         const int step = std::atoi(chosen);
-        played = {.chosen = std::abs(step), .renamesAsPosix = step < 0};
+        fake = {.chosen = std::abs(step), .renamesAsPosix = step < 0};
         systemDisk()->replace(std::getenv("SAVED_FILE"), "new");
         std::_Exit(past);
     }
@@ -130,7 +129,7 @@ class WindowsDiskTest : public ::testing::Test {
             return "error " + std::to_string(static_cast<int>(error.number()));
         }
     }
-    /// The number of the error that is raised; 0 for none.
+    /// Returns the number of the error that is raised, 0 for none.
     int replace(const fs::path& path, std::string_view bytes) {
         try {
             disk->replace(utf8(path), bytes);
@@ -153,7 +152,7 @@ class WindowsDiskTest : public ::testing::Test {
     static std::wstring accessOf(const fs::path& path) {
         return describe(path, DACL_SECURITY_INFORMATION);
     }
-    /// Lets only its owner do anything with the file. Gives the access list as the system tells it.
+    /// Restricts the file to its owner. Returns the new access list as text.
     static std::wstring makeSecret(const fs::path& path) {
         const std::wstring owner = describe(path, OWNER_SECURITY_INFORMATION).substr(2);
         void* security = nullptr;
@@ -163,8 +162,8 @@ class WindowsDiskTest : public ::testing::Test {
         ::LocalFree(security);
         return accessOf(path);
     }
-    /// Saves with a fault at a step; in another process where that is to be killed. Gives the
-    /// number of the error, 0 for none, or an exit code.
+    /// Saves with a fault at a step, in a child process if it is to be killed. Returns the number
+    /// of the error, 0 for none, or an exit code.
     int outcome(int chosen, DWORD error, bool posix) {
         if (error == 0) {
             wchar_t program[MAX_PATH];
@@ -173,15 +172,15 @@ class WindowsDiskTest : public ::testing::Test {
             ::_wputenv_s(L"SAVED_FILE", house.c_str());
             return static_cast<int>(::_wspawnl(_P_WAIT, program, program, nullptr));
         }
-        played = {.chosen = chosen, .error = error, .renamesAsPosix = posix};
+        fake = {.chosen = chosen, .error = error, .renamesAsPosix = posix};
         const int number = replace(house, "new");
-        const int made = std::exchange(played, {}).made;
+        const int made = std::exchange(fake, {}).made;
         return made < chosen ? past : number;
     }
     auto files() const { return std::distance(fs::directory_iterator(folder), {}); }
 };
 
-TEST_F(WindowsDiskTest, MakesAndReplacesFilesUnderAnyName) {
+TEST_F(WindowsDiskTest, CreatesAndReplacesFilesWithAnyName) {
     const std::wstring branch = folder / std::wstring(150, L'd');
     const std::wstring deep = LR"(\\?\)" + branch + LR"(\)" + std::wstring(150, L'e');
     ASSERT_TRUE(::CreateDirectoryW(branch.c_str(), nullptr) != 0 &&
@@ -196,15 +195,15 @@ TEST_F(WindowsDiskTest, MakesAndReplacesFilesUnderAnyName) {
         EXPECT_EQ(read(path), "shorter");
         EXPECT_NE(::GetFileAttributesW(full.c_str()) & FILE_ATTRIBUTE_HIDDEN, 0U);
     }
-    EXPECT_EQ(files(), 3) << "two files and the first of the folders";
+    EXPECT_EQ(files(), 3) << "two files and a folder";
     ::DeleteFileW(longPath.c_str());
     ::RemoveDirectoryW(deep.c_str());
 }
 
-TEST_F(WindowsDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
+TEST_F(WindowsDiskTest, ReportsWhyAFileCannotBeReadOrReplaced) {
     EXPECT_EQ(replace(house, "old"), 0);
-    const std::function<void(const Write&)> givesUp;  // raises an error when it is called
-    EXPECT_THROW(disk->replace(utf8(house), givesUp), std::bad_function_call);
+    const std::function<void(const Write&)> aborts;  // raises an error when called
+    EXPECT_THROW(disk->replace(utf8(house), aborts), std::bad_function_call);
     ::SetFileAttributesW(house.c_str(), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(replace(house, "new"), 70);
     EXPECT_EQ(replace(folder, "new"), 75);
@@ -216,20 +215,20 @@ TEST_F(WindowsDiskTest, TellsWhyAFileCannotBeReadOrReplaced) {
     ::SetFileAttributesW(house.c_str(), FILE_ATTRIBUTE_NORMAL);
 }
 
-TEST_F(WindowsDiskTest, ReplacesAFileThatIsBeingReadWhereTheReaderAndTheSystemLetIt) {
-    for (const DWORD leave : {DWORD{FILE_SHARE_DELETE}, DWORD{0}}) {
+TEST_F(WindowsDiskTest, ReplacesAnOpenFileOnlyIfTheReaderAllowsIt) {
+    for (const DWORD sharing : {DWORD{FILE_SHARE_DELETE}, DWORD{0}}) {
         replace(house, "old");
-        const HANDLE reader = ::CreateFileW(house.c_str(), GENERIC_READ, FILE_SHARE_READ | leave,
+        const HANDLE reader = ::CreateFileW(house.c_str(), GENERIC_READ, FILE_SHARE_READ | sharing,
                                             nullptr, OPEN_EXISTING, 0, nullptr);
         const int error = replace(house, "new");
-        EXPECT_TRUE(error == 70 || (error == 0 && leave != 0)) << error;
+        EXPECT_TRUE(error == 70 || (error == 0 && sharing != 0)) << error;
         EXPECT_EQ(read(house), error == 0 ? "new" : "old");
         ::CloseHandle(reader);
         EXPECT_EQ(files(), 1);
     }
 }
 
-TEST_F(WindowsDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
+TEST_F(WindowsDiskTest, LeavesTheOldOrTheNewFileAfterAnyFault) {
     const std::pair<DWORD, int> faults[] = {
         {ERROR_CRC, 75}, {1295, 61}, {ERROR_ACCESS_DENIED, 70}, {0, killed}};
     for (const bool posix : {false, true}) {
@@ -251,44 +250,44 @@ TEST_F(WindowsDiskTest, LeavesTheOldOrTheNewFileWhateverFailsOrKills) {
                 EXPECT_EQ(accessOf(house), secret);
                 refused += now == "old" ? 1 : 0;
                 if (got == killed) replace(house, "next");
-                EXPECT_EQ(files(), 1) << "what is left of the killed goes with the next save";
+                EXPECT_EQ(files(), 1) << "the next save removes the temporary file";
             }
-            EXPECT_TRUE(got == past && refused >= 10) << "too many or too few steps were met";
+            EXPECT_TRUE(got == past && refused >= 10) << "too many or too few steps";
         }
     }
 }
 
-TEST_F(WindowsDiskTest, RemovesOnlyWhatNoRunningEditorOwns) {
-    const fs::path ofTheKilled = folder / "~new-1-2", ofUsers = folder / "~new-1-2.xml";
-    replace(ofTheKilled, "half");
+TEST_F(WindowsDiskTest, RemovesOnlyTheTemporaryFilesOfDeadProcesses) {
+    const fs::path stale = folder / "~new-1-2", ofUsers = folder / "~new-1-2.xml";
+    replace(stale, "half");
     replace(ofUsers, "plan");
     disk->replace(utf8(house), [&](const Write& write) {
         EXPECT_EQ(replace(folder / "other.xml", "other"), 0);
         write("whole");
     });
     EXPECT_EQ(read(house), "whole");
-    EXPECT_FALSE(fs::exists(ofTheKilled));
+    EXPECT_FALSE(fs::exists(stale));
     EXPECT_EQ(files(), 3);
 }
 
-TEST_F(WindowsDiskTest, KeepsWhoMayReadAndBearsWhatFileSystemsLack) {
+TEST_F(WindowsDiskTest, KeepsTheAccessListOnRestrictedFileSystems) {
     replace(house, "old");
     const std::wstring shared = accessOf(house);
-    played.changeOnly = true;
-    EXPECT_EQ(replace(house, "new"), 0) << "the folder gives the same rights";
+    fake.changeOnly = true;
+    EXPECT_EQ(replace(house, "new"), 0) << "the folder grants the same rights";
     const std::wstring secret = makeSecret(house);
     EXPECT_NE(secret, shared);
     EXPECT_EQ(replace(house, "newer"), 70);
     EXPECT_EQ(read(house), "new");
-    played = {.cannotFlush = true, .losesAnswers = true};
+    fake = {.cannotFlush = true, .losesAnswers = true};
     EXPECT_EQ(replace(house, "newer"), 0);
-    played = {};
+    fake = {};
     EXPECT_EQ(read(house), "newer");
     EXPECT_EQ(accessOf(house), secret);
     EXPECT_EQ(files(), 1);
 }
 
-TEST_F(WindowsDiskTest, RecordsAPathWholeInBothViewsOfTheRegistry) {
+TEST_F(WindowsDiskTest, RecordsTheFullPathInBothRegistryViews) {
     const std::string subKey = R"(Software\QUONAutomation\Test)";
     const std::string path = "C:\\Büro €\\Étage\\дом.xml";
     systemRegistry(*disk, "")->SetRegValue(RegistryRoot::localMachine, subKey, "ConfigFile", path);

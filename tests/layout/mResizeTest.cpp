@@ -8,7 +8,7 @@
 
 namespace {
 
-/// Left, top, width and height; or, after these, the ends of a line.
+/// Left, top, width and height; then the end points of a line.
 using Measures = std::array<std::optional<int>, 8>;
 constexpr auto none = std::nullopt;
 
@@ -54,7 +54,7 @@ struct Form : ResizableForm {
     std::vector<ResizableControl*> all;
 };
 
-/// All numbers of a control; in capitals a font that is to the last bit what it was at first.
+/// All numbers of a control. "FONT" in upper case means: exactly the first font size.
 std::string shown(const Control& control) {
     std::ostringstream text;
     for (const std::optional<int> value : control.values)
@@ -66,7 +66,7 @@ std::string shown(const Control& control) {
     return text.str();
 }
 
-TEST(Resizing, MakesAllFollowInProportionFromHowItWasAtFirst) {
+TEST(Resizing, ScalesControlsFromTheirFirstMeasures) {
     Control box("a", 0, "TextBox", {200, 101, 30, 30});
     Control frame("a", 1, "Frame", {100, 100, 50, 50});
     Control line("b", 1, "Line", {none, none, none, none, 10, 90, -7, 8});
@@ -82,7 +82,7 @@ TEST(Resizing, MakesAllFollowInProportionFromHowItWasAtFirst) {
     form.all = {&frame, &box, &line, &label, &grid};
     mResize resizing;
     std::string all;
-    // At 10 x 10 it is minimised; at 200 x 900 the grid keeps half of its width.
+    // At 10 x 10 the form is minimised. At 200 x 900 the grid reaches its minimum width.
     for (const FormSize size : {FormSize{1000, 600},
                                 {1500, 600},
                                 {10, 10},
@@ -108,7 +108,7 @@ TEST(Resizing, MakesAllFollowInProportionFromHowItWasAtFirst) {
 200 x 900: 20 150 10 75, 40 151 6 45 font 1.98, 2 18 -10 12, 2 6 font 1.98, 150 300 150 300 50 16 70 30, 4 15 1 1,
 1000 x 600: 100 100 50 50, 200 101 30 30 FONT 9.9, 10 90 -7 8, 10 4 FONT 9.9, 200 200 300 200 100 20, 20 10 5 1,)");
 
-    // From the reference that the first call for this form gave; it has none in height.
+    // The first call for another form sets its reference size, here without a height.
     form.title = "frmFind";
     form.now = {1000, 600};
     resizing.resize(form, FormSize{500, 0});

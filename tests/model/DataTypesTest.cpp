@@ -7,8 +7,8 @@
 
 namespace {
 
-/// What the documents say of the data types, and how the schema has them.
-TEST(DataTypes, AreTheSameInTheDocuments) {
+/// The tables of data types in the documents and in the schema.
+TEST(DataTypes, AgreeWithTheDocuments) {
     const auto textOf = [](const std::string& name) {
         std::ifstream file(SAMPLES_DIR "/../docs/" + name, std::ios::binary);
         std::string text{std::istreambuf_iterator<char>(file), {}};

@@ -4,14 +4,14 @@
 
 namespace {
 
-TEST(List, ResetsItsListenerOnceForAllThatHappensInOneUpdate) {
+TEST(List, ResetsItsListenerOncePerUpdate) {
     struct : ListView::Listener {
-        void aboutToReset() override { heard += "("; }
-        void reset() override { heard += ")"; }
-        void columnsBuilt() override { heard += "columns"; }
-        void viewChanged() override { heard += "view"; }
+        void aboutToReset() override { events += "("; }
+        void reset() override { events += ")"; }
+        void columnsBuilt() override { events += "columns"; }
+        void viewChanged() override { events += "view"; }
         void madeVisible(std::size_t /*row*/) override {}
-        std::string heard;
+        std::string events;
     } view;
     ListView list;
     list.setListener(&view);
@@ -24,7 +24,7 @@ TEST(List, ResetsItsListenerOnceForAllThatHappensInOneUpdate) {
     }
     list.addRow({"6", NodeKind::item, {"b"}, "EIS1"});
     list.setView(ListView::View::icon);
-    EXPECT_EQ(view.heard, "(columns)view()view");
+    EXPECT_EQ(view.events, "(columns)view()view");
 }
 
 }  // namespace

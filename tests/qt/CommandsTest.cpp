@@ -1,4 +1,4 @@
-// What every window tells its user, and the pictures.
+// What every window shows, and the icons.
 #include <algorithm>
 
 #include "qt/Icons.h"
@@ -9,22 +9,22 @@
 
 namespace {
 
-/// What the dialog tells that is opened; then leaves it.
+/// Reads the dialog that `open` opens, then closes it.
 QString readingOf(
     const std::function<void()>& open, const std::function<void(QWidget&)>& act = [](QWidget&) {}) {
-    QString told;
+    QString text;
     inDialog(open, [&](QWidget& shown) {
         const QPointer<QWidget> dialog = &shown;
-        expectSoundLayout(shown);
+        expectValidLayout(shown);
         if (shown.inherits("FormDialog") || shown.inherits("AboutBox")) expectMnemonics(shown);
         act(shown);
-        told = reading(shown);
-        // A question without a Cancel stays, whatever is tried, until it is answered.
+        text = reading(shown);
+        // A question without Cancel can only be answered.
         if (dialog && dialog->isVisible()) QTest::keyClick(dialog, Qt::Key_Escape);
         if (dialog && dialog->isVisible()) dialog->close();
         if (dialog && dialog->isVisible()) QTest::keyClick(dialog, Qt::Key_Return);
     });
-    return told;
+    return text;
 }
 
 }  // namespace
@@ -32,7 +32,7 @@ QString readingOf(
 class CommandsTest : public QObject {
     Q_OBJECT
 
-    /// Menus and toolbar are as the table has them, in its order, and on as the editor says.
+    /// Menus and toolbar must follow the table and its order, and be enabled as the editor says.
     static void expectCommandsAsInTheTable(const WindowWorld& world) {
         QList<QAction*> menus = world.window.menuBar()->actions(), entries;
         QList<QAction*> buttons = world.window.findChild<QToolBar*>("Toolbar1")->actions();
@@ -63,7 +63,7 @@ class CommandsTest : public QObject {
     }
 
  private Q_SLOTS:
-    static void commandsAreThoseOfTheTableInEveryState() {
+    static void commandsFollowTheTableInEveryState() {
         WindowWorld world;
         QVERIFY(QTest::qWaitForWindowActive(&world.window));
         QCOMPARE(world.window.windowTitle(), "QUONAutomation - OPCOlvan");
@@ -86,7 +86,7 @@ class CommandsTest : public QObject {
         world.button("list").click();
         expectCommandsAsInTheTable(world);
         QCOMPARE(reading(world.window), "QUONAutomation - OPCOlvan: Contents, Configuration tree");
-        // At its opening size the parts have the fixed fractions of the inner area.
+        // At the opening size the parts have fixed fractions of the inner area.
         const QSize inner = world.window.centralWidget()->size();
         const auto layout = frmEditing::layoutFor({inner.width(), inner.height()});
         for (const auto& [part, place] :
@@ -94,7 +94,7 @@ class CommandsTest : public QObject {
             QCOMPARE(part.geometry(), QRect(place.left, place.top, place.width, place.height));
     }
 
-    static void dialogsTellTheirFieldsAndButtons() {
+    static void dialogsNameTheirFieldsAndButtons() {
         QtForms forms;
         WindowWorld world(&forms);
         world.openText(configuration(plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")))));
@@ -160,7 +160,7 @@ class CommandsTest : public QObject {
                  "Replace Text: [Replace], Cancel, Replace Text");
     }
 
-    static void boxesAndChoosersAskAsTheyAreTold() {
+    static void messageBoxesAndFileChoosersShowWhatTheyAreGiven() {
         QtDesktop desktop;
         desktop.setPointer(Pointer::busy);
         QCOMPARE(readingOf([&] { desktop.showMessage("<b>K\xC3\xBChlung</b> & more saved"); },
@@ -183,7 +183,7 @@ class CommandsTest : public QObject {
                  "OPCOlvan: [Yes], No, Cancel");
         inDialog([&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::no); },
                  [](QWidget& box) { box.findChildren<QPushButton*>().at(1)->click(); });
-        // A file chooser is the toolkit's or the platform's own but for what it is asked for.
+        // Of a file chooser, which is from Qt or the platform, only the settings are checked.
         const FileFilter filter{"configuration files ", "*.xml"};
         const std::string path = SAMPLES_DIR "/plant.xml";
         inDialog([&] { QCOMPARE(desktop.chooseFileToSave("Save as", filter, path), path); },
@@ -208,8 +208,8 @@ class CommandsTest : public QObject {
             });
     }
 
-    /// None is missing, and each is drawn for the screen's own pixels, not stretched to them.
-    static void everyPictureIsDrawnAtEverySize() {
+    /// No icon is missing, and each is drawn for the pixels of the screen, not scaled.
+    static void everyIconIsDrawnAtEverySize() {
         for (const QString& folder : QDir(":/icons").entryList({"tree", "list", "toolbar"})) {
             const QDir files(":/icons/" + folder);
             for (const QString& file : files.entryList()) {

@@ -1,4 +1,4 @@
-// The dialogs in their windows, filled in by hand.
+// The dialogs in their windows, filled in with mouse and keyboard.
 
 #include "qt/QtForms.h"
 #include "qt/Reading.h"
@@ -6,11 +6,11 @@
 
 namespace {
 
-/// One of the user's steps in a dialog: "types FIELD TEXT", over what is there; "composes FIELD
-/// TEXT", as an input method enters several characters at once; "pastes FIELD TEXT", after what is
-/// there; "chooses FIELD TEXT"; "clicks BUTTON"; "enters at BUTTON", with the keyboard; "finds
-/// FIELD TEXT" to be typed over; "shows LABEL TEXT"; "measures" the dialog's height, and finds it
-/// "as high"; or a key.
+/// Performs a step in a dialog: "types FIELD TEXT" replaces the text; "composes FIELD TEXT" enters
+/// it at once, as an input method; "pastes FIELD TEXT" appends it; "chooses FIELD TEXT"; "clicks
+/// BUTTON"; "enters at BUTTON" presses Return there; "finds FIELD TEXT" expects the focus and
+/// selected text; "shows LABEL TEXT" expects a text; "measures" stores the height, "as high"
+/// expects it; or a key.
 void act(QWidget& dialog, const QString& step) {
     const QString verb = step.section(' ', 0, step.startsWith("enters") ? 1 : 0);
     const QString name = step.mid(verb.size() + 1).section(' ', 0, 0);
@@ -66,7 +66,7 @@ class DialogsTest : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    static void aConfigurationBuiltByHandIsSavedAsItIs() {
+    static void configurationsAreBuiltInTheDialogsAndSaved() {
         QtForms forms;
         WindowWorld world(&forms);
         const auto run = [&](const char* command, const QString& steps) {
@@ -76,7 +76,7 @@ class DialogsTest : public QObject {
             inDialog([&] { world.openNode(key); }, steps);
         };
         world.entry("mnuNewCfg").trigger();
-        world.entry("mnuFind").trigger();  // stays open, but no dialog belongs to it
+        world.entry("mnuFind").trigger();  // stays open, but is not the parent of dialogs
         run("mnuSetts", "types cmbPort com1; types cmbEdiType USB; Return");
         run("mnuSetts", "types cmbPort com2; enters at cmdExit");
         run("mnuAddPlc", "types txtName Not; enters at cmdExit");
@@ -121,8 +121,8 @@ class DialogsTest : public QObject {
         QVERIFY(toQt(element).contains("<elements>4</elements>"));
     }
 
-    /// Whatever its type and right, and with a comment that no field can show whole.
-    static void anItemConfirmedWithoutAChangeStaysAsItIs() {
+    /// For any type and access right, and a comment that is too long for a field.
+    static void confirmingWithoutAChangeKeepsTheItem() {
         QtForms forms;
         WindowWorld world(&forms);
         const std::string comment = std::string(40'000, 'x') + "\n";

@@ -1,4 +1,4 @@
-// Dragging, the focus that commands go by, pasted names and finding, in the window.
+// Dragging, undo and find in the window, and the monkey test.
 
 #include "qt/Monkey.h"
 #include "qt/QtForms.h"
@@ -11,11 +11,12 @@ class Building : public WindowUser {
     Building()
         : WindowUser(configuration(plc("Annex", branch("SHED", branch("BOX", tag("Key")))) +
                                    plc("Plant", branch("HALL", tag("Door") + tag("Lamp"))))) {
-        window.resize(900, 700);  // wherever the platform's screen ends
+        window.resize(900, 700);  // independent of the screen's size
         tree.setGeometry(0, 40, 400, 600);
     }
 
-    /// Presses the right button on a node, moves to another, goes on from there and lets go.
+    /// Drags a node to another one with the right button; calls `goOn` before it releases the
+    /// button.
     void rightDrags(const char* from, const char* to, const std::function<void()>& goOn,
                     Qt::KeyboardModifiers held = {}) {
         const QPoint start = spotOnNode(from);
@@ -30,7 +31,7 @@ class Building : public WindowUser {
             goOn();
             QTest::mouseRelease(window.windowHandle(), Qt::RightButton, {}, at_);
         });
-        // The drag begins here and ends in the timer's turn.
+        // The drag begins here and ends in the timer.
         moveTo(start + QPoint(0, 2 * QApplication::startDragDistance()));
         QCoreApplication::processEvents();
         QVERIFY(desktop.pointer == Pointer::normal && !shownTree().contains("^"));
@@ -59,7 +60,7 @@ class EditingTest : public QObject {
             const QRect row = user.tree.visualRect(user.indexOf("Plant.HALL"));
             QCOMPARE(drag.pixmap().height(), row.height());
             QVERIFY(drag.pixmap().width() > row.height() && drag.hotSpot().x() < 0);
-            QTRY_VERIFY(user.tree.isExpanded(user.indexOf("Annex")));  // it rests there
+            QTRY_VERIFY(user.tree.isExpanded(user.indexOf("Annex")));  // the pointer rests there
         });
         QCOMPARE(user.devices(), "Annex[SHED[BOX[Key]] HALL[Door Lamp]] Plant[]");
         user.rightDrags(
@@ -72,7 +73,7 @@ class EditingTest : public QObject {
             user.moveTo({user.tree.width() + 50, 9});
         });
         QCOMPARE(user.devices(), copied);
-        // At its edges the tree scrolls.
+        // The tree scrolls at its edges.
         user.tree.resize(user.tree.width(), 5 * user.tree.sizeHintForRow(0));
         user.tree.collapse(user.indexOf("Annex.HALL"));
         const QScrollBar& bar = *user.tree.verticalScrollBar();
@@ -86,13 +87,13 @@ class EditingTest : public QObject {
             user.moveTo(user.tree.visualRect(user.indexOf("Plant.HALL")).center());
         });
         QCOMPARE(user.devices(), "Annex[SHED[] HALL[Door Lamp]] Plant[HALL[Door Lamp BOX[Key]]]");
-        const QMimeData node;  // another editor's
+        const QMimeData node;  // from another program
         QDragEnterEvent enters({20, 2}, Qt::CopyAction, &node, Qt::RightButton, {});
         QCoreApplication::sendEvent(user.tree.viewport(), &enters);
         QVERIFY(!enters.isAccepted());
     }
 
-    static void menuTakesTheVeryNodeToDropIt() {
+    static void contextMenuMovesAndCopiesNodes() {
         Building user;
         const QString drop = "Drop here what was taken";
         const auto offersDrop = [&](const char* key) {
@@ -142,7 +143,7 @@ class EditingTest : public QObject {
         }
     }
 
-    static void findSelectsAndOpensWhatItFinds() {
+    static void findSelectsNodesAndExpandsTheirParents() {
         QtForms forms;
         WindowUser user(configuration(plc("Plant", branch("HALL", tag("Lamp") + tag("Lamp2")))),
                         &forms);
@@ -170,12 +171,12 @@ class EditingTest : public QObject {
         QCOMPARE(accessible(text, QAccessible::Description), "Nothing was found");
         text.setText("lam");
         QVERIFY(!sign.isVisible());
-        user.entry("mnuFind").trigger();  // the same one
+        user.entry("mnuFind").trigger();  // shows the same dialog
         QVERIFY(dialog != nullptr && dialog->isVisible() && user.window.close());
         QVERIFY(dialog == nullptr);
     }
 
-    static void whatIsAddedIsBroughtIntoSight() {
+    static void addedItemsAreScrolledIntoView() {
         std::string items;
         for (int i = 1; i < 200; ++i)
             items += tag("Lamp" + std::to_string(i));
@@ -197,7 +198,7 @@ class EditingTest : public QObject {
         QCOMPARE(user.names().section(' ', 99, 99), "Lamp099b");
     }
 
-    static void whateverTheUserDoes() { playMonkey(2000); }
+    static void monkeyTest() { runMonkeyTest(2000); }
 };
 
 std::unique_ptr<QObject> editingTest() { return std::make_unique<EditingTest>(); }

@@ -1,4 +1,4 @@
-// What the user does with the main window, by mouse and keyboard.
+// The main window, operated with mouse and keyboard.
 #include <qpa/qplatformtheme.h>
 
 #include <QtGui/private/qguiapplication_p.h>
@@ -25,7 +25,7 @@ class MainWindowTest : public QObject {
     Q_OBJECT
 
  private Q_SLOTS:
-    static void nodesAreChosenByHand() {
+    static void nodesAreSelectedByMouseAndKeyboard() {
         WindowUser user(twoFloors());
         QTreeView& tree = user.tree;
         const auto selected = [&] { return tree.currentIndex().data().toString(); };
@@ -43,7 +43,7 @@ class MainWindowTest : public QObject {
         user.drags(tree, one, other);
         QCOMPARE(user.shownRows(), "Light1");
         user.entry("mnuIcon").trigger();
-        user.drags(tree, one, other);  // back to the one that was selected before
+        user.drags(tree, one, other);  // back to the previous selection
         QCOMPARE(user.shownRows(), "Light1");
         user.clicks("Plant.FLOOR1", Qt::RightButton);
         QCOMPARE(user.menu(),
@@ -64,7 +64,7 @@ class MainWindowTest : public QObject {
         user.clicks(tree, item - QPoint(tree.indentation(), 0));
         QCOMPARE(user.shownRows(), "Text1");
 
-        // What chooses no node: boxes, and what is below the nodes. A node reaches to the edge.
+        // Expand boxes and the space below the nodes select nothing. A node reaches to the edge.
         user.clicks(tree, one - QPoint(tree.indentation(), 0));
         user.clicks(tree, {one.x(), tree.viewport()->height() - 2});
         QCOMPARE(selected(), "Text1");
@@ -98,7 +98,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(ends, QList({QVariantList{0}}));
     }
 
-    /// Whatever keys the desktop has for what programs have in common.
+    /// Whatever standard keys the desktop has.
     static void keysWorkOnEveryDesktop() {
         struct Theme : QPlatformTheme {
             QVariant themeHint(ThemeHint hint) const override {
@@ -147,7 +147,7 @@ class MainWindowTest : public QObject {
             QCOMPARE(user.shownRows(), "*Light1 *Text1 Text2_of_a_long_name Text3");
             user.desktop.willAnswer({Answer::yes});
             user.presses("Ctrl+A Ctrl+X");
-            QCOMPARE(user.told(), "Are you sure you want to delete the selected items ?");
+            QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ?");
             user.desktop.willAnswer({Answer::yes});
             user.desktop.willChoose("/other.xml");
             user.presses("Ctrl+S Ctrl+Shift+S");
@@ -159,9 +159,9 @@ class MainWindowTest : public QObject {
         }
     }
 
-    static void rowsAreChosenByHand() {
+    static void rowsAreSelectedByMouseAndKeyboard() {
         WindowUser user(twoFloors());
-        user.entry("mnuIcon").trigger();  // waits for the first node click
+        user.entry("mnuIcon").trigger();  // has no effect before the first click on a node
         QVERIFY(user.report() != nullptr);
         user.clicks("Plant.FLOOR1");
         user.presses("Tab");
@@ -207,7 +207,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.opened(), "Text2_of_a_long_name");
         user.desktop.willAnswer({Answer::no});
         user.presses("Del");
-        QCOMPARE(user.told(), "Are you sure you want to delete the selected items ?");
+        QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ?");
 
         const auto clicksTitle = [&](int column) {
             QHeaderView* header = user.report()->header();
@@ -234,12 +234,12 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.columns(), wider);
         user.document.RemoveSubtree(user.document.tree().nodeAt("Plant.FLOOR1"));
         user.clicks(0);
-        QCOMPARE(user.told(), " Error n. 35601  Element not found in ListView1_Click");
+        QCOMPARE(user.takeMessages(), " Error n. 35601  Element not found in ListView1_Click");
         user.entry("mnuCloseCfg").trigger();
         QVERIFY(!user.tree.isVisible() && !user.list.isVisible());
     }
 
-    /// One configuration, to be copied from where it is, and only where it can be opened.
+    /// Exactly one file of a known type, and only with the copy action.
     static void filesAreDroppedOnTheWindow() {
         WindowUser user(twoFloors());
         user.disk.files["/other.xml"] = configuration(plc("Other"));
@@ -262,7 +262,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.shownTree(), "*/other.xml[Other]");
     }
 
-    static void longTextsAreCutInCellsAndWholeInTooltips() {
+    static void longTextsAreCutInCellsAndCompleteInTooltips() {
         WindowUser user(twoFloors());
         user.document.setComment(user.document.tree().nodeAt("Plant.FLOOR2.Light1"),
                                  std::string(2'000, 'c') + "<b>");
@@ -273,10 +273,10 @@ class MainWindowTest : public QObject {
             return tooltipAt(*view.viewport(), WindowUser::spotOn(view, index));
         };
         QCOMPARE(tip(user.rows(), cell.siblingAtColumn(0)), "");
-        const QString whole = tip(user.rows(), cell);
-        QVERIFY(whole.startsWith("'<': the OPC server cannot read a file that holds this\ncccc"));
-        QCOMPARE(whole.count('c'), 2'001);  // that of "cannot" too
-        QVERIFY(whole.endsWith("<b>") && whole.contains(QChar(0x200B)));
+        const QString comment = tip(user.rows(), cell);
+        QVERIFY(comment.startsWith("'<': the OPC server cannot read a file that holds this\ncccc"));
+        QCOMPARE(comment.count('c'), 2'001);  // and the one in "cannot"
+        QVERIFY(comment.endsWith("<b>") && comment.contains(QChar(0x200B)));
         QCOMPARE(tip(user.tree, user.tree.currentIndex()), "");
         user.tree.setGeometry(0, 40, 90, 400);
         QCOMPARE(tip(user.tree, user.tree.currentIndex()), "FLOOR2");

@@ -14,22 +14,22 @@
 
 namespace {
 
-/// The program as main() builds it; only its settings record is not the user's.
-struct Own {
+/// The program as main() builds it, except for a fake registry.
+struct RealParts {
     std::unique_ptr<Disk> ownDisk = systemDisk();
     QtDesktop ownDesktop;
     QtForms ownForms;
 };
-struct Program : private Own, public WindowWorld {
+struct Program : private RealParts, public WindowWorld {
     Program() : WindowWorld(&ownForms, ownDisk.get(), &ownDesktop) {}
-    // Complain in warnings when a model breaks the rules of such models.
+    // They warn about models that break the rules of Qt's item models.
     static constexpr auto failing = QAbstractItemModelTester::FailureReportingMode::Warning;
     QAbstractItemModelTester treeTester{tree.model(), failing};
     QAbstractItemModelTester listTester{rows().model(), failing};
 };
 
-/// A file whose names, comments and types are none that a user would choose.
-std::string oddText() {
+/// A file with extreme names, comments and types.
+std::string extremeFile() {
     const std::string wide = "Ein_sehr_langer_Name_" + std::string(300, 'w');
     std::string deep = "<tag><name>" + wide + "</name><comment>" + std::string(1000000, 'c') +
                        "</comment><address>99/9/x</address><eistype>EIS99</eistype><flag>?</flag>"
@@ -39,7 +39,7 @@ std::string oddText() {
     return configuration(plc(wide, deep) + plc("&#9;", tag("x") + tag("X") + tag("a.b") + tag("")));
 }
 
-// Errors that a user may make; others are the editor's own.
+// All errors but these are faults of the editor.
 const std::regex unexpected("Error n\\. (?!(5|6|9|13|53|70|75|76|91|94|321|457|35601|35602) )");
 const auto files =
     QString("house.xml house.xml odd.xml house.esf house-dimmer.esf other.xml none/x.xml ")
@@ -62,19 +62,19 @@ class Monkey : public QObject {
     Monkey(int seed, int events)
         : seed_(seed), events_(events), random_(static_cast<unsigned>(seed)) {}
 
-    /// Each turn of the loop is a program, from its start to its end.
-    void play() {
-        // The same wherever it is run: boxes are as wide as the paths in them.
+    /// Each iteration runs one program, from its start to its end.
+    void run() {
+        // A fixed folder, as the width of message boxes depends on the paths in them.
         QDir(folder_).removeRecursively();
         QDir().mkpath(folder_.path());
-        qputenv("HOME", folder_.absolutePath().toUtf8());  // where new files are proposed to be
+        qputenv("HOME", folder_.absolutePath().toUtf8());  // the proposed folder of new files
         for (const QString& file : QDir(SAMPLES_DIR).entryList(QDir::Files))
             QFile::copy(SAMPLES_DIR "/" + file, folder_.filePath(file));
-        std::ofstream(fromQt(folder_.filePath("odd.xml"))) << oddText();
-        QGuiApplication::styleHints()->setKeyboardInputInterval(-1);  // the clock plays no part
+        std::ofstream(fromQt(folder_.filePath("odd.xml"))) << extremeFile();
+        QGuiApplication::styleHints()->setKeyboardInputInterval(-1);  // independent of the clock
         qInfo("Seed %d, %d events", seed_, events_);
         qApp->installEventFilter(this);
-        QTimer::singleShot(0, this, &Monkey::turn);
+        QTimer::singleShot(0, this, &Monkey::next);
         while (goesOn()) {
             Program program;
             program_ = &program;
@@ -82,8 +82,8 @@ class Monkey : public QObject {
                 &program.window, &MainWindow::applicationEnded, qApp,
                 [](int status) { QCoreApplication::exit(status); }, Qt::QueuedConnection);
             QApplication::exec();
-            // After Escape in a drag the toolkit still knows what the pointer was over, which ends
-            // with the program; but here another program begins.
+            // After Escape in a drag, Qt keeps a pointer to the widget below the mouse, which must
+            // not reach the next program.
             QDragLeaveEvent leave;
             QCoreApplication::sendEvent(program.tree.viewport(), &leave);
             program_ = nullptr;
@@ -92,53 +92,53 @@ class Monkey : public QObject {
 
  private:
     bool goesOn() const { return step_ < events_ && !QTest::currentTestFailed(); }
-    void expect(bool holds, const QString& else_) {
+    void expect(bool holds, const QString& fault) {
         if (!holds)
-            QTest::qFail(qPrintable(else_ + ": see the end of monkey.log"), __FILE__, __LINE__);
+            QTest::qFail(qPrintable(fault + ": see the end of monkey.log"), __FILE__, __LINE__);
     }
 
-    /// The editor runs loops within loops: for dialogs, menus and drags. In each comes the next
-    /// event, but none while the last one is still on its way.
-    void turn() {
-        QTimer::singleShot(0, this, &Monkey::turn);
+    /// Dialogs, menus and drags run nested event loops. Sends the next event in each of them, but
+    /// none while the last one is still being processed in the same loop.
+    void next() {
+        QTimer::singleShot(0, this, &Monkey::next);
         const int level = QThread::currentThread()->loopLevel();
         if (program_ == nullptr || level == actingAt_) return;
         const QScopedValueRollback guard(actingAt_, level);
         if (!goesOn()) return QCoreApplication::exit();
         ++step_;
-        stage_ = QApplication::activePopupWidget();
-        if (stage_ == nullptr) stage_ = QApplication::activeModalWidget();
-        if (stage_ == nullptr || !leaves()) act();
+        target_ = QApplication::activePopupWidget();
+        if (target_ == nullptr) target_ = QApplication::activeModalWidget();
+        if (target_ == nullptr || !closesDialog()) act();
         if (!oneIn(4)) QCoreApplication::processEvents();
-        // While a dialog is open, the work that it belongs to is half done.
+        // While a dialog is open, its command is unfinished.
         if (level != 1 || QApplication::activeModalWidget() != nullptr) return;
         expectTreeAndRegistriesAgree(program_->document);
         const QString wrong = program_->disagreement(oneIn(4));
         expect(wrong.isEmpty(), wrong);
     }
 
-    /// A dialog that has been worked in long enough is left: by Escape, or by an answer.
-    bool leaves() {
-        const int turns = stage_->property("turns").toInt() + 1;
-        stage_->setProperty("turns", turns);
-        const auto* box = qobject_cast<QMessageBox*>(stage_);
+    /// Closes a dialog after many events, with Escape or a button.
+    bool closesDialog() {
+        const int turns = target_->property("turns").toInt() + 1;
+        target_->setProperty("turns", turns);
+        const auto* box = qobject_cast<QMessageBox*>(target_);
         if (turns == 1 && box != nullptr) {
-            note("is told " + box->text().left(200));
+            log("message: " + box->text().left(200));
             expect(!std::regex_search(fromQt(box->text()), unexpected), "unexpected error");
         }
-        expect(turns <= 200, "cannot be left");
+        expect(turns <= 200, "cannot be closed");
         if (turns < 60) return false;
-        const auto buttons = stage_->findChildren<QPushButton*>();
+        const auto buttons = target_->findChildren<QPushButton*>();
         oneIn(2) || buttons.isEmpty() ? press("Esc") : oneOf(buttons)->click();
         return true;
     }
 
     void act() {
-        if (stage_ == nullptr) stage_ = anyWindow();
-        const bool isMain = stage_ == &program_->window;
+        if (target_ == nullptr) target_ = anyWindow();
+        const bool isMain = target_ == &program_->window;
         if (held_ != Qt::NoButton) return drag();
-        if (auto* chooser = qobject_cast<QFileDialog*>(stage_)) return choose(*chooser);
-        if (auto* menu = qobject_cast<QMenu*>(stage_);
+        if (auto* chooser = qobject_cast<QFileDialog*>(target_)) return choose(*chooser);
+        if (auto* menu = qobject_cast<QMenu*>(target_);
             menu != nullptr && !menu->isEmpty() && !oneIn(4))
             return mouse(QTest::MouseClick, Qt::LeftButton,
                          within(menu->actionGeometry(oneOf(menu->actions())).center()));
@@ -146,10 +146,12 @@ class Monkey : public QObject {
             return press(oneIn(3) ? "Ctrl+N" : "Ctrl+O");
         const int chance = below(1000);
         if (chance < 350)
-            return mouse(QTest::MouseClick, oneIn(8) ? Qt::RightButton : Qt::LeftButton, spot());
-        if (chance < 430) return mouse(QTest::MouseDClick, Qt::LeftButton, spot());
+            return mouse(QTest::MouseClick, oneIn(8) ? Qt::RightButton : Qt::LeftButton,
+                         position());
+        if (chance < 430) return mouse(QTest::MouseDClick, Qt::LeftButton, position());
         if (chance < 470)
-            return mouse(QTest::MousePress, oneIn(3) ? Qt::LeftButton : Qt::RightButton, spot());
+            return mouse(QTest::MousePress, oneIn(3) ? Qt::LeftButton : Qt::RightButton,
+                         position());
         if (chance < 650)
             return press(oneIn(8) ? QString("Alt+%1").arg(QChar('A' + below(26))) : oneOf(keys));
         if (chance < 830) return type();
@@ -158,12 +160,12 @@ class Monkey : public QObject {
         if (chance < 976) return dropFile();
         if (chance < 984) return trigger();
         if (chance < 988) {
-            note("closes " + stage_->objectName());
-            QWindowSystemInterface::handleCloseEvent(stage_->windowHandle());
+            log("closes " + target_->objectName());
+            QWindowSystemInterface::handleCloseEvent(target_->windowHandle());
         }
         if (chance < 995) return;
-        // As the desktop's session, or a signal, does at any time.
-        note("is told to end");
+        // The end of the session or a signal, which can come at any time.
+        log("end of the session");
         if (oneIn(2)) return QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit));
         if (program_->form.mayEnd([this] { return !oneIn(4); })) QCoreApplication::exit();
     }
@@ -182,12 +184,12 @@ class Monkey : public QObject {
         return &program_->window;
     }
 
-    /// Half of the time on a row of a view, else anywhere in any part.
-    QPoint spot() {
-        QList<QWidget*> parts{stage_};
+    /// A random position, often on a row of a view.
+    QPoint position() {
+        QList<QWidget*> parts{target_};
         QList<QWidget*> views;
-        for (auto* part : stage_->findChildren<QWidget*>())
-            if (part->isVisible() && part->window() == stage_)
+        for (auto* part : target_->findChildren<QWidget*>())
+            if (part->isVisible() && part->window() == target_)
                 (qobject_cast<QAbstractItemView*>(part) != nullptr ? views : parts).append(part);
         QWidget* part = oneOf(views.isEmpty() || oneIn(2) ? parts : views);
         QPoint place(below(part->width()), below(part->height()));
@@ -196,42 +198,42 @@ class Monkey : public QObject {
             if (const auto row = view->indexAt(place); row.isValid() && !oneIn(4))
                 place = view->visualRect(row).center();
         }
-        return within(part->mapTo(stage_, place));
+        return within(part->mapTo(target_, place));
     }
     QPoint within(QPoint place) const {
-        return {qBound(1, place.x(), stage_->width() - 1),
-                qBound(1, place.y(), stage_->height() - 1)};
+        return {qBound(1, place.x(), target_->width() - 1),
+                qBound(1, place.y(), target_->height() - 1)};
     }
 
-    /// Into the toolkit's queue, as a desktop does: what comes second waits there while the first
-    /// may open a box.
-    void mouse(QTest::MouseAction deed, Qt::MouseButton button, QPoint place) {
+    /// Sends mouse events through Qt's event queue, as a desktop does. A later one waits there
+    /// while an earlier one opens a message box.
+    void mouse(QTest::MouseAction action, Qt::MouseButton button, QPoint place) {
         QString what;
-        QDebug(&what) << "mouse" << deed << button << place << stage_->objectName();
-        note(what);
+        QDebug(&what) << "mouse" << action << button << place << target_->objectName();
+        log(what);
         static const QList<Qt::KeyboardModifiers> modifiers{
             {}, {}, {}, Qt::ControlModifier, Qt::ShiftModifier};
         const auto held = oneOf(modifiers);
-        time_ += 1000;  // no double click by chance
-        const int clicks = deed == QTest::MouseDClick ? 2 : 1;
+        time_ += 1000;  // prevents accidental double clicks
+        const int clicks = action == QTest::MouseDClick ? 2 : 1;
         for (int click = 0; click < clicks; ++click) {
-            if (deed != QTest::MouseRelease) queue(QEvent::MouseButtonPress, button, held, place);
-            if (deed != QTest::MousePress) queue(QEvent::MouseButtonRelease, button, held, place);
+            if (action != QTest::MouseRelease) queue(QEvent::MouseButtonPress, button, held, place);
+            if (action != QTest::MousePress) queue(QEvent::MouseButtonRelease, button, held, place);
         }
     }
     void queue(QEvent::Type type, Qt::MouseButton button, Qt::KeyboardModifiers modifiers,
                QPoint place) {
         if (type == QEvent::MouseButtonPress) held_ = button;
         if (type == QEvent::MouseButtonRelease) held_ = Qt::NoButton;
-        QWindow* const window = stage_->windowHandle();
+        QWindow* const window = target_->windowHandle();
         QWindowSystemInterface::handleMouseEvent(window, ++time_, place, window->mapToGlobal(place),
                                                  held_, button, type, modifiers);
     }
 
-    /// A file from another program, let go over the window.
+    /// Drops a file from another program on the window.
     void dropFile() {
         const QString file = oneOf(files);
-        note("drops the file " + file);
+        log("drops the file " + file);
         QMimeData content;
         content.setUrls({QUrl::fromLocalFile(folder_.absoluteFilePath(file))});
         QWindow* const window = program_->window.windowHandle();
@@ -240,50 +242,50 @@ class Monkey : public QObject {
         const bool isTaken =
             QWindowSystemInterface::handleDrag(window, &content, place, copying, Qt::LeftButton, {})
                 .isAccepted();
-        if (!isTaken) {  // it leaves again
+        if (!isTaken) {  // the drag leaves the window
             QWindowSystemInterface::handleDrag(window, nullptr, {}, Qt::IgnoreAction, {}, {});
             return;
         }
         QWindowSystemInterface::handleDrop(window, &content, place, copying, {}, {});
-        if (oneIn(2)) press(oneOf(keys));  // at once
+        if (oneIn(2)) press(oneOf(keys));  // immediately
     }
 
-    /// Whatever is open: an assistive tool asks nobody.
+    /// Triggers an action as an assistive tool does, whatever dialog is open.
     void trigger() {
         const auto actions = program_->window.findChildren<QAction*>();
         QAction* const action =
             oneIn(30) ? program_->window.findChild<QAction*>("mnuExit") : oneOf(actions);
-        note("triggers " + action->objectName() + " " + action->text());
+        log("triggers " + action->objectName() + " " + action->text());
         action->trigger();
     }
 
     void drag() {
         if (oneIn(8)) return press("Esc");
-        const QPoint place = spot();
+        const QPoint place = position();
         queue(QEvent::MouseMove, Qt::NoButton, {}, place);
-        if (stage_ != nullptr && oneIn(3)) mouse(QTest::MouseRelease, held_, within(place));
+        if (target_ != nullptr && oneIn(3)) mouse(QTest::MouseRelease, held_, within(place));
     }
 
     void press(const QString& key) {
-        note("presses " + key);
+        log("presses " + key);
         const QKeyCombination code = QKeySequence(key)[0];
-        // A modifier alone may close a menu, and the test library goes on with its window.
-        if (qobject_cast<QMenu*>(stage_) != nullptr && code.keyboardModifiers() != 0) return;
-        if (stage_ == nullptr) return;
-        const QPointer<QWindow> window(stage_->windowHandle());
+        // A modifier alone can close a menu, whose window Qt Test would still use.
+        if (qobject_cast<QMenu*>(target_) != nullptr && code.keyboardModifiers() != 0) return;
+        if (target_ == nullptr) return;
+        const QPointer<QWindow> window(target_->windowHandle());
         QTest::keyPress(window, code.key(), code.keyboardModifiers());
         if (window) QTest::keyRelease(window, code.key(), code.keyboardModifiers());
     }
 
-    /// Where the keyboard is, or over another field's text.
+    /// Types at the focus, or over the text of a random field.
     void type() {
-        const auto fields = stage_->findChildren<QLineEdit*>();
+        const auto fields = target_->findChildren<QLineEdit*>();
         if (!fields.isEmpty() && oneIn(2)) {
             oneOf(fields)->setFocus();
             press("Ctrl+A");
         }
         const QString text = oneOf(texts);
-        note("types " + text.left(20));
+        log("types " + text.left(20));
         for (const char32_t c : text.left(30).toUcs4())
             if (QWindow* window = QGuiApplication::focusWindow())
                 QTest::sendKeyEvent(QTest::Click, window, Qt::Key_unknown, QString::fromUcs4(&c, 1),
@@ -292,31 +294,31 @@ class Monkey : public QObject {
 
     void choose(QFileDialog& chooser) {
         const QString file = oneOf(files);
-        note("chooses the file " + file);
+        log("chooses the file " + file);
         if (file.isEmpty()) return chooser.reject();
         chooser.findChild<QLineEdit*>("fileNameEdit")->setText(folder_.absoluteFilePath(file));
         QTest::keyClick(chooser.windowHandle(), Qt::Key_Return);
     }
 
     void scroll() {
-        const QPoint place = spot();
+        const QPoint place = position();
         const QPoint by = oneIn(3) ? QPoint(240, 0) : QPoint(0, 240);
-        note("scrolls");
-        QWheelEvent wheel(place, stage_->mapToGlobal(place), {}, oneIn(2) ? by : -by, {}, {},
+        log("scrolls");
+        QWheelEvent wheel(place, target_->mapToGlobal(place), {}, oneIn(2) ? by : -by, {}, {},
                           Qt::NoScrollPhase, false);
-        QCoreApplication::sendEvent(stage_->windowHandle(), &wheel);
+        QCoreApplication::sendEvent(target_->windowHandle(), &wheel);
     }
 
-    /// To any size, or by single pixels.
+    /// Resizes to a random size, or by single pixels.
     void resize() {
-        if (qobject_cast<QMenu*>(stage_) != nullptr) return;
+        if (qobject_cast<QMenu*>(target_) != nullptr) return;
         const QSize to = oneIn(3) ? QSize(below(1500), below(1000))
-                                  : stage_->size() + QSize(below(5) - 2, below(9) - 4);
-        note("resizes");
-        stage_->resize(to.expandedTo({20, 20}));
+                                  : target_->size() + QSize(below(5) - 2, below(9) - 4);
+        log("resizes");
+        target_->resize(to.expandedTo({20, 20}));
     }
 
-    void note(const QString& what) { log_ << step_ << ' ' << fromQt(what) << std::endl; }
+    void log(const QString& what) { log_ << step_ << ' ' << fromQt(what) << std::endl; }
 
     int below(int n) { return n < 1 ? 0 : static_cast<int>(random_() % static_cast<unsigned>(n)); }
     bool oneIn(int n) { return below(n) == 0; }
@@ -333,14 +335,14 @@ class Monkey : public QObject {
     int step_ = 0;
     int actingAt_ = 0;
     Program* program_ = nullptr;
-    QPointer<QWidget> stage_;  // what is done in a dialog may end it
+    QPointer<QWidget> target_;  // a dialog; an event may delete it
     Qt::MouseButton held_ = Qt::NoButton;
-    unsigned long time_ = 0;  // of the mouse's last event, in milliseconds
+    unsigned long time_ = 0;  // of the last mouse event, in milliseconds
 };
 
 }  // namespace
 
-void playMonkey(int events) {
+void runMonkeyTest(int events) {
     const int wanted = qEnvironmentVariableIntValue("MONKEY_EVENTS");
-    Monkey(qEnvironmentVariableIntValue("MONKEY_SEED"), wanted == 0 ? events : wanted).play();
+    Monkey(qEnvironmentVariableIntValue("MONKEY_SEED"), wanted == 0 ? events : wanted).run();
 }

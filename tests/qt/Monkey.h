@@ -1,9 +1,9 @@
-// A user who does anything whatever with the editor's real windows.
+// A monkey test of the editor's real windows.
 #pragma once
 
-/// Plays MONKEY_EVENTS random events (without it `events`), the same every time for a MONKEY_SEED,
-/// over files of its own. Fails the running test at the first warning of the toolkit, unexpected
-/// error, dialog that cannot be left or disagreement of tree, records and windows. An editor that
-/// hangs is ended by the test library, after QTEST_FUNCTION_TIMEOUT milliseconds. What was done
-/// stands in monkey.log where the test runs, also after a crash.
-void playMonkey(int events);
+/// Sends MONKEY_EVENTS random events (`events` if not set), always the same for one MONKEY_SEED,
+/// and works on copies of the samples. Fails the running test at the first warning of Qt,
+/// unexpected error, dialog that cannot be closed, or difference between tree, records and windows.
+/// Qt Test ends a test that hangs after QTEST_FUNCTION_TIMEOUT milliseconds. The interaction log is
+/// monkey.log in the working directory, also after a crash.
+void runMonkeyTest(int events);

@@ -1,11 +1,11 @@
-// What a window tells its user, read as an assistive tool does.
+// What a window shows, read as by an assistive tool.
 #pragma once
 
 #include <QtTest>
 #include <QtWidgets>
 #include <functional>
 
-/// The controls that Tab reaches, from the one that has the keyboard.
+/// The controls that Tab reaches, from the one that has the focus.
 inline QList<QWidget*> tabOrder(const QWidget& window) {
     QList<QWidget*> reached;
     for (QWidget* now = window.focusWidget(); now != nullptr && !reached.contains(now);) {
@@ -20,28 +20,28 @@ inline QString accessible(QWidget& widget, QAccessible::Text text) {
     return QAccessible::queryAccessibleInterface(&widget)->text(text);
 }
 
-/// "Branch: Branch name:=B, [OK], Cancel": the title and, in the order of Tab, all fields with what
-/// they hold and all buttons, the one that Enter presses in brackets.
+/// "Branch: Branch name:=B, [OK], Cancel": the title and, in tab order, all fields with their
+/// values and all buttons, the default button in brackets.
 inline QString reading(const QWidget& window) {
     QStringList parts;
     for (QWidget* part : tabOrder(window)) {
         const auto* button = qobject_cast<QPushButton*>(part);
-        QString told = accessible(*part, QAccessible::Name);
+        QString text = accessible(*part, QAccessible::Name);
         if (const auto* combo = qobject_cast<QComboBox*>(part)) {
-            told = combo->accessibleName() + "=" + combo->currentText();
+            text = combo->accessibleName() + "=" + combo->currentText();
         } else if (qobject_cast<QLineEdit*>(part) != nullptr) {
             const QString which = accessible(*part, QAccessible::Description);
-            told += (which.isEmpty() ? "=" : " (" + which + ")=") +
+            text += (which.isEmpty() ? "=" : " (" + which + ")=") +
                     accessible(*part, QAccessible::Value);
         }
-        parts.append(button != nullptr && button->isDefault() ? "[" + told + "]" : told);
+        parts.append(button != nullptr && button->isDefault() ? "[" + text + "]" : text);
     }
     return window.windowTitle() + ": " + parts.join(", ");
 }
 
-/// At its own size and larger, no part of the window lies over another, or outside of it, or shows
-/// nothing; and all parts return to where they were.
-inline void expectSoundLayout(QWidget& window) {
+/// Checks that no part of the window overlaps another or is cut off, at its own size and enlarged,
+/// and that the layout returns to the original one.
+inline void expectValidLayout(QWidget& window) {
     const auto leaves = [&] {
         QList<QWidget*> all;
         for (auto* part : window.findChildren<QWidget*>())
@@ -68,7 +68,7 @@ inline void expectSoundLayout(QWidget& window) {
             QVERIFY2(window.rect().contains(place), qPrintable(name + " is cut off"));
             for (const QWidget* other : parts)
                 QVERIFY2(other == part || !placeOf(other).intersects(place),
-                         qPrintable(name + " lies over " + other->objectName()));
+                         qPrintable(name + " overlaps " + other->objectName()));
         }
     }
     QList<QRect> after;
@@ -77,7 +77,7 @@ inline void expectSoundLayout(QWidget& window) {
     QCOMPARE(after, before);
 }
 
-/// Each button has a letter of its own that presses it, and no label has it.
+/// Each button has a mnemonic letter that no other button or label has.
 inline void expectMnemonics(const QWidget& window) {
     QStringList known;
     const auto check = [&](const QString& text, bool isButton) {
@@ -92,7 +92,7 @@ inline void expectMnemonics(const QWidget& window) {
             check(button->text(), true);
 }
 
-/// The tooltip at a spot of a widget, as plain text.
+/// The tooltip at a position of a widget, as plain text.
 inline QString tooltipAt(QWidget& widget, QPoint spot) {
     QToolTip::showText({}, "none");
     QHelpEvent hover(QEvent::ToolTip, spot, widget.mapToGlobal(spot));
@@ -101,7 +101,7 @@ inline QString tooltipAt(QWidget& widget, QPoint spot) {
     return tip == "none" ? "" : tip;
 }
 
-/// Does something in the dialog that is opened by `open`, once it is active.
+/// Opens a dialog with `open`, and calls `act` when it is active.
 inline void inDialog(const std::function<void()>& open, const std::function<void(QWidget&)>& act) {
     bool shown = false;
     QTimer::singleShot(0, qApp, [&] {

@@ -1,4 +1,4 @@
-// The main window, its user's hands, and what the user sees there.
+// Mouse and keyboard input for the main window, and what it shows, as text.
 #pragma once
 
 #include <functional>
@@ -29,7 +29,7 @@ class WindowUser : public WindowWorld {
                 QTest::keySequence(at, QKeySequence(key));
                 continue;
             }
-            // As platforms with a display make of that key.
+            // As platforms with a display translate that key.
             QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
             QCoreApplication::sendEvent(qobject_cast<QAbstractScrollArea*>(at)->viewport(), &menu);
         }
@@ -53,7 +53,7 @@ class WindowUser : public WindowWorld {
         QTest::mouseRelease(view.viewport(), button, {}, to);
         QCoreApplication::processEvents();
     }
-    /// In a node's context menu.
+    /// Chooses an entry of a node's context menu.
     void choosesAt(const char* key, const QString& choice) const {
         clicks(key, Qt::RightButton);
         QWidget* menu = QApplication::activePopupWidget();
@@ -64,10 +64,10 @@ class WindowUser : public WindowWorld {
         QCoreApplication::processEvents();
     }
 
-    /// "Plant[*FLOOR1[Text1] FLOOR2+]": what lies open, folded ones with a plus. The selected node
-    /// has a star, or while no command acts on it a hollow one ("o"), the drop's target a roof.
+    /// "Plant[*FLOOR1[Text1] FLOOR2+]": the visible nodes, collapsed ones with "+". Before the
+    /// selected node is "*", or "o" if commands do not act on the tree; before the drop target "^".
     QString shownTree() const { return shownBelow({}, tree.viewport()->grab().toImage()); }
-    /// The same of the list's first column; in icon view with the pictures' names.
+    /// The same for the first column of the list; in icon view with the names of the icons.
     QString shownRows() const {
         QStringList texts;
         const QImage picture = rows().viewport()->grab().toImage();
@@ -77,17 +77,17 @@ class WindowUser : public WindowWorld {
         }
         return texts.join(' ');
     }
-    /// The property dialog that was opened since this was asked last.
+    /// Returns and clears the name in the last property dialog.
     QString opened() { return std::exchange(opened_, ""); }
-    /// What was told and asked since this was asked last.
-    QString told() {
+    /// Returns and clears all messages and questions.
+    QString takeMessages() {
         QStringList texts;
         for (const std::string& message : desktop.messages())
             texts.append(toQt(message));
         desktop.forgetMessages();
         return texts.join('\n');
     }
-    /// The entries of the menu that is open, without those that are off; closes it.
+    /// The enabled entries of the open menu, the default one with "*". Closes it.
     static QString menu() {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
         if (menu == nullptr) return "none";
@@ -96,7 +96,7 @@ class WindowUser : public WindowWorld {
         for (const QAction* action : menu->actions()) {
             letters.append(QKeySequence::mnemonic(action->text()).toString());
             if (!letters.back().isEmpty() && letters.count(letters.back()) > 1) {
-                return action->text() + " has a letter of another entry";
+                return action->text() + " has the letter of another entry";
             }
             if (action->isEnabled() && !action->isSeparator())
                 texts.append((menu->defaultAction() == action ? "*" : "") +
@@ -110,7 +110,7 @@ class WindowUser : public WindowWorld {
                : window.focusWidget() == &rows() ? "list"
                                                  : "";
     }
-    /// Headers and widths, in tenths of the list's.
+    /// Headings and widths, in tenths of the width of the list.
     QString columns() const {
         QStringList texts;
         for (int i = 0; report() != nullptr && i < report()->model()->columnCount(); ++i)
@@ -118,7 +118,7 @@ class WindowUser : public WindowWorld {
                          QString::number(qRound(10.0 * report()->columnWidth(i) / list.width())));
         return texts.join(", ");
     }
-    /// The same, as the editor has them.
+    /// The same from the editor.
     QString wantedColumns() const {
         QStringList texts;
         for (const auto& column : form.ListView1.columns())
@@ -139,7 +139,7 @@ class WindowUser : public WindowWorld {
         return texts.join(' ');
     }
 
-    /// Of the colours in the row, and of its picture: a fault's sign is an exclamation mark.
+    /// The marks from the colours of the row, and "!" if its icon has a warning sign.
     static QString marksOf(const QAbstractItemView& view, const QModelIndex& index,
                            const QImage& picture) {
         static const auto names = [] {
@@ -154,16 +154,16 @@ class WindowUser : public WindowWorld {
         const auto colour = [&](QPalette::ColorRole role) {
             return view.palette().color(QPalette::Active, role).rgb();
         };
-        bool shines = false;
+        bool isHighlighted = false;
         for (int y = place.top(); y <= place.bottom(); ++y)
             for (int x = place.left(); x <= place.right(); ++x)
-                shines |= picture.pixel(x, y) == colour(QPalette::Highlight);
+                isHighlighted |= picture.pixel(x, y) == colour(QPalette::Highlight);
         const QPoint corner = place.topRight() + QPoint(-2, 2);
-        const bool plain = place.isEmpty() || view.currentIndex() == index ||
-                           picture.pixel(corner) == colour(QPalette::Base);
+        const bool isPlain = place.isEmpty() || view.currentIndex() == index ||
+                             picture.pixel(corner) == colour(QPalette::Base);
         const auto icon = index.data(Qt::DecorationRole).value<QIcon>().cacheKey();
-        return (view.selectionModel()->isSelected(index) ? (shines ? "*" : "o")
-                : plain                                  ? ""
+        return (view.selectionModel()->isSelected(index) ? (isHighlighted ? "*" : "o")
+                : isPlain                                ? ""
                                                          : "^") +
                names.value(icon, "!");
     }

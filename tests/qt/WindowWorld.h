@@ -1,4 +1,4 @@
-// The editor with its main window open, and the hands of its user.
+// The editor with its main window open, and functions that operate it.
 #pragma once
 
 #include <QtTest>
@@ -12,13 +12,13 @@
 
 class WindowWorld {
  public:
-    /// What it is not given is faked. Whatever the toolkit warns of fails the running test.
+    /// Parts that are not given are fakes. Every warning of Qt fails the running test.
     explicit WindowWorld(Forms* ownForms = nullptr, Disk* ownDisk = nullptr,
                          Desktop* ownDesktop = nullptr)
         : form(document, ownDesktop != nullptr ? *ownDesktop : desktop,
                ownForms != nullptr ? *ownForms : forms, ownDisk != nullptr ? *ownDisk : disk,
                registry) {
-        // What a platform without a display cannot do is no fault.
+        // A platform without a display warns of what it cannot do.
         QTest::failOnWarning(QRegularExpression("^(?!This plugin does not support)"));
         window.show();
         static_cast<void>(QTest::qWaitForWindowExposed(&window));
@@ -36,7 +36,7 @@ class WindowWorld {
 
     QAction& entry(const char* name) const { return *window.findChild<QAction*>(name); }
     QToolButton& button(const char* key) const { return *window.findChild<QToolButton*>(key); }
-    /// The list in its present mode.
+    /// The list in its present view.
     QAbstractItemView& rows() const {
         return *qobject_cast<QAbstractItemView*>(list.currentWidget());
     }
@@ -48,7 +48,7 @@ class WindowWorld {
         entry("mnuOpenCfg").trigger();
     }
 
-    /// A spot on a node's or a row's picture.
+    /// A position on the icon of a node or a row.
     static QPoint spotOn(QAbstractItemView& view, const QModelIndex& index) {
         view.scrollTo(index);
         const QRect place = view.visualRect(index);
@@ -66,7 +66,7 @@ class WindowWorld {
     void clickRow(int row, Qt::KeyboardModifiers keys = {}) const {
         QTest::mouseClick(rows().viewport(), Qt::LeftButton, keys, spotOnRow(row));
     }
-    /// Two clicks as a mouse makes them.
+    /// A double click with the events of a mouse.
     static void doubleClick(const QAbstractItemView& view, QPoint spot) {
         QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, spot);
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, spot);
@@ -74,9 +74,9 @@ class WindowWorld {
     }
     void openNode(const char* key) const { doubleClick(tree, spotOnNode(key)); }
 
-    /// What the views show otherwise than the editor has it, if anything. The tree is as wide as
-    /// its widest open row, in sight or not: else a scroll bar that hides that row takes the reason
-    /// for itself away, for ever.
+    /// The first difference between the views and the editor, or "". The tree must be as wide as
+    /// its widest expanded row, visible or not: otherwise a scroll bar that hides that row would
+    /// switch itself off and on forever.
     QString disagreement(bool alsoInTree = true) const {
         if (TreeModel::nodeAt(tree.currentIndex()) != document.tree().selected())
             return "another node is selected";
@@ -86,7 +86,7 @@ class WindowWorld {
         for (; row.isValid(); row = tree.indexBelow(row)) {
             const Node& node = *TreeModel::nodeAt(row);
             if (node.expanded() != tree.isExpanded(row) && !node.GetChildren().empty())
-                return "other nodes are open";
+                return "other nodes are expanded";
             widest =
                 std::max(widest, tree.visualRect(row).left() + tree.sizeHintForIndex(row).width());
         }
@@ -99,7 +99,7 @@ class WindowWorld {
         if (rows().model()->rowCount() != static_cast<int>(shown.size())) return "other rows";
         for (int i = 0; const auto& each : shown) {
             if (rows().model()->index(i, 0).data().toString() != toQt(each.text(), drawnCharacters))
-                return "a row is old";
+                return "a row is outdated";
             if (rows().selectionModel()->isRowSelected(i++) != each.selected)
                 return "other rows are selected";
         }
@@ -107,14 +107,14 @@ class WindowWorld {
         return area.contains(tree.geometry() | list.geometry()) ? "" : "a part is cut off";
     }
 
-    /// The texts of the list's only row.
+    /// The texts of the first row of the list.
     QString cells() const {
         QStringList texts;
         for (int i = 0; i < rows().model()->columnCount(); ++i)
             texts.append(rows().model()->index(0, i).data().toString());
         return texts.join('|');
     }
-    /// The texts in the list's first column, from the first row to the last.
+    /// The texts of the first column, from the first row to the last.
     QString names() const {
         QStringList texts;
         for (const auto& row : form.ListView1.rows())

@@ -1,4 +1,4 @@
-// Runs the tests of the windows: all of them, or the class that the first argument names.
+// Runs all tests of the windows, or the class that the first argument names.
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -11,7 +11,7 @@ std::unique_ptr<QObject> editingTest();
 std::unique_ptr<QObject> mainWindowTest();
 std::unique_ptr<QObject> scaleTest();
 
-/// What the faked desktop complains of fails the running test.
+/// Lets failures of GoogleTest, as in FakeDesktop, fail the running test of Qt Test.
 class FailsRunningTest : public testing::EmptyTestEventListener {
     void OnTestPartResult(const testing::TestPartResult& result) override {
         if (result.passed()) return;
@@ -23,16 +23,16 @@ int main(int argc, char* argv[]) {
     testing::InitGoogleTest(&argc, argv);
     testing::UnitTest::GetInstance()->listeners().Append(new FailsRunningTest);
     const QApplication application(argc, argv);
-    // A test's window that is closed must not end the event loops of the tests after it.
+    // A closed window must not end the event loops of later tests.
     QApplication::setQuitOnLastWindowClosed(false);
     QStringList arguments = QApplication::arguments();
-    const bool one = argc > 1 && !arguments[1].startsWith('-');
-    const QString wanted = one ? arguments.takeAt(1) : QString();
+    const bool hasName = argc > 1 && !arguments[1].startsWith('-');
+    const QString wanted = hasName ? arguments.takeAt(1) : QString();
 
     int failures = 0;
     for (const auto& make : {commandsTest, dialogsTest, editingTest, mainWindowTest, scaleTest}) {
         const auto suite = make();
-        if (one && wanted != suite->metaObject()->className()) continue;
+        if (hasName && wanted != suite->metaObject()->className()) continue;
         failures += QTest::qExec(suite.get(), arguments);
     }
     return failures;

@@ -1,5 +1,4 @@
-// Configuration files from a few words, a configuration as one line of text, and an editor on a
-// desktop and a disk that a test plays.
+// Short notations for configuration files, and an editor with a fake desktop and a fake disk.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -45,14 +44,14 @@ inline std::string contentsOf(const Node& node) {
     return line;
 }
 
-/// "Plant[Light1 FLOOR1[Text1]]"; "nothing" without even a root.
+/// The tree as one line: "Plant[Light1 FLOOR1[Text1]]"; "nothing" if there is no root.
 inline std::string outline(const Document& document) {
     const Node* root = document.tree().root();
     return root == nullptr ? "nothing" : contentsOf(*root);
 }
 
-/// Each node has the key of its place. Each but that of a dropped device has its record, and each
-/// record its node, in the tree or among detached devices.
+/// Checks the keys of all nodes, and that nodes and records correspond, in the tree and among the
+/// detached devices. Only the node of a dropped device has no record.
 inline void expectTreeAndRegistriesAgree(const Document& document) {
     std::unordered_set<SharedText> devices, branches, items, all;
     for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
@@ -85,7 +84,7 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
     EXPECT_TRUE(selected == nullptr || document.tree().FindNode(selected->key()) == selected);
 }
 
-/// Names of the menus and entries that `isOn` holds for, in the order of the menus.
+/// Names of the menus and entries for which `isOn` returns true, in the order of the menus.
 template <typename IsOn>
 std::string namesOfCommands(const IsOn& isOn) {
     std::string names;
@@ -102,7 +101,7 @@ inline std::string enabledIn(const CommandState& state) {
     return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
 }
 
-/// The first command state in which these commands, and no others, are enabled.
+/// The first command state in which exactly these commands are enabled.
 inline std::string stateNameOf(const std::string& enabled) {
     using namespace commandStates;
     const std::pair<const char*, const CommandState&> states[] = {
@@ -110,39 +109,41 @@ inline std::string stateNameOf(const std::string& enabled) {
         {"loading", loading},
         {"configuration open", configurationOpen},
         {"root", rootSelected},
-        {"container", containerSelected},  // or a branch's row
+        {"container", containerSelected},  // also the row of a branch
         {"container, items listed", containerSelectedItemsListed},
-        {"item", itemSelected},  // or its row
+        {"item", itemSelected},  // also its row
         {"device row", deviceRowSelected}};
     for (const auto& [name, state] : states)
         if (enabledIn(state) == enabled) return name;
     return enabled;
 }
 
-/// Views as windows have them, which know only what they are told of. Fails the test when a box is
-/// shown in the middle of a change.
-class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
+/// Tracks the tree and the selection through notifications only, as the windows do. Fails the test
+/// if a message box is shown during a change.
+class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
  public:
-    WatchingViews(const ConfigTree& tree, ListView& list, FakeDesktop& desktop)
+    TrackingViews(const ConfigTree& tree, ListView& list, FakeDesktop& desktop)
         : tree_(tree), list_(list), desktop_(desktop) {
         tree_.setListener(this);
         list_.setListener(this);
-        desktop_.onMessage = [this] { EXPECT_EQ(changes_, 0) << "a view is blank behind a box"; };
+        desktop_.onMessage = [this] {
+            EXPECT_EQ(changes_, 0) << "a message box is shown during a change";
+        };
     }
-    WatchingViews(const WatchingViews&) = delete;
-    WatchingViews& operator=(const WatchingViews&) = delete;
-    ~WatchingViews() override {
+    TrackingViews(const TrackingViews&) = delete;
+    TrackingViews& operator=(const TrackingViews&) = delete;
+    ~TrackingViews() override {
         tree_.setListener(nullptr);
         list_.setListener(nullptr);
         desktop_.onMessage = [] {};
     }
 
-    void expectToShowTheTree() {
-        EXPECT_EQ(selected_, tree_.selected()) << "a view was not told who is selected";
+    void expectUpToDate() {
+        EXPECT_EQ(selected_, tree_.selected()) << "a view was not notified of the selection";
         if (tree_.root() == nullptr) return;
         for (TreeWalk walk(*tree_.root()); const Node* node = walk.next();)
             EXPECT_TRUE(shown_[node] == lookOf(*node))
-                << "a view shows " << node->key().string() << " as it was";
+                << "a view was not notified of a change of " << node->key().string();
     }
 
  private:
@@ -201,7 +202,7 @@ class WatchingViews : private ConfigTree::Listener, private ListView::Listener {
     std::map<const Node*, Look> shown_;
 };
 
-/// The editor as it stands after the program's start.
+/// The editor after the start of the program.
 class EditorWorld : private frmEditing::Window {
  public:
     EditorWorld() {
@@ -220,14 +221,14 @@ class EditorWorld : private frmEditing::Window {
     int exitStatus = 0;
     bool dialogIsOpen = false;
 
-    /// The user opens a file of this text.
+    /// Opens a file of this text as the user does.
     void open(const std::string& path, const std::string& text) {
         disk.files[path] = text;
         desktop.willChoose(path);
         editor.mnuOpenCfg_Click();
     }
 
-    /// What any dialog does that stores a change.
+    /// Marks the configuration as changed, as a dialog does.
     void change() { document.saved = false; }
 
     void click(const std::string& key) {
@@ -243,7 +244,7 @@ class EditorWorld : private frmEditing::Window {
         editor.ListView1.setCurrentRow(row);
     }
 
-    /// The user selects all rows that show one of these texts, and no others.
+    /// Selects exactly the rows that show one of these texts.
     void selectRows(const std::set<std::string>& texts) {
         editor.activeControl = frmEditing::ActiveControl::list;
         for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
@@ -251,8 +252,8 @@ class EditorWorld : private frmEditing::Window {
                 row, texts.contains(editor.ListView1.rows()[row].text().string()));
     }
 
-    /// A drag with the right button to another node, to empty space ("space"), or given up ("").
-    /// `shift` is the keyboard's state; the other button changes nothing.
+    /// A drag with the right button to another node, to empty space ("space"), or cancelled ("").
+    /// `shift` is the state of the keyboard.
     void drag(const std::string& from, const std::string& to, int shift = 0) {
         TreeDrag& drag = editor.treeDrag();
         Node& node = document.tree().nodeAt(from);
@@ -267,8 +268,8 @@ class EditorWorld : private frmEditing::Window {
         to.empty() ? drag.cancelled() : drag.TreeView1_OLEDragDrop(effect);
     }
 
-    /// Messages and questions since this was asked last, a line for each.
-    std::string told() {
+    /// Returns and clears all messages and questions, one per line.
+    std::string takeMessages() {
         std::string lines;
         for (const std::string& text : desktop.messages())
             lines += text + "\n";
@@ -276,7 +277,7 @@ class EditorWorld : private frmEditing::Window {
         return lines;
     }
 
-    /// What was enabled when the window was last told that something may have changed.
+    /// The commands that were enabled at the last notification of the window.
     const std::string& enabledNow() const { return enabled_; }
 
     /// "Plc Name 0.5, Port 0.2".

@@ -1,4 +1,4 @@
-// A desktop that a test plays: it remembers what was shown and gives the answers it was told to.
+// A desktop that records messages and returns the answers that the test sets.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,26 +17,26 @@
 
 class FakeDesktop : public Desktop {
  public:
-    /// Every text of a message or question, in order.
+    /// The texts of all messages and questions, in order.
     const std::vector<std::string>& messages() const { return messages_; }
-    /// How each was shown, unless in the usual way: "(stop)" for a picture, "[No]" for the answer
-    /// that Enter would give.
-    const std::vector<std::string>& manners() const { return manners_; }
+    /// For each message, an icon other than the usual one, " (stop)", or a default answer other
+    /// than Yes, " [No]".
+    const std::vector<std::string>& styles() const { return styles_; }
     void forgetMessages() {
         messages_.clear();
-        manners_.clear();
+        styles_.clear();
     }
 
-    /// The answers to the coming questions, in order. A question without one fails the test.
+    /// The answers to the next questions, in order. A question without an answer fails the test.
     void willAnswer(std::initializer_list<Answer> answers) {
         answers_.insert(answers_.end(), answers);
     }
     void forgetAnswers() { answers_.clear(); }
     std::size_t answersLeft() const { return answers_.size(); }
 
-    /// What the next chooser gives; without one it is cancelled.
+    /// What the next file chooser returns; if not set, it is cancelled.
     void willChoose(std::string path) { chosen_ = std::move(path); }
-    /// When set, choosers fail so.
+    /// The error that file choosers raise, if set.
     std::optional<ErrorNumber> chooserFault;
     /// Title, filter and proposed path of the last chooser, joined by "|".
     std::string lastChooser;
@@ -44,35 +44,35 @@ class FakeDesktop : public Desktop {
     /// Called whenever a message or a question is shown.
     std::function<void()> onMessage = [] {};
 
-    /// When set, the next message or question finds too little memory, and is not shown.
+    /// The next message or question raises "out of memory" and is not shown.
     bool fails = false;
 
-    /// Called in each message, question, chooser and drag while it is open.
+    /// Called while a message, question or file chooser is open, or a node is dragged.
     std::function<void()> whileOpen = [] {};
 
     std::string folder = "/home/ann/Documents/";
-    /// Called whenever pending events are given a turn.
+    /// Called when pending events are processed.
     std::function<void()> onPendingEvents = [] {};
     std::string clipboard;
     Pointer pointer = Pointer::normal;
 
     using Desktop::showMessage;
     void showMessage(const std::string& text, MessageIcon icon) override {
-        static constexpr std::array pictures{"", " (exclamation)", " (stop)"};
-        keep(text, pictures.at(static_cast<std::size_t>(icon)));
+        static constexpr std::array icons{"", " (exclamation)", " (stop)"};
+        record(text, icons.at(static_cast<std::size_t>(icon)));
     }
 
     using Desktop::askYesNo;
     bool askYesNo(const std::string& text, Answer answer) override {
         const bool agreed = askYesNoCancel(text) == Answer::yes;
-        if (answer == Answer::no) manners_.back() = " [No]";
+        if (answer == Answer::no) styles_.back() = " [No]";
         return agreed;
     }
 
     Answer askYesNoCancel(const std::string& text) override {
-        keep(text, "");
+        record(text, "");
         if (answers_.empty()) {
-            ADD_FAILURE() << "Nobody said how to answer: " << text;
+            ADD_FAILURE() << "No answer is set for: " << text;
             return Answer::cancel;
         }
         const Answer answer = answers_.front();
@@ -102,11 +102,11 @@ class FakeDesktop : public Desktop {
     void processPendingEvents() override { onPendingEvents(); }
 
  private:
-    void keep(const std::string& text, const char* manner) {
+    void record(const std::string& text, const char* style) {
         if (std::exchange(fails, false)) throw std::bad_alloc();
         onMessage();
         messages_.push_back(text);
-        manners_.emplace_back(manner);
+        styles_.emplace_back(style);
         whileOpen();
     }
 
@@ -119,7 +119,7 @@ class FakeDesktop : public Desktop {
         return path;
     }
 
-    std::vector<std::string> messages_, manners_;
+    std::vector<std::string> messages_, styles_;
     std::deque<Answer> answers_;
     std::optional<std::string> chosen_;
 };

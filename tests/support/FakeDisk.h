@@ -1,4 +1,4 @@
-// A disk and a registry in memory, with the faults that a test asks for.
+// A disk and a registry in memory, with the faults that a test sets.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,15 +19,15 @@
 #include "file/Disk.h"
 #include "file/FLRegistry.h"
 
-/// Leaves a copy of a written configuration in the folder that the environment names, if it does:
-/// there scripts/check-files holds it against the schema. A file of its own for each writing, also
-/// when several processes run tests at once; named after the test.
+/// If WRITTEN_FILES_DIR is set, copies a written configuration into that folder, where
+/// scripts/check-files checks it against the schema. Each copy has a unique name that begins with
+/// the test's.
 inline void keepForSchemaCheck(const std::string& path, std::string_view bytes) {
     const char* const folder = std::getenv("WRITTEN_FILES_DIR");
     if (folder == nullptr || !path.ends_with(".xml")) return;
     const auto* const test = ::testing::UnitTest::GetInstance()->current_test_info();
-    std::string name = test == nullptr ? "window" : test->name();  // not all are GoogleTest's
-    std::ranges::replace(name, '/', '-');                          // of a story
+    std::string name = test == nullptr ? "window" : test->name();  // null in Qt Test
+    std::ranges::replace(name, '/', '-');                          // in the names of stories
     const std::string number = std::to_string(std::random_device()());
     std::ofstream copy(std::string(folder) + "/" + name + "-" + number + ".xml", std::ios::binary);
     if (!(copy << bytes << std::flush)) throw std::runtime_error("no copy for the schema check");
@@ -35,14 +35,14 @@ inline void keepForSchemaCheck(const std::string& path, std::string_view bytes) 
 
 class FakeDisk : public Disk {
  public:
-    /// Set by a test that saves what no XML reader can read: nothing is escaped in the file, so
-    /// some names and comments spoil it, and that is meant. It is kept from the schema check.
+    /// Set by tests that save what is not well-formed XML: the format escapes nothing,
+    /// deliberately. Such files are not copied for the schema check.
     bool writesSpoiledFiles = false;
     std::map<std::string, std::string> files;
-    /// When set, reading or replacing any file fails so.
+    /// The errors that reading and replacing any file raise, if set.
     std::optional<ErrorNumber> readFault;
     std::optional<ErrorNumber> writeFault;
-    /// When all files were changed last: moved on by a test that plays another program.
+    /// The modification time of all files. A test increments it to simulate another program.
     std::int64_t time = 0;
 
     bool exists(const std::string& path) override { return files.contains(path); }
@@ -52,7 +52,7 @@ class FakeDisk : public Disk {
         return FileStamp{0, time};
     }
 
-    /// As if each had grown to its size since it was opened.
+    /// Reports the size 0: reading must not rely on the size at opening.
     InputFile openToRead(const std::string& path) override {
         if (readFault) throw RunTimeError(*readFault);
         if (!files.contains(path)) throw RunTimeError(ErrorNumber::fileNotFound);

@@ -1,4 +1,4 @@
-// Dialogs that a test plays: what its user does in a form stands in a function.
+// Dialogs without windows: a function of the test acts in each form.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -17,8 +17,8 @@
 
 class FakeForms : public Forms {
  public:
-    /// What the user does whenever a form of that kind is shown. One that is shown without anybody
-    /// having said what to do fails the test.
+    /// Sets what the user does whenever a form of this type is shown. A form without such a
+    /// function fails the test.
     ///
     ///     forms.whenShown<frmPLC>([](frmPLC& form) { form.cmdApply_Click(); });
     template <typename Form>
@@ -26,11 +26,11 @@ class FakeForms : public Forms {
         std::get<std::function<void(Form&)>>(users_) = std::move(user);
     }
 
-    /// Called in each modal dialog before the user does anything there.
+    /// Called in each modal dialog before the user acts.
     std::function<void()> whileOpen = [] {};
 
     int aboutShown = 0;
-    /// The find dialog while it is shown.
+    /// The find dialog, while it is open.
     frmFind* find = nullptr;
 
     void showModal(frmItems& form) override { playUser(form); }
@@ -49,9 +49,10 @@ class FakeForms : public Forms {
  private:
     template <typename Form>
     void playUser(Form& form) {
-        const auto user = std::get<std::function<void(Form&)>>(users_);  // who may name another
+        const auto user =
+            std::get<std::function<void(Form&)>>(users_);  // a copy, because it may set another one
         whileOpen();
-        if (!user) ADD_FAILURE() << "Nobody said what to do in: " << Form::caption;
+        if (!user) ADD_FAILURE() << "No user is set for the dialog " << Form::caption;
         if (user) user(form);
     }
 

@@ -1,18 +1,18 @@
-// What the editor is to do, told once more in lists and plain loops: no key is kept, nothing is
-// found but by looking through all of it, and nothing is shared with the editor but the order of
-// the alphabet. It does what a line of ScriptedUser says and has the state that the editor must
-// have then. A row that is out of date it takes as the editor shows it.
+// A naive model of the editor, with lists and plain loops: it stores no keys, finds everything by
+// linear search, and shares only alphabeticallyBefore() with the editor. It performs an action of
+// ScriptedUser and returns the state that the editor must then have. Outdated rows are taken from
+// the editor.
 #pragma once
 
 #include "support/ScriptedUser.h"
 
-/// What is compared, by its name.
+/// Pairs of a name and a value to compare.
 using State = std::vector<std::pair<std::string, std::string>>;
 
-/// The state of the editor itself.
+/// The state of the real editor.
 inline State stateOf(const EditorWorld& world) {
     const Document& document = world.document;
-    std::string nodes, records, rows, told;
+    std::string nodes, records, rows, messages;
     for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
         for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
             nodes.append(tagOf(node->kind())).append(" " + node->key() + ", ");
@@ -27,7 +27,7 @@ inline State stateOf(const EditorWorld& world) {
     for (const auto& row : world.editor.ListView1.rows())
         rows += row.key + " " + row.text() + " '" + row.cell(1) + (row.selected ? "' *, " : "', ");
     for (std::size_t i = 0; i < world.desktop.messages().size(); ++i)
-        told += world.desktop.messages()[i] + world.desktop.manners()[i] + "\n";
+        messages += world.desktop.messages()[i] + world.desktop.styles()[i] + "\n";
     return {{"nodes", nodes},
             {"records", records},
             {"list", rows},
@@ -36,22 +36,23 @@ inline State stateOf(const EditorWorld& world) {
             {"saved", document.saved ? "yes" : "no"},
             {"next item", std::to_string(document.itemCounter())},
             {"clipboard", world.desktop.clipboard},
-            {"messages", told}};
+            {"messages", messages}};
 }
 
 class NaiveEditor {
  public:
     void perform(const Step& step) {
-        told_.clear();
+        messages_.clear();
         refused_.clear();
         step_ = &step;
         act(step.verb, step.what);
         if (sortColumn_) sortRows();
     }
-    /// The rows whose things are gone, dragged away or renamed past them.
-    void takeRowsOutOfDate(const std::deque<ListView::Row>& shown) {
+    /// Takes the keys of outdated rows, whose things were removed, dragged or renamed, from the
+    /// editor.
+    void adoptOutdatedRows(const std::deque<ListView::Row>& shown) {
         for (std::size_t i = 0; i < std::min(rows_.size(), shown.size()); ++i)
-            if (isOutOfDate(rows_[i])) rows_[i].key = shown[i].key.string();
+            if (isOutdated(rows_[i])) rows_[i].key = shown[i].key.string();
     }
 
     State state() const {
@@ -79,14 +80,14 @@ class NaiveEditor {
                 {"saved", saved_ ? "yes" : "no"},
                 {"next item", std::to_string(nextItem_)},
                 {"clipboard", clipboard_},
-                {"messages", told_},
+                {"messages", messages_},
                 {"signs of the preview", refused_}};
     }
 
  private:
     enum Kind : std::size_t { config, plcKind, branchKind, item };
     static constexpr std::array tags{"config", "plc", "branch", "item"};
-    /// Copies that were dragged share it; its key is that of the place where it came last.
+    /// Shared by dragged copies. Its key is that of the last place.
     struct Record {
         std::string key, comment;
     };
@@ -94,7 +95,7 @@ class NaiveEditor {
         Kind kind = config;
         std::string name;
         Thing* parent = nullptr;
-        std::shared_ptr<Record> record;  // the root and a dropped device have none
+        std::shared_ptr<Record> record;  // null for the root and a dropped device
         std::vector<Thing*> below;
 
         bool isDevice() const { return kind == plcKind && record != nullptr; }
@@ -132,7 +133,7 @@ class NaiveEditor {
         }
     }
     bool tell(const std::string& message) {
-        told_ += message + "\n";
+        messages_ += message + "\n";
         return false;
     }
     bool ask(const std::string& question) {
@@ -140,7 +141,7 @@ class NaiveEditor {
         return step_->answers.front() == "yes";
     }
 
-    // Looking through everything.
+    // Searching.
     static std::vector<Thing*> allIn(Thing& top) {
         std::vector<Thing*> all{&top};
         for (Thing* child : top.below)
@@ -165,19 +166,19 @@ class NaiveEditor {
         if (thing->kind != item) throw invalid;
         return *thing;
     }
-    static std::string inCapitals(const std::string& text) {
-        return readBack::utf8(readBack::capitals(readBack::latin1(text)));
+    static std::string inUpperCase(const std::string& text) {
+        return readBack::utf8(readBack::inUpperCase(readBack::latin1(text)));
     }
     bool isTaken(Kind kind, const std::string& key) const {
         return std::ranges::any_of(records_, [&](const Thing* other) {
-            return other->kind == kind && inCapitals(other->key()) == inCapitals(key);
+            return other->kind == kind && inUpperCase(other->key()) == inUpperCase(key);
         });
     }
     void requireFree(Kind kind, bool hasRecord, const std::string& key) const {
         if (hasRecord && isTaken(kind, key)) throw taken;
         if (find(key, true) != nullptr) throw notUnique;
     }
-    bool isOutOfDate(const Row& row) const {
+    bool isOutdated(const Row& row) const {
         return !row.thing->isWithin(root_) || row.thing->key() != row.key;
     }
 
@@ -186,18 +187,18 @@ class NaiveEditor {
         things_.push_back({kind, name, &parent, std::move(record), {}});
         Thing& thing = things_.back();
         parent.below.push_back(&thing);
-        enter(thing);
+        addRecord(thing);
         return thing;
     }
-    /// As the last of its kind, under its present key.
-    void enter(Thing& thing) {
+    /// Moves its record to the end of the records, with its present key.
+    void addRecord(Thing& thing) {
         std::erase(records_, &thing);
         if (thing.record == nullptr) return;
         records_.push_back(&thing);
         thing.record->key = thing.key();
     }
-    /// Takes them out of the tree; the selection goes to a neighbour that stays.
-    void takeOut(const std::vector<Thing*>& gone) {
+    /// Removes them from the tree and selects a neighbour that stays.
+    void detach(const std::vector<Thing*>& gone) {
         for (Thing* thing : gone) {
             if (!selected_->isWithin(thing)) continue;
             selected_ = thing->parent;
@@ -216,7 +217,7 @@ class NaiveEditor {
     void remove(const std::vector<Thing*>& gone) {
         for (Thing* thing : gone)
             std::erase_if(records_, [&](const Thing* each) { return each->isWithin(thing); });
-        takeOut(gone);
+        detach(gone);
     }
     void rename(Thing& thing, const std::string& name) {
         const std::string old = thing.key();
@@ -224,15 +225,15 @@ class NaiveEditor {
         const auto changed = allIn(thing);
         for (const Thing* each : changed) {
             const std::string before = each->key(), after = key + before.substr(old.size());
-            const bool isSame = inCapitals(before) == inCapitals(after);
+            const bool isSame = inUpperCase(before) == inUpperCase(after);
             if (after != before) requireFree(each->kind, each->record && !isSame, after);
         }
         std::vector<Row*> followers;
         for (Row& row : rows_)
-            if (!isOutOfDate(row) && row.thing->isWithin(&thing)) followers.push_back(&row);
+            if (!isOutdated(row) && row.thing->isWithin(&thing)) followers.push_back(&row);
         thing.name = name;
         for (Thing* each : changed)
-            enter(*each);
+            addRecord(*each);
         for (Row* row : followers)
             row->key = row->thing->key();
     }
@@ -434,12 +435,12 @@ class NaiveEditor {
         if (source.isDevice()) add(*target, plcKind, source.name, nullptr);
         if (isCopy && !source.isDevice()) copyBelow(source, *target);
         if (isCopy) return;
-        takeOut({&source});
+        detach({&source});
         Thing& place = source.isDevice() ? *detached_ : *target;
         place.below.push_back(&source);
         source.parent = &place;
         for (Thing* each : contents)
-            if (!source.isDevice()) enter(*each);
+            if (!source.isDevice()) addRecord(*each);
     }
     void copyBelow(const Thing& source, Thing& target) {
         Thing& copy = add(target, source.kind, source.name, source.record);
@@ -488,20 +489,20 @@ class NaiveEditor {
         });
     }
 
-    void begin() {
+    void newConfiguration() {
         if (isOpen_ && !saved_) ask("Do you want to save active configuration?");
         NaiveEditor fresh;
         fresh.isOpen_ = true;
         fresh.enabled_ = "configuration open";
         fresh.focus_ = focus_;
         fresh.clipboard_ = clipboard_;
-        fresh.told_ = told_;
+        fresh.messages_ = messages_;
         *this = std::move(fresh);
     }
 
     void act(const std::string& verb, const std::string& what) {
         if (verb == "mnuNewCfg") {
-            begin();
+            newConfiguration();
         } else if (verb == "click") {
             focus_ = "tree";
             selected_ = &at(what);
@@ -556,9 +557,9 @@ class NaiveEditor {
     }
 
     static constexpr std::size_t none = ~std::size_t{0};
-    std::deque<Thing> things_{2};  // all that ever were, as rows and clipboard know them
+    std::deque<Thing> things_{2};  // also removed ones, as rows and copied items point to them
     Thing *root_ = &things_[0], *detached_ = &things_[1], *selected_ = root_;
-    std::vector<Thing*> records_;  // those that have one, in order of adding
+    std::vector<Thing*> records_;  // the things with a record, in order of adding
     std::vector<Row> rows_;
     std::size_t current_ = none;
     std::optional<int> sortColumn_;
@@ -566,17 +567,17 @@ class NaiveEditor {
     int pasteCounter_ = 1, nextItem_ = 0;
     bool isOpen_ = false, saved_ = false;
     std::string enabled_, focus_, clipboard_;
-    std::string told_;
-    std::string refused_;  // the rows that pasting did not rename
+    std::string messages_;
+    std::string refused_;  // one character per pasted row: "!" if it was not renamed
     const Step* step_ = nullptr;
 };
 
-/// The editor and the naive one beside it.
+/// Runs the editor and the naive model side by side.
 class TwoEditors : public ScriptedUser {
  public:
     TwoEditors() {
         disk.writesSpoiledFiles = true;
-        differs = [this](const auto&...) { meansAnotherDialog_ = true; };
+        differs = [this](const auto&...) { dialogDiffers_ = true; };
         forms.whenShown<frmReplace>([this](frmReplace& form) {
             playDialog(form);
             for (std::size_t row = 1; form.accepted() && row < form.faults.size(); ++row)
@@ -584,14 +585,14 @@ class TwoEditors : public ScriptedUser {
         });
     }
 
-    /// What of the two is different after the step; empty when nothing is.
+    /// Performs the step in both. Returns the difference of their states, or "".
     std::string differenceAfter(const std::string& line) {
         const Step step(line);
         desktop.forgetMessages();
         signs_.clear();
-        if (!play(step) || meansAnotherDialog_) return "";
+        if (!play(step) || dialogDiffers_) return "";
         naive_.perform(step);
-        naive_.takeRowsOutOfDate(editor.ListView1.rows());
+        naive_.adoptOutdatedRows(editor.ListView1.rows());
         const State expected = naive_.state();
         State actual = stateOf(*this);
         actual.emplace_back("signs of the preview", signs_);
@@ -607,5 +608,5 @@ class TwoEditors : public ScriptedUser {
  private:
     NaiveEditor naive_;
     std::string signs_;
-    bool meansAnotherDialog_ = false;  // a step before which others were left out
+    bool dialogDiffers_ = false;  // in shortened sequences of steps
 };

@@ -1,10 +1,10 @@
-// Configurations of texts that collide, break and change in a file.
+// Random configurations with texts that collide, are invalid in XML or change in a file.
 #pragma once
 
 #include "model/Keys.h"
-#include "support/RandomUser.h"
+#include "support/RandomSteps.h"
 
-/// A configuration that holds anything whatever, and another each time that is asked for.
+/// Makes one random configuration after the other.
 class RandomDocuments : public EditorWorld {
  public:
     RandomDocuments() {
@@ -25,10 +25,10 @@ class RandomDocuments : public EditorWorld {
         for (std::size_t drags = below(4) / 2; drags > 0; --drags)
             dragAny();
         document.saved = false;
-        told();
+        takeMessages();
     }
 
-    /// Moves, removes, adds, renames or changes something; what cannot be is left.
+    /// Moves, removes, adds, renames or changes a random node. An impossible change is skipped.
     void change() {
         Node& node = anyNode();
         const bool isContainer = node.isDevice() || node.kind() == NodeKind::branch;
@@ -43,17 +43,17 @@ class RandomDocuments : public EditorWorld {
             oneIn(2) ? document.renameItem(node, text()) : document.setComment(node, text());
         });
         document.saved = false;
-        told();
+        takeMessages();
     }
 
-    bool oddAddresses = true;  ///< some are any text
+    bool oddAddresses = true;  ///< some addresses are arbitrary texts
     std::mt19937 random{walkSetting("RULES_SEED", 5)};
     std::size_t below(std::size_t n) { return random() % n; }
 
  private:
     bool oneIn(std::size_t n) { return below(n) == 0; }
 
-    /// Few letters, that texts collide.
+    /// Has few letters, so that texts collide.
     std::string text() {
         static constexpr std::array usual{"a", "b", "A", "B", "a.b", "tag1", "\u00E4", "\u00C4"};
         static constexpr std::array odd{
@@ -82,7 +82,7 @@ class RandomDocuments : public EditorWorld {
         try {
             add();
         } catch (const RunTimeError&) {
-            // The name is taken.
+            // The name is in use.
         }
     }
     void addContents(Node& parent, int level) {
@@ -118,7 +118,7 @@ class RandomDocuments : public EditorWorld {
             ++node;
         return **node;
     }
-    /// Most often a device, below whose bare node something is added then.
+    /// Drags a random node, mostly a device, and sometimes adds an item below a dropped device.
     void dragAny() {
         Node* source = &anyNode();
         while (source->parent() != nullptr && !source->isDevice() && !oneIn(3))
@@ -130,5 +130,5 @@ class RandomDocuments : public EditorWorld {
         if (any.isDroppedDevice()) attempt([&] { addItem(any, text()); });
     }
 
-    std::size_t oddity_ = 0;  // one piece of so many is odd
+    std::size_t oddity_ = 0;  // one of so many pieces is odd; 0 for none
 };

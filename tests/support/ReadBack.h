@@ -1,5 +1,5 @@
-// Saves a configuration and reads it back, and holds what comes of it against a writer and a reader
-// that know nothing but the rules of XML (with namespaces) and of the configuration file.
+// Saves a configuration, reads it back, and compares the result with an independent naive writer
+// and reader, which know only the rules of XML (with namespaces) and of the configuration file.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,13 +16,13 @@
 
 namespace readBack {
 
-/// The settings, a device, a branch or an item: its name, its other texts, and what it holds.
+/// The settings, a device, a branch or an item: its name, its other texts and its contents.
 struct Thing {
     char kind = 's';
     std::string name;
     std::vector<std::string> texts;
     std::vector<Thing> contents;
-    const Node* node = nullptr;  ///< in memory
+    const Node* node = nullptr;  ///< only if it was made from a document
 
     bool operator==(const Thing& other) const {
         return kind == other.kind && name == other.name && texts == other.texts &&
@@ -74,7 +74,7 @@ inline Thing inMemory(const Document& document) {
     return all;
 }
 
-/// One byte a character.
+/// One byte per character; "?" for those that Latin-1 does not have.
 inline std::string latin1(const std::string& utf8) {
     std::string bytes;
     for (std::size_t i = 0; i < utf8.size();) {
@@ -125,7 +125,7 @@ inline std::string written(const Thing& thing, std::size_t level) {
            (texts.size() > 5 ? line("elements", texts[5]) : std::string()) + tabs + "</tag>\r\n";
 }
 
-inline std::string capitals(std::string latin1) {
+inline std::string inUpperCase(std::string latin1) {
     for (char& c : latin1) {
         const auto code = static_cast<unsigned char>(c);
         if ((c >= 'a' && c <= 'z') || (code >= 0xE0 && code <= 0xFE && code != 0xF7))
@@ -158,13 +158,13 @@ class Reader {
         skipBlanks();
         const Element root = element();
         skipBlanks();
-        require(rest_.empty() && root.children.size() == 2, "a root beside another");
+        require(rest_.empty() && root.children.size() == 2, "not one root with two children");
         Thing all = withAttributes(root.children[0], 's', {"port", "editype", "timeout"});
         for (const Element& each : root.children[1].children) {
             Thing device = withAttributes(each, 'd', {"name", "port", "editype", "timeout"});
             device.name = device.texts.front();
             device.texts.erase(device.texts.begin());
-            require(each.children.size() == 1 && !device.name.empty(), "a device of another form");
+            require(each.children.size() == 1 && !device.name.empty(), "an invalid device");
             addKey('d', device.name);
             device.contents = contentsOf(each.children[0], device.name);
             all.contents.push_back(device);
@@ -186,7 +186,7 @@ class Reader {
             rest_.remove_prefix(1);
     }
     void expect(std::string_view what) {
-        require(rest_.starts_with(what), "not what is to come");
+        require(rest_.starts_with(what), "unexpected text");
         rest_.remove_prefix(what.size());
     }
     std::string name() {
@@ -204,7 +204,7 @@ class Reader {
         expect("<");
         element.name = name();
         while (!rest_.starts_with(">") && !rest_.starts_with("/>")) {
-            require(isIn(" \t\n", rest_.front()), "no blank before an attribute");
+            require(isIn(" \t\n", rest_.front()), "no white space before an attribute");
             skipBlanks();
             const std::string attribute = name();
             expect("=\"");
@@ -212,56 +212,57 @@ class Reader {
             rest_.remove_prefix(value.size());
             expect("\"");
             for (char& c : value) {
-                require(!isIn("<&", c), "a spoiled attribute");
+                require(!isIn("<&", c), "an invalid attribute");
                 if (isIn("\t\n", c)) c = ' ';
             }
-            require(element.attributes.emplace(attribute, value).second, "an attribute twice");
+            require(element.attributes.emplace(attribute, value).second, "a duplicate attribute");
         }
         if (rest_.starts_with("/>")) return expect("/>"), element;
         expect(">");
         while (!rest_.starts_with("</")) {
             const std::string text(rest_.substr(0, rest_.find('<')));
             require(text.find('&') == std::string::npos && text.find("]]>") == std::string::npos,
-                    "a spoiled text");
+                    "an invalid text");
             element.text += text;
             rest_.remove_prefix(text.size());
             if (!rest_.starts_with("</")) element.children.push_back(this->element());
         }
         expect("</");
-        require(name() == element.name, "another end");
+        require(name() == element.name, "a mismatched end tag");
         expect(">");
         require(element.children.empty() ||
                     element.text.find_first_not_of(" \t\n") == std::string::npos,
-                "a text between elements");
+                "text between elements");
         return element;
     }
 
     static Thing withAttributes(const Element& element, char kind,
                                 const std::vector<std::string>& names) {
         Thing thing{kind, "", {}, {}};
-        require(element.attributes.size() == names.size(), "other attributes");
+        require(element.attributes.size() == names.size(), "unexpected attributes");
         for (const std::string& name : names)
             thing.texts.push_back(utf8(element.attributes.at(name)));
         return thing;
     }
-    /// No two of a kind have one key, whatever its case, and none has another's very key.
+    /// Keys of one kind must differ in more than case, and keys of different kinds in any way.
     void addKey(char kind, const std::string& key) {
-        require(key != "config" && keys_.insert(key).second, "the key of another");
-        require(keys_.insert(kind + ("\n" + utf8(capitals(latin1(key))))).second,
-                "the key of another but for its case");
+        require(key != "config" && keys_.insert(key).second, "a duplicate key");
+        require(keys_.insert(kind + ("\n" + utf8(inUpperCase(latin1(key))))).second,
+                "keys that differ only in case");
     }
     std::vector<Thing> contentsOf(const Element& element, const std::string& key) {
         std::vector<Thing> contents;
-        require(element.text.find_first_not_of(" \t\n") == std::string::npos, "a text in a branch");
+        require(element.text.find_first_not_of(" \t\n") == std::string::npos, "text in a branch");
         for (const Element& each : element.children) {
-            Thing thing{'b', utf8(capitals(each.name)), {}, {}};
+            Thing thing{'b', utf8(inUpperCase(each.name)), {}, {}};
             if (thing.name == "TAG") {
                 const std::vector<std::string> fields{"name", "comment",      "address", "eistype",
                                                       "flag", "accessrights", "elements"};
                 thing.kind = 'i';
                 for (std::size_t i = 0; i < each.children.size(); ++i) {
                     const Element& field = each.children[i];
-                    require(i < 7 && field.name == fields[i] && field.children.empty(), "no field");
+                    require(i < 7 && field.name == fields[i] && field.children.empty(),
+                            "an unexpected field");
                     thing.texts.push_back(utf8(field.text));
                 }
                 require(thing.texts.size() >= 6, "a field is missing");
@@ -281,16 +282,16 @@ class Reader {
     std::set<std::string> keys_;
 };
 
-/// Counts of what came of saving.
+/// Counts the results of saving.
 struct Outcomes {
     int readBack = 0, changed = 0, asked = 0, refused = 0;
 };
 
 class Check {
  public:
-    /// Some node in sight has the sign of what keeps the configuration from being read back exactly
-    /// if saving refuses or asks, and that is exactly if the reader cannot read it back whole. What
-    /// is saved otherwise is read back as it was, or as a sign in sight tells.
+    /// A save must ask or be refused exactly if the naive reader cannot read the configuration
+    /// back, and exactly if a visible node has a sign of that kind. Otherwise the file must be read
+    /// back equal, or differ only where a visible node has a sign.
     void operator()(EditorWorld& world) {
         const Document& document = world.document;
         const Thing before = inMemory(document);
@@ -307,30 +308,31 @@ class Check {
             isReadable = false;
             why = reason.what();
         }
-        bool hasGraveSign = false;
+        bool hasFault = false;
         for (const auto& node : document.tree().nodes())
-            hasGraveSign |= isGrave(world, *node);
-        EXPECT_NE(hasGraveSign, isReadable) << why;
+            hasFault |= isUnreadable(world, *node);
+        EXPECT_NE(hasFault, isReadable) << why;
 
-        const std::string told = save(world, Answer::no);
+        const std::string messages = save(world, Answer::no);
         const bool isStopped = world.disk.files["/saved"] == "old";
-        EXPECT_NE(isStopped, isReadable) << why << told;
+        EXPECT_NE(isStopped, isReadable) << why << messages;
         if (isStopped) {
-            const bool isAsked = told.ends_with("Save all the same?\n");
+            const bool isAsked = messages.ends_with("Save all the same?\n");
             ++(isAsked ? outcomes.asked : outcomes.refused);
-            EXPECT_TRUE(isAsked || told.ends_with("and cannot be saved in CreateXML\n")) << told;
+            EXPECT_TRUE(isAsked || messages.ends_with("and cannot be saved in CreateXML\n"))
+                << messages;
             const Node* shown = document.tree().selected();
-            EXPECT_TRUE(shown != nullptr && isGrave(world, *shown)) << told;
+            EXPECT_TRUE(shown != nullptr && isUnreadable(world, *shown)) << messages;
             if (!isAsked) return;
-            save(world, Answer::yes);  // by now the node is clicked, which sorts
+            save(world, Answer::yes);  // the refused save clicked the node, which sorts
             expectInFile(latin1(written(inMemory(document), 0)), world.disk.files["/saved"]);
             return;
         }
-        EXPECT_EQ(told, "");
+        EXPECT_EQ(messages, "");
         expectInFile(bytes, world.disk.files["/saved"]);
         if (!isReadable || isStopped) return;
         reader_.open("/saved", bytes);
-        EXPECT_EQ(reader_.told(), "");
+        EXPECT_EQ(reader_.takeMessages(), "");
         EXPECT_TRUE(inMemory(reader_.document) == expected) << bytes;
         ++outcomes.readBack;
         if (hasChanged(world, before, expected)) ++outcomes.changed;
@@ -339,10 +341,10 @@ class Check {
     Outcomes outcomes;
 
  private:
-    static bool isGrave(const EditorWorld& world, const Node& node) {
+    static bool isUnreadable(const EditorWorld& world, const Node& node) {
         return world.editor.fileRules().faultOf(node).kind >= FaultKind::unreadable;
     }
-    /// Shows the first line that is another one.
+    /// Reports the first line that differs.
     static void expectInFile(const std::string& expected, const std::string& actual) {
         const auto same = static_cast<std::size_t>(std::ranges::mismatch(expected, actual).in1 -
                                                    expected.begin());
@@ -362,16 +364,16 @@ class Check {
         world.desktop.forgetMessages();
         world.editor.mnuSaveAs_Click();
         world.desktop.forgetAnswers();
-        return world.told();
+        return world.takeMessages();
     }
-    /// Whatever is read back as another text has a sign in sight.
+    /// A text that is read back differently must have a visible sign.
     static bool hasChanged(const EditorWorld& world, const Thing& before, const Thing& after) {
         const std::string name =
-            before.kind == 'b' ? utf8(capitals(latin1(before.name))) : before.name;
+            before.kind == 'b' ? utf8(inUpperCase(latin1(before.name))) : before.name;
         bool changed = name != after.name || before.texts != after.texts;
         const ConfigTree& tree = world.document.tree();
-        const bool inSight = tree.FindNode(before.node->key()) == before.node;
-        const Node& shown = inSight ? *before.node : *tree.root();
+        const bool isVisible = tree.FindNode(before.node->key()) == before.node;
+        const Node& shown = isVisible ? *before.node : *tree.root();
         EXPECT_TRUE(!changed || world.editor.fileRules().faultOf(shown).kind == FaultKind::changed)
             << before.name << " in " << outline(world.document);
         for (std::size_t i = 0; i < before.contents.size(); ++i)

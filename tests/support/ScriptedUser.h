@@ -1,12 +1,12 @@
-// A user who does what a line of text says.
+// Performs the action of a user that a line of text describes.
 //
 //     drag P.A to Q with 2
 //     mnuAddItem: Item Name = Lamp; Group Address = 1/2/3; Add and Exit
 //     mnuDelete ? yes
 //
-// After ": " stands step by step what is done in the dialog that is shown: a field and the text
-// that it is given, a button, or "FIELD is TEXT" for what must be seen there. After " ? " stand the
-// answers to questions. "~" is a carriage return, "^" a line feed.
+// After ": " are the steps in the dialog that is shown: "FIELD = TEXT" types, a button's caption
+// presses it, "FIELD is TEXT" is an expectation. After " ? " are the answers to questions. "~" is a
+// carriage return, "^" a line feed.
 #pragma once
 
 #include <algorithm>
@@ -15,7 +15,7 @@
 
 #include "support/ReadBack.h"
 
-/// The text before and after the first place where it is divided so.
+/// The text before and after the first `by`.
 inline std::pair<std::string, std::string> cut(const std::string& text, const std::string& by) {
     const auto place = text.find(by);
     if (place == std::string::npos) return {text, ""};
@@ -39,7 +39,7 @@ inline std::string joined(const std::vector<std::string>& texts, const std::stri
     return all;
 }
 
-/// From "~" and "^" to a carriage return and a line feed, and back.
+/// Exchanges "~" and "^" with a carriage return and a line feed.
 inline std::string withLineEnds(std::string text) {
     for (char& c : text)
         if (const auto place = std::string_view("~\r^\n").find(c); place != std::string::npos)
@@ -47,15 +47,15 @@ inline std::string withLineEnds(std::string text) {
     return text;
 }
 
-/// What a line says.
+/// The parts of a line.
 struct Step {
     explicit Step(const std::string& text) : line(text) {
         const auto [action, answered] = cut(line, " ? ");
         for (const std::string& each : split(answered, " "))
             if (!each.empty()) answers.push_back(each);
-        const auto [deed, done] = cut(action, ": ");
-        if (!done.empty()) entries = split(done, "; ");
-        std::tie(verb, what) = cut(deed, " ");
+        const auto [command, inDialog] = cut(action, ": ");
+        if (!inDialog.empty()) entries = split(inDialog, "; ");
+        std::tie(verb, what) = cut(command, " ");
     }
 
     std::string line, verb, what;
@@ -63,7 +63,7 @@ struct Step {
     std::vector<std::string> answers;  ///< "yes", "no" or "cancel"
 };
 
-/// The contents of a file with such an outline, read up to the "]" that ends them.
+/// The XML of an outline such as "A[x y]". Removes it from the text, up to its closing "]".
 inline std::string contentsFrom(std::string_view& outline, bool areDevices) {
     std::string xml;
     while (!outline.empty() && outline.front() != ']') {
@@ -85,7 +85,7 @@ inline std::string contentsFrom(std::string_view& outline, bool areDevices) {
 
 namespace dialogParts {
 
-/// A thing in a dialog: what it shows, and what typing into it, choosing in it or pressing it does.
+/// A control of a dialog: what it shows, and a function that types into it, selects or presses.
 struct Part {
     std::string name;
     std::function<std::string()> shown;
@@ -212,8 +212,8 @@ class ScriptedUser : public EditorWorld {
         playEach<frmItems, CommonProperties, frmPLC, frmBranch, frmSetts, frmReplace>();
     }
 
-    /// Does what the line says: `open OUTLINE but PIECE is OTHER ...`, `click KEY`, `row TEXT` and
-    /// others below, or a command of the table. False when there is no such node or row.
+    /// Performs the action: `open OUTLINE but PIECE is OTHER ...`, `click KEY`, `row TEXT` and
+    /// others below, or a command of the table. Returns false if the node or row does not exist.
     bool play(const Step& step) {
         entries_ = step.entries;
         desktop.forgetAnswers();
@@ -224,7 +224,7 @@ class ScriptedUser : public EditorWorld {
         return act(step.verb, step.what);
     }
 
-    /// Told what is otherwise in a dialog than the line says.
+    /// Called when a dialog does not show what the line expects.
     std::function<void(const std::string& part, const std::string& expected,
                        const std::string& actual)>
         differs = [](const auto& part, const auto&, const auto&) { ADD_FAILURE() << part; };
@@ -264,7 +264,7 @@ class ScriptedUser : public EditorWorld {
                     text.replace(text.find(piece), piece.size(), withLineEnds(other));
             open("/house.xml", text);
         } else if (verb == "load") {
-            open("/house.xml", readBack::latin1(withLineEnds(what)));  // each character is one byte
+            open("/house.xml", readBack::latin1(withLineEnds(what)));  // one byte per character
         } else if (verb == "import") {
             disk.files["/house.esf"] = readBack::latin1(withLineEnds(what));
             desktop.willChoose("/house.esf");
@@ -323,7 +323,7 @@ class ScriptedUser : public EditorWorld {
         return true;
     }
 
-    /// The last of them is the row that commands on single rows act on.
+    /// The last one becomes the current row.
     void selectByText(const std::set<std::string>& texts) {
         selectRows(texts);
         for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)

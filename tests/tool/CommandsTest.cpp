@@ -19,7 +19,7 @@ const std::string smallTable =
     "Plant.F.Text,item,Text,,1/2/3,EIS15,14,READ,,\n"
     "Plant.F.Lamp,item,Lamp,\"two\nlines\",1/2/4,EIS1,,TRANSMIT,,\n";
 
-/// What is wrong with the table once `from` in it is `to`, and nothing was written for it.
+/// Imports the table with `to` instead of `from`. Returns the errors. Nothing may be written.
 std::string faultsWith(const std::string& from, const std::string& to) {
     ToolWorld world;
     std::string table = smallTable;
@@ -32,12 +32,12 @@ std::string faultsWith(const std::string& from, const std::string& to) {
     return world.err;
 }
 
-TEST(Commands, AFaultInATableIsToldWithItsLineAndColumnAndNothingIsWritten) {
+TEST(Commands, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
     const struct {
         const char* from;
         const char* to;
-        const char* told;
-    } spoilings[] = {
+        const char* expected;
+    } changes[] = {
         {"COM1,1000", "COM1,", "2: error: time-out: Receive Timeout field is empty."},
         {",settings", "x,settings", "2: error: path: the settings have no path"},
         {"COM2,1500", "COM2,10ms", "3: error: time-out: Receive Timeout field is not correct."},
@@ -76,12 +76,13 @@ TEST(Commands, AFaultInATableIsToldWithItsLineAndColumnAndNothingIsWritten) {
         {"path", "Pfad", "1: error: Pfad: no column of that name is known"},
         {"flag", "kind", "1: error: kind: this column is there twice"},
     };
-    for (const auto& [from, to, told] : spoilings) {
+    for (const auto& [from, to, expected] : changes) {
         const std::string faults = faultsWith(from, to);
-        EXPECT_NE(faults.find("t.csv:" + std::string(told) + "\n"), std::string::npos) << to << "\n"
-                                                                                       << faults;
+        EXPECT_NE(faults.find("t.csv:" + std::string(expected) + "\n"), std::string::npos)
+            << to << "\n"
+            << faults;
     }
-    // All of them, not only the first.
+    // All faults are reported, not only the first.
     EXPECT_EQ(faultsWith("Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
                          ",,1/2,EIS15,x,,,\nPlant.F.Lamp,item,"),
               "t.csv:5: error: name: Item name field is empty.\n"
@@ -91,7 +92,7 @@ TEST(Commands, AFaultInATableIsToldWithItsLineAndColumnAndNothingIsWritten) {
               "t.csv:6: error: name: Item name field is empty.\n");
 }
 
-TEST(Commands, DiffSaysWhatAPersonWouldSay) {
+TEST(Commands, DiffRecognisesRenamedAndMovedNodes) {
     const auto item = [](const std::string& name, const std::string& address,
                          const std::string& type = "EIS1") {
         std::string text = tag(name);
@@ -104,7 +105,7 @@ TEST(Commands, DiffSaysWhatAPersonWouldSay) {
     const struct {
         std::string from;
         std::string to;
-        const char* told;
+        const char* expected;
     } cases[] = {
         {plc("P", branch("F", a + b)), plc("Q", branch("F", a + b)), "renamed device P -> Q\n"},
         {plc("P", branch("F", a + b)), plc("P", branch("G", branch("F", a + b))),
@@ -124,16 +125,16 @@ TEST(Commands, DiffSaysWhatAPersonWouldSay) {
          "access right \"READ\", flag \"READ\"\n"
          "removed item P.F.a\n"},
     };
-    for (const auto& [from, to, told] : cases) {
+    for (const auto& [from, to, expected] : cases) {
         ToolWorld world;
         world.disk.files["a.xml"] = configuration(from);
         world.disk.files["b.xml"] = configuration(to);
         EXPECT_EQ(world.run("diff a.xml b.xml"), 1);
-        EXPECT_EQ(world.out, told);
+        EXPECT_EQ(world.out, expected);
     }
 }
 
-const std::string doubtful =
+const std::string withFaults =
     "<QUONEibCfg>\n"
     "<SETTINGS port='COM1' editype='\u20AC' timeout='1'/><OPC_DA>\n"
     "<DEVICE name='New Device 3' port='COM1' editype='x' timeout='1'><tags></tags></DEVICE>\n"
@@ -148,9 +149,9 @@ const std::string doubtful =
     "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
     "</newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
 
-TEST(Commands, CheckTellsOfAllThatIsDoubtful) {
+TEST(Commands, CheckReportsErrorsWarningsAndNotes) {
     ToolWorld world;
-    world.disk.files["a.xml"] = doubtful;
+    world.disk.files["a.xml"] = withFaults;
     EXPECT_EQ(world.run("check a.xml"), 2);
     EXPECT_EQ(world.out,
               "a.xml: warning: EDI type: '\u20AC': saved as \"?\"\n"
@@ -191,7 +192,7 @@ TEST(Commands, CheckTellsOfAllThatIsDoubtful) {
     EXPECT_EQ(world.out,
               "broken.xml:2: error: Error n. 321  Line 2: mismatched tag in ImportXML\n"
               "none.xml: error: Error n. 53  File not found in ImportXML\n");
-    // What is left out of such a file would be lost.
+    // Other commands refuse such a file, as parts of it would be lost.
     for (const char* command : {"export a.xml -o x", "diff a.xml notes.xml", "diff notes.xml a.xml",
                                 "import notes.csv --into a.xml -o x"}) {
         EXPECT_EQ(world.run(command), 2) << command;
@@ -199,7 +200,7 @@ TEST(Commands, CheckTellsOfAllThatIsDoubtful) {
     }
 }
 
-TEST(Commands, AnEtsExportBecomesTheConfigurationThatTheEditorMakesOfIt) {
+TEST(Commands, ConvertWritesTheSameFileAsTheEditor) {
     EditorWorld editor;
     editor.disk.files["/house.esf"] = sample("house.esf");
     editor.document.setSettings({.port = "USB", .ediType = "USBEMI1", .timeout = 500});
@@ -218,7 +219,7 @@ TEST(Commands, AnEtsExportBecomesTheConfigurationThatTheEditorMakesOfIt) {
     EXPECT_FALSE(world.disk.exists("dimmer.xml"));
 }
 
-TEST(Commands, AFileIsReplacedWhenThatIsAskedForAndNeverSpoiled) {
+TEST(Commands, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
     ToolWorld world;
     world.disk.files = {{"a.xml", configuration(plc("P", tag("a")))}, {"old", "old"}};
     world.must("export a.xml -o a.csv");
@@ -235,14 +236,14 @@ TEST(Commands, AFileIsReplacedWhenThatIsAskedForAndNeverSpoiled) {
         world.must(command + " --force");
         EXPECT_NE(std::exchange(world.disk.files["old"], "old"), "old");
     }
-    // What is saved as another text is a warning, what cannot be read back a fault.
+    // A text that is saved differently is only a warning.
     world.disk.files["a.csv"] = "path,port\nP\u20AC,COM1\n";
     EXPECT_EQ(world.run("import a.csv -o b.xml"), 1);
     EXPECT_EQ(world.err, "a.csv:2: warning: name: '\u20AC': saved as \"?\"\n");
     EXPECT_TRUE(world.disk.exists("b.xml"));
 }
 
-TEST(Commands, TheCommandLineIsExplainedOrRefused) {
+TEST(Commands, HelpIsPrintedAndWrongArgumentsAreRefused) {
     ToolWorld world;
     for (const std::string command : {"", "check ", "diff ", "export ", "import ", "convert "}) {
         EXPECT_EQ(world.run(command + "--help"), 0);

@@ -1,4 +1,4 @@
-// Tables of configurations that hold anything whatever.
+// Tables of random configurations.
 #include <map>
 #include <set>
 
@@ -10,7 +10,7 @@ namespace {
 
 using RowsByPath = std::map<std::string, TableRow>;
 
-/// Each row by its path, without what follows from the other fields.
+/// The rows by path, without fields that are derived from others.
 RowsByPath byPath(const TableRows& rows) {
     RowsByPath all;
     for (TableRow row : rows) {
@@ -18,12 +18,12 @@ RowsByPath byPath(const TableRows& rows) {
         for (const char* derived : {"path", "name", "index"})
             row.erase(derived);
         std::erase_if(row, [](const auto& field) { return field.second.empty(); });
-        EXPECT_TRUE(all.emplace(path, row).second) << "twice: " << path;
+        EXPECT_TRUE(all.emplace(path, row).second) << "duplicate path " << path;
     }
     return all;
 }
 
-/// The rows of a thing, and of what is in it, as a reader of its own knows them.
+/// Adds the rows of a thing and its contents, from the naive reader.
 void addRows(const readBack::Thing& thing, const std::string& parent, TableRows& rows) {
     static const std::map<char, std::vector<std::string>> columns{
         {'s', {"settings", "port", "EDI type", "time-out"}},
@@ -51,7 +51,7 @@ TableRows rowsIn(const std::string& file) {
     return rows;
 }
 
-/// A file of the configuration as it is read back; nothing where that cannot be.
+/// The configuration as a file, after one save and reading; "" if it cannot be read back.
 std::string fileOf(EditorWorld& world) {
     for (int i = 0; i < 2; ++i) {
         const std::string file = readBack::latin1(written(readBack::inMemory(world.document), 0));
@@ -68,28 +68,28 @@ std::string fileOf(EditorWorld& world) {
 
 class RandomTables : public ::testing::Test {
  protected:
-    /// Calls `test` with one configuration after the other in the file "a.xml", and somewhat or
-    /// quite another one in "b.xml"; names the first, should it fail.
+    /// Calls `test` with random configurations in the files "a.xml" and "b.xml", which differ a
+    /// little or completely.
     template <typename Test>
     void forEachPair(const Test& test) {
-        RandomDocuments user;
-        user.oddAddresses = false;  // which a table may not have
+        RandomDocuments documents;
+        documents.oddAddresses = false;  // a table refuses them
         const auto next = [&](std::size_t changes) {
             std::string file;
             while (file.empty()) {
-                if (changes == 0 || user.below(5) == 0) user.make();
+                if (changes == 0 || documents.below(5) == 0) documents.make();
                 for (std::size_t i = changes; i > 0; --i)
-                    user.change();
-                file = fileOf(user);
+                    documents.change();
+                file = fileOf(documents);
             }
             return file;
         };
         for (int number = 1; number <= 150 && !HasFailure(); ++number) {
             ToolWorld world;
-            world.disk.writesSpoiledFiles = true;  // types and rights that the server does not know
+            world.disk.writesSpoiledFiles = true;  // because of unknown types and access rights
             world.disk.files["a.xml"] = next(0);
-            SCOPED_TRACE("house " + std::to_string(number) + ": " + outline(user.document));
-            world.disk.files["b.xml"] = next(1 + user.below(9));
+            SCOPED_TRACE("house " + std::to_string(number) + ": " + outline(documents.document));
+            world.disk.files["b.xml"] = next(1 + documents.below(9));
             test(world, byPath(rowsIn(world.disk.files["a.xml"])),
                  byPath(rowsIn(world.disk.files["b.xml"])));
         }
@@ -98,7 +98,7 @@ class RandomTables : public ::testing::Test {
     std::mt19937 random{1};
 };
 
-TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOthers) {
+TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
     forEachPair([&](ToolWorld& world, const RowsByPath& before, const RowsByPath& after) {
         for (const std::string separator : {",", ";", "tab"}) {
             world.must("export a.xml --force -o a.csv --separator " + separator);
@@ -125,7 +125,7 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOthers) {
         auto expected = after;
         for (const auto& [path, row] : before)
             if (expected.emplace(path, row).first->second.at("kind") != row.at("kind")) return;
-        // Not where two of these would have one key, which knows no "\".
+        // Skipped if two paths would have the same key, in which there is no "\".
         std::set<std::string> keys;
         for (const auto& [path, row] : expected) {
             std::string key = upperCase(path);
@@ -138,7 +138,7 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOthers) {
     });
 }
 
-/// A path's parent, up to its last "." that no "\" stands before.
+/// The path of the parent: up to the last "." that is not escaped with "\".
 std::string parentOf(const std::string& path) {
     for (std::size_t i = path.size(); i-- > 0;) {
         if (path[i] != '.') continue;
@@ -150,7 +150,7 @@ std::string parentOf(const std::string& path) {
     return "";
 }
 
-/// What the changes, read one after the other, make of the rows.
+/// Applies the changes of a diff to the rows.
 RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
     std::map<std::string, std::string> to;
     std::set<std::string> removed;
@@ -159,7 +159,7 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
         if (change["change"] == "removed") removed.insert(std::string(change["path"]));
     }
     RowsByPath changed;
-    // A path comes before the paths in it, as it is their beginning.
+    // A path sorts before the paths of its contents, which begin with it.
     for (const auto& [path, row] : rows) {
         if (removed.contains(path)) continue;
         const std::string parent = parentOf(path);
@@ -186,7 +186,7 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
     return changed;
 }
 
-TEST_F(RandomTables, WhatDiffNamesMakesTheOneOfTheOther) {
+TEST_F(RandomTables, ApplyingADiffToOneFileYieldsTheOther) {
     forEachPair([](ToolWorld& world, const RowsByPath& before, const RowsByPath& after) {
         EXPECT_EQ(world.run("diff a.xml b.xml --json"), before == after ? 0 : 1) << world.err;
         EXPECT_EQ(applied(nlohmann::json::parse(world.out), before), after) << world.out;

@@ -1,4 +1,4 @@
-// The command line program on a disk that a test plays, and tables as a test reads them.
+// The command line program with a fake disk, and helpers for tables.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ class ToolWorld {
     std::string out;
     std::string err;
 
-    /// Runs "diff a.xml b.xml"; the exit status.
+    /// Runs a command such as "diff a.xml b.xml". Returns the exit status.
     int run(const std::string& command) {
         std::istringstream words(command);
         std::vector<std::string> arguments;
@@ -34,14 +34,14 @@ class ToolWorld {
         return status;
     }
 
-    /// The same for what must do without a word.
+    /// Runs a command that must succeed without errors and warnings.
     void must(const std::string& command) {
         ASSERT_EQ(run(command), 0) << command << "\n" << err;
         ASSERT_EQ(err, "") << command;
     }
 };
 
-/// A table's rows, each by the headings of its fields.
+/// The rows of a table: fields by heading.
 using TableRow = std::map<std::string, std::string>;
 using TableRows = std::vector<TableRow>;
 
@@ -62,7 +62,7 @@ inline TableRows rowsOf(std::string_view csv, char separator = ',') {
     return rows;
 }
 
-/// The table of these rows, with these columns.
+/// Returns a table of these rows with these columns.
 inline std::string csvOf(const TableRows& rows, const std::vector<std::string>& headings,
                          char separator = ',') {
     std::string csv;

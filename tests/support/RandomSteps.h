@@ -1,4 +1,4 @@
-// A user who does anything whatever, with names so few that they collide.
+// Random user actions, with so few names that they collide.
 #pragma once
 
 #include <cstdlib>
@@ -6,19 +6,19 @@
 
 #include "support/ScriptedUser.h"
 
-/// Other walks than the usual one: with WALK_SEED and WALK_STEPS set.
+/// The value of an environment variable such as WALK_SEED, or `usual`.
 inline unsigned walkSetting(const char* name, unsigned usual) {
     const char* value = std::getenv(name);
     return value == nullptr ? usual : static_cast<unsigned>(std::stoul(value));
 }
 
-/// Where choices come from: any number below the given one.
+/// Returns a number below the given one.
 using Choose = std::function<std::size_t(std::size_t below)>;
 
-/// Something to be done next, as a line for ScriptedUser.
-class RandomUser {
+/// Generates actions for ScriptedUser.
+class RandomSteps {
  public:
-    RandomUser(Choose choose, const EditorWorld& world)
+    RandomSteps(Choose choose, const EditorWorld& world)
         : below_(std::move(choose)), world_(world) {}
 
     std::string nextStep() {
@@ -83,9 +83,9 @@ class RandomUser {
     }
     std::string drag() {
         const std::string from = anyKey(), to = anyKey();
-        // Rarely to the root: what stands there cannot be saved.
-        const bool givenUp = to == Document::rootKey && below_(20) != 0;
-        return "drag " + from + " to " + (givenUp ? "space" : to) + oneOf({"", " with 2"});
+        // Rarely to the root, as a node there cannot be saved.
+        const bool toSpace = to == Document::rootKey && below_(20) != 0;
+        return "drag " + from + " to " + (toSpace ? "space" : to) + oneOf({"", " with 2"});
     }
     std::string properties(const Node* node) {
         const auto kind = node == nullptr ? NodeKind::config : node->kind();
