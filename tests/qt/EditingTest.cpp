@@ -1,4 +1,4 @@
-// Dragging, undo and find in the window, and the monkey test.
+// Dragging and find in the window, and the monkey test.
 
 #include "qt/Monkey.h"
 #include "qt/QtForms.h"
@@ -120,27 +120,6 @@ class EditingTest : public QObject {
         user.choosesAt("Annex.SHED.ROOM", "Take to move");
         user.document.RemoveSubtree(user.document.tree().nodeAt("Annex.SHED.ROOM"));
         QVERIFY(!offersDrop("Annex.SHED"));
-    }
-
-    static void keysUndoAndRedo() {
-        WindowUser user(configuration(
-            plc("P", branch("A", branch("B", tag("x")) + branch("C", tag("y"))) + tag("z"))));
-        user.desktop.willAnswer({Answer::yes});
-        user.clicks("P.A.C");
-        user.presses("Left");
-        user.clicks("P.A");
-        const QString before = "/plant.xml[P[*A[B[x] C+] z]]";
-        QCOMPARE(user.shownTree(), before);
-        user.presses("Del");
-        QCOMPARE(user.shownTree(), "/plant.xml[P[*z]]");
-        user.presses("Ctrl+Z");
-        QCOMPARE(user.shownTree(), before);
-        for (const char* redo : {"Ctrl+Y", "Ctrl+Shift+Z"}) {
-            user.presses(redo);
-            QCOMPARE(user.shownTree(), "/plant.xml[*P[z]]");
-            user.presses("Ctrl+Z");
-            QCOMPARE(user.shownTree(), before);
-        }
     }
 
     static void findSelectsNodesAndExpandsTheirParents() {

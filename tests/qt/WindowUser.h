@@ -118,13 +118,6 @@ class WindowUser : public WindowWorld {
                          QString::number(qRound(10.0 * report()->columnWidth(i) / list.width())));
         return texts.join(", ");
     }
-    /// The same from the editor.
-    QString wantedColumns() const {
-        QStringList texts;
-        for (const auto& column : form.ListView1.columns())
-            texts.append(toQt(column.text) + " " + QString::number(qRound(10 * column.width)));
-        return texts.join(", ");
-    }
 
  private:
     QString shownBelow(const QModelIndex& parent, const QImage& picture) const {

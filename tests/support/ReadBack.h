@@ -325,11 +325,11 @@ class Check {
             EXPECT_TRUE(shown != nullptr && isUnreadable(world, *shown)) << messages;
             if (!isAsked) return;
             save(world, Answer::yes);  // the refused save clicked the node, which sorts
-            expectInFile(latin1(written(inMemory(document), 0)), world.disk.files["/saved"]);
+            EXPECT_EQ(world.disk.files["/saved"], latin1(written(inMemory(document), 0)));
             return;
         }
         EXPECT_EQ(messages, "");
-        expectInFile(bytes, world.disk.files["/saved"]);
+        EXPECT_EQ(world.disk.files["/saved"], bytes);
         if (!isReadable || isStopped) return;
         reader_.open("/saved", bytes);
         EXPECT_EQ(reader_.takeMessages(), "");
@@ -343,18 +343,6 @@ class Check {
  private:
     static bool isUnreadable(const EditorWorld& world, const Node& node) {
         return world.editor.fileRules().faultOf(node).kind >= FaultKind::unreadable;
-    }
-    /// Reports the first line that differs.
-    static void expectInFile(const std::string& expected, const std::string& actual) {
-        const auto same = static_cast<std::size_t>(std::ranges::mismatch(expected, actual).in1 -
-                                                   expected.begin());
-        if (same == expected.size() && same == actual.size()) return;
-        const auto start = expected.rfind('\n', same) + 1;
-        const auto lineOf = [&](const std::string& file) {
-            return file.substr(start, file.find('\r', same) - start);
-        };
-        ADD_FAILURE() << "step:     save\nexpected line: " << lineOf(expected)
-                      << "\nactual   line: " << lineOf(actual);
     }
     static std::string save(EditorWorld& world, Answer answer) {
         world.disk.files["/saved"] = "old";
