@@ -233,9 +233,6 @@ class MainWindowTest : public QObject {
             QCOMPARE(user.disagreement(), "");
         }
         QCOMPARE(user.columns(), wider);
-        user.document.RemoveSubtree(user.document.tree().nodeAt("Plant.FLOOR1"));
-        user.clicks(0);
-        QCOMPARE(user.takeMessages(), " Error n. 35601  Element not found in ListView1_Click");
         user.entry("mnuCloseCfg").trigger();
         QVERIFY(!user.tree.isVisible() && !user.list.isVisible());
     }
