@@ -174,8 +174,8 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
     std::deque<std::string> messages_;
 };
 
-/// Triggers every command and event. None may have an effect while a box or a dialog is open or a node
-/// is dragged.
+/// Triggers every command and event. None may have an effect while a box or a dialog is open or a
+/// node is dragged.
 void triggerEverything(EditorWorld& world) {
     world.editor.dropFile("/dropped.xml");
     for (const Command& command : commandTable())
