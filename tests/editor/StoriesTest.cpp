@@ -196,6 +196,7 @@ void triggerEverything(EditorWorld& world) {
 
 TEST_P(Stories, ShowWhatIsWritten) {
     desktop.whileOpen = forms.whileOpen = [this] { triggerEverything(*this); };
+    disk.writesSpoiledFiles = GetParam().find("/unreadable-") != std::string::npos;
     std::ifstream file(GetParam());
     for (std::string line; std::getline(file, line) && !HasFailure();)
         runLine(line);
