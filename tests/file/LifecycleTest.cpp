@@ -32,6 +32,7 @@ const struct {
      [](auto& world) {
          if (!world.document.open) return;
          const bool saved = world.document.saved;
+         world.disk.writesSpoiledFiles = true;
          world.document.setComment(world.document.tree().nodeAt(light), "a&b");
          world.document.saved = saved;
      }},
