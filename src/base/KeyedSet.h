@@ -71,6 +71,13 @@ class KeyedSet {
         return slot.isEmpty() ? nullptr : &elements_[slot.place];
     }
 
+    /// Where the element with the key is; end() when there is none.
+    Iterator locate(const SharedText& key) const {
+        if (slots_.empty()) return end();
+        const Slot& slot = slots_[slotOf(key)];
+        return slot.isEmpty() ? end() : Iterator(elements_, slot.place);
+    }
+
     /// Appends the element. Returns false, and changes nothing, when its key is taken.
     bool add(Element&& element) {
         if (size() + 1 > slots_.size() / 3 * 2) grow();

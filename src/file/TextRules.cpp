@@ -82,8 +82,21 @@ std::pair<FaultKind, std::string_view> consequence(char32_t c, FilePlace place) 
     return {};
 }
 
+/// True if all characters are in ISO-8859-1.
+bool isLatin1(std::string_view text) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if (byte < 0x80) continue;
+        const bool isLead = byte == 0xC2 || byte == 0xC3;
+        if (!isLead || ++i == text.size()) return false;
+        if ((static_cast<unsigned char>(text[i]) & 0xC0U) != 0x80) return false;
+    }
+    return true;
+}
+
 Fault faultOfText(std::string_view text, FilePlace place) {
-    if (traitsOf(text).isReadUnchanged()) return {};
+    const TextTraits traits = traitsOf(text);
+    if (!traits.hasSpecial && (traits.isAscii || isLatin1(text))) return {};
     if (place == FilePlace::content && text.find("]]>") != std::string_view::npos) {
         return {FaultKind::unreadable, "']]>': " + unreadable};
     }

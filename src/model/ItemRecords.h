@@ -1,12 +1,13 @@
 // A fast way to find the records of all items.
 #pragma once
 
+#include "base/RunTimeError.h"
 #include "model/ConfigTree.h"
 #include "model/Registry.h"
 #include "model/clsItem.h"
 
 /// Finds the records of the item nodes of a tree. When nodes are looked up in the order of the
-/// registry, which usually is the order of the file, no search is needed:
+/// registry, which usually is the order of the file, only the first needs a search:
 ///
 ///     ItemRecords records(document.items());
 ///     for (TreeWalk walk(top); const Node* node = walk.next();)
@@ -18,7 +19,8 @@ class ItemRecords {
     /// The record of the node. Raises ErrorNumber::invalidCall when there is none.
     const clsItem& at(const Node& node) {
         if (next_ == items_.end() || (*next_).key != node.key()) {
-            return items_.at(node.key());
+            next_ = items_.locate(node.key());
+            if (next_ == items_.end()) throw RunTimeError(ErrorNumber::invalidCall);
         }
         const clsItem* record = (*next_).record;
         ++next_;
