@@ -56,13 +56,13 @@ Node& ConfigTree::AddNode(Node* parent, SharedText key, SharedText text, NodeKin
     node->parent_ = parent;
     node->isPresent_ = shown_ == this;
     Node& added = *node;
-    ++changes_;
     nodes_.add(std::move(node));
     if (parent == nullptr) {
         root_ = &added;
     } else {
         addChild(*parent, added);
     }
+    ++changes_;
     if (listener_ != nullptr) listener_->added();
     return added;
 }
@@ -139,7 +139,6 @@ ConfigTree::RemovedNodes ConfigTree::takeOut(const std::vector<Node*>& nodes) {
     RemovedNodes removed;
     removed.tree_ = this;
     if (nodes.empty()) return removed;
-    ++changes_;
     for (Node* node : nodes)
         node->isBeingRemoved_ = true;
     for (const Node* above = selected_; above != nullptr; above = above->parent_) {
@@ -163,13 +162,13 @@ ConfigTree::RemovedNodes ConfigTree::takeOut(const std::vector<Node*>& nodes) {
         for (TreeWalk walk(*node); Node* below = walk.next();)
             take(*below);
     }
+    ++changes_;
     if (listener_ != nullptr) listener_->removed();
     return removed;
 }
 
 void ConfigTree::putBack(RemovedNodes&& removed) {
     if (removed.tops_.empty()) return;
-    ++changes_;
     std::optional<BulkChange> bulk;
     if (removed.tops_.size() > 1) bulk.emplace(*this);
     const RemovedNodes::Top& first = removed.tops_.front();
@@ -181,6 +180,7 @@ void ConfigTree::putBack(RemovedNodes&& removed) {
         nodes_.putBack(std::move(taken));
     }
     insertChildren(removed.tops_);
+    ++changes_;
     if (listener_ != nullptr) listener_->added();
     removed = RemovedNodes();
 }
@@ -254,12 +254,12 @@ Node& ConfigTree::Reference::node() const {
 }
 
 void ConfigTree::clear() {
-    ++changes_;
     if (listener_ != nullptr) listener_->aboutToReset();
     root_ = selected_ = nullptr;
     for (const auto& node : nodes_)
         if (node->isReferredTo_) forget(*node);
     nodes_.clear();
+    ++changes_;
     if (listener_ != nullptr) listener_->reset();
 }
 
@@ -290,21 +290,21 @@ bool ConfigTree::sortChildren(Node& node, std::vector<Node*>& before) {
     auto& children = *node.children_;
     const auto added = std::ranges::is_sorted_until(children, isBefore);
     if (added == children.end()) return false;
-    ++changes_;
     before = children;
     if (listener_ != nullptr) listener_->aboutToReorder(node);
     std::ranges::stable_sort(added, children.end(), isBefore);
     std::ranges::inplace_merge(children, added, isBefore);
     node.childRowsKnown_ = false;
+    ++changes_;
     if (listener_ != nullptr) listener_->reordered(node);
     return true;
 }
 
 void ConfigTree::swapChildren(Node& node, std::vector<Node*>& children) {
     if (listener_ != nullptr) listener_->aboutToReorder(node);
-    ++changes_;
     std::swap(*node.children_, children);
     node.childRowsKnown_ = false;
+    ++changes_;
     if (listener_ != nullptr) listener_->reordered(node);
 }
 

@@ -238,7 +238,7 @@ class ConfigTree {
     void recordsChanged() const;
 
     /// A counter of the changes of nodes, texts and order. It shows whether a cached result that
-    /// was computed from the whole tree is still valid.
+    /// was computed from the whole tree is still valid. It goes up once a change is complete.
     std::uint64_t changes() const { return changes_; }
     /// A counter of the calls of recordsChanged().
     std::uint64_t recordChanges() const { return recordChanges_; }
