@@ -31,7 +31,7 @@ std::vector<std::string> shortest(std::vector<std::string> steps) {
 
 class RandomWalk : public ::testing::Test, protected TwoEditors {
  protected:
-    TrackingViews views{document.tree(), editor.ListView1, desktop};
+    TrackingViews views{document, editor.ListView1, desktop};
 };
 
 TEST_F(RandomWalk, EditorAgreesWithTheNaiveModel) {

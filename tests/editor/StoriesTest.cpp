@@ -168,7 +168,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         return columns.back().text == "Index" ? "items" : "one item";
     }
 
-    TrackingViews views_{document.tree(), editor.ListView1, desktop};
+    TrackingViews views_{document, editor.ListView1, desktop};
     int number_ = 0;
     std::string step_;
     std::deque<std::string> messages_;

@@ -86,7 +86,7 @@ class Undo : public ::testing::Test, protected ScriptedUser {
         goneBack += states.size() - 1;
     }
 
-    TrackingViews views{document.tree(), editor.ListView1, desktop};
+    TrackingViews views{document, editor.ListView1, desktop};
     std::mt19937 random{walkSetting("WALK_SEED", 11)};
     RandomSteps generator{[this](std::size_t n) { return below(n); }, *this};
     std::vector<std::string> past;  // before each step that can be undone

@@ -122,8 +122,8 @@ inline std::string stateNameOf(const std::string& enabled) {
 /// if a message box is shown during a change.
 class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
  public:
-    TrackingViews(const ConfigTree& tree, ListView& list, FakeDesktop& desktop)
-        : tree_(tree), list_(list), desktop_(desktop) {
+    TrackingViews(const Document& document, ListView& list, FakeDesktop& desktop)
+        : document_(document), list_(list), desktop_(desktop) {
         tree_.setListener(this);
         list_.setListener(this);
         desktop_.onMessage = [this] {
@@ -144,6 +144,11 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
         for (TreeWalk walk(*tree_.root()); const Node* node = walk.next();)
             EXPECT_TRUE(shown_[node] == lookOf(*node))
                 << "a view was not notified of a change of " << node->key().string();
+        const auto refusal = rules_.refusal();
+        const auto expected = FileRules(document_).refusal();
+        EXPECT_EQ(refusal ? refusal->error.description() : "",
+                  expected ? expected->error.description() : "")
+            << "signs that were asked for during a change are kept";
     }
 
  private:
@@ -155,12 +160,19 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
             shown_[node] = lookOf(*node);
     }
 
+    /// Views ask for signs whenever they like, also in the middle of a change.
+    void paint() const {
+        if (tree_.root() != nullptr) rules_.faultOf(*tree_.root());
+    }
+
     void aboutToAdd(const Node* parent, int row) override {
+        paint();
         ++changes_;
         parent_ = parent;
         row_ = row;
     }
     void added() override {
+        paint();
         --changes_;
         if (parent_ == nullptr) return look(*tree_.root());
         Node* node = parent_->GetChildren().at(static_cast<std::size_t>(row_));
@@ -169,11 +181,15 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
         look(*node);
     }
     void aboutToRemove(const Node& node) override {
+        paint();
         ++changes_;
         auto& siblings = shown_[node.parent()].second;
         siblings.erase(siblings.begin() + ConfigTree::rowOf(node));
     }
-    void removed() override { --changes_; }
+    void removed() override {
+        paint();
+        --changes_;
+    }
     void changed(const Node& node) override { shown_[&node].first = node.text(); }
     void recordsChanged() override {}
     void aboutToReorder(const Node& /*parent*/) override { ++changes_; }
@@ -187,13 +203,18 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
         if (tree_.root() != nullptr) look(*tree_.root());
         selected_ = tree_.selected();
     }
-    void selectionChanged() override { selected_ = tree_.selected(); }
+    void selectionChanged() override {
+        paint();
+        selected_ = tree_.selected();
+    }
     void madeVisible(const Node& /*node*/) override {}
     void columnsBuilt() override {}
     void viewChanged() override {}
     void madeVisible(std::size_t /*row*/) override {}
 
-    const ConfigTree& tree_;
+    const Document& document_;
+    const ConfigTree& tree_ = document_.tree();
+    const FileRules rules_{document_};
     ListView& list_;
     FakeDesktop& desktop_;
     int changes_ = 0, row_ = 0;
