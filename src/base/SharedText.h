@@ -42,6 +42,9 @@ class SharedText {
     std::size_t size() const { return head_ == nullptr ? 0 : head_->length; }
     bool empty() const { return head_ == nullptr; }
 
+    /// True for copies of one text.
+    bool isSameObject(const SharedText& other) const { return head_ == other.head_; }
+
     /// Hints to the processor that the characters will be read soon.
     void prefetch() const { __builtin_prefetch(head_); }
 

@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include "model/ItemRecords.h"
 #include "model/ListColumns.h"
 
 namespace {
@@ -56,12 +55,9 @@ void ContentsList::show(const Node& node, const ShowMessage& showMessage) {
     if (node.kind() == NodeKind::item) {
         return document_.itemAt(node)->AddToListView(list_, withIndex_, showMessage);
     }
-    ItemRecords records(document_.items());
     for (const Node* child : node.GetChildren()) {
         if (child->kind() != NodeKind::item) continue;
-        const clsItem& record = records.at(*child);
-        const bool isOwn = record.sKey == child->key() && record.sName == child->text();
-        (isOwn ? record : *document_.itemAt(*child)).AddToListView(list_, withIndex_, showMessage);
+        document_.itemAt(*child)->AddToListView(list_, withIndex_, showMessage);
     }
 }
 

@@ -39,16 +39,15 @@ class RenamingAhead {
 
     /// Notes that an item gets a key. False when the key will be in use at that moment.
     bool rename(const Node& item, const SharedText& key) {
-        const std::string name = upperCase(key);
-        const std::string before = upperCase(item.key());
-        if (key != item.key() && isInUse(key, name, name == before)) return false;
-        freed_.insert(before);
-        taken_.insert(name);
+        const bool isOwn = equalIgnoringCase(key, item.key());
+        if (key != item.key() && isInUse(key, isOwn)) return false;
+        freed_.insert(item.key());
+        taken_.insert(key);
         return true;
     }
 
  private:
-    bool isInUse(const SharedText& key, const std::string& name, bool isOwn) const {
+    bool isInUse(const SharedText& key, bool isOwn) const {
         const auto isOther = [](const Node* node) {
             return node != nullptr && node->kind() != NodeKind::item;
         };
@@ -57,12 +56,18 @@ class RenamingAhead {
         }
         if (isOwn) return false;
         const bool isItems = document_.items().find(key) != nullptr;
-        return taken_.contains(name) || (isItems && !freed_.contains(name));
+        return taken_.contains(key) || (isItems && !freed_.contains(key));
     }
 
     const Document& document_;
-    // Keys of items in upper case: those that become free, and those that are used from then on.
-    std::unordered_set<std::string> freed_, taken_;
+    struct IsEqual {
+        bool operator()(std::string_view a, std::string_view b) const {
+            return equalIgnoringCase(a, b);
+        }
+    };
+    using Keys = std::unordered_set<SharedText, std::hash<SharedText>, IsEqual>;
+    // Keys of items: those that become free, and those that are used from then on.
+    Keys freed_, taken_;
 };
 
 }  // namespace

@@ -7,7 +7,6 @@
 #include "base/Reporting.h"
 #include "base/Text.h"
 #include "file/FileSurvey.h"
-#include "model/ItemRecords.h"
 
 namespace {
 
@@ -43,24 +42,16 @@ class Lines {
     std::string bytes_;  // a member to keep its memory
 };
 
-/// What the parts of the writer share.
-struct Output {
-    explicit Output(const Document& document) : records(document.items()) {}
-
-    Lines lines;
-    ItemRecords records;
-};
-
 /// Writes the contents of one device, in the order of the tree. It does not recurse, so that deep
 /// branches cannot overflow the stack.
 class Contents {
  public:
-    Contents(Output& output, const Document& document, const Node& device)
-        : output_(output), document_(document), device_(device), open_(&device), walk_(device) {}
+    Contents(Lines& lines, const Document& document, const Node& device)
+        : lines_(lines), document_(document), device_(device), open_(&device), walk_(device) {}
 
     /// Adds lines until the buffer is full. Returns false after the last line.
     bool PrintBranch() {
-        while (!output_.lines.isFull()) {
+        while (!lines_.isFull()) {
             const Node* node = walk_.next();
             if (node == nullptr) {
                 closeUpTo(device_);
@@ -75,20 +66,19 @@ class Contents {
     void print(const Node& node) {
         closeUpTo(*node.parent());
         if (node.kind() == NodeKind::item) {
-            const clsItem& item = output_.records.at(node);
-            output_.lines.add(level_, item.sName == node.text() ? item : *document_.itemAt(node));
+            lines_.add(level_, *document_.itemAt(node));
         } else {
-            output_.lines.add(static_cast<std::size_t>(level_++), {"<", node.text(), ">"});
+            lines_.add(static_cast<std::size_t>(level_++), {"<", node.text(), ">"});
             open_ = &node;
         }
     }
 
     void closeUpTo(const Node& node) {
         for (; open_ != &node; open_ = open_->parent())
-            output_.lines.add(static_cast<std::size_t>(--level_), {"</", open_->text(), ">"});
+            lines_.add(static_cast<std::size_t>(--level_), {"</", open_->text(), ">"});
     }
 
-    Output& output_;
+    Lines& lines_;
     const Document& document_;
     const Node& device_;
     const Node* open_;  // the node that contains the current line
@@ -97,8 +87,7 @@ class Contents {
 };
 
 void writeConfiguration(const Document& document, const Write& write) {
-    Output output(document);
-    Lines& lines = output.lines;
+    Lines lines;
     lines.add(0, {R"(<?xml version="1.0" encoding="ISO-8859-1"?>)"});
     lines.add(0, {"<QUONEibCfg>"});
     const GlobalSets& settings = document.settings();
@@ -108,7 +97,7 @@ void writeConfiguration(const Document& document, const Write& write) {
     for (const auto& [key, device] : document.devices()) {
         lines.add(0, {device->GetXmlTag()});
         lines.add(3, {"<tags>"});
-        Contents contents(output, document, *document.deviceNode(key));
+        Contents contents(lines, document, *document.deviceNode(key));
         for (bool more = true; more;) {
             runRoutine("PrintBranch", [&] { more = contents.PrintBranch(); });
             if (more) lines.writeTo(write);

@@ -69,9 +69,6 @@ class Registry {
     Iterator begin() const { return Iterator(entries_.begin()); }
     Iterator end() const { return Iterator(entries_.end()); }
 
-    /// Where the entry with the key is; end() when there is none.
-    Iterator locate(const SharedText& key) const { return Iterator(entries_.locate(key)); }
-
     /// The record under the key; null when there is none.
     const T* find(const SharedText& key) const {
         const Entry* entry = entries_.find(key);

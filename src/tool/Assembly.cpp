@@ -142,7 +142,7 @@ class Assembly {
     /// The text for a column: from the table, else from the base, else the default.
     std::string textOf(const Part& part, Column column) const {
         if (part.row && table_.has(column)) return std::string(table_.at(*part.row, column));
-        if (part.base != nullptr) return std::string(Values(base_, baseItems_, *part.base)[column]);
+        if (part.base != nullptr) return std::string(Values(base_, *part.base)[column]);
         if (column == Column::name) return rowAt(*part.row).name;
         return proposal(column, base_.settings());
     }
@@ -269,7 +269,7 @@ class Assembly {
 
     std::shared_ptr<clsItem> itemOf(const Part& part, const Node& parent,
                                     const SharedText& key) const {
-        const clsItem* old = part.base == nullptr ? nullptr : &baseItems_.at(*part.base);
+        const clsItem* old = part.base == nullptr ? nullptr : &base_.items().at(part.base->key());
         auto item = old == nullptr ? std::make_shared<clsItem>() : std::make_shared<clsItem>(*old);
         if (!part.row) {
             item->sKey = key;
@@ -306,7 +306,6 @@ class Assembly {
     }
 
     const Document& base_;
-    mutable ItemRecords baseItems_{base_.items()};
     const Table& table_;
     const RowTree tree_;
     Document& result_;

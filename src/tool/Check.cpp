@@ -51,7 +51,6 @@ class Checker : public ReadingListener {
     }
 
     void checkAll() {
-        items_.emplace(document_.items());
         auto line = lines_.begin();
         for (const auto& node : document_.tree().nodes()) {
             node_ = node.get();
@@ -72,7 +71,7 @@ class Checker : public ReadingListener {
             case NodeKind::plc: return checkDevice(document_.deviceAt(*node_));
             case NodeKind::branch:
                 return checkText(Column::name, node_->text(), FilePlace::elementName);
-            case NodeKind::item: return checkItem(items_->at(*node_));
+            case NodeKind::item: return checkItem(document_.items().at(node_->key()));
         }
     }
 
@@ -138,7 +137,6 @@ class Checker : public ReadingListener {
 
     const std::string path_;
     Document& document_;
-    std::optional<ItemRecords> items_;
     std::vector<std::size_t> lines_;
     /// The first item with each address, by the number of the address.
     std::vector<const Node*> firstWith_ = std::vector<const Node*>(std::size_t{1} << 16U);

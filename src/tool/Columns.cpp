@@ -99,7 +99,7 @@ std::optional<PathEnd> cutPath(std::string_view path) {
     }
 }
 
-Values::Values(const Document& document, ItemRecords& items, const Node& node) {
+Values::Values(const Document& document, const Node& node) {
     const auto setConnection = [&](const std::string& port, const std::string& ediType,
                                    std::int32_t timeout) {
         at(Column::port) = port;
@@ -120,7 +120,7 @@ Values::Values(const Document& document, ItemRecords& items, const Node& node) {
         }
         case NodeKind::branch: break;
         case NodeKind::item: {
-            const clsItem& item = items.at(node);
+            const clsItem& item = document.items().at(node.key());
             at(Column::comment) = item.sComment;
             at(Column::address) = item.sAddress;
             at(Column::dataType) = item.sDataType;

@@ -11,7 +11,6 @@
 #include <string_view>
 
 #include "model/Document.h"
-#include "model/ItemRecords.h"
 
 enum class Column : std::uint8_t {
     path,
@@ -71,7 +70,7 @@ std::optional<PathEnd> cutPath(std::string_view path);
 class Values {
  public:
     /// Raises ErrorNumber::invalidCall if the node has no record.
-    Values(const Document& document, ItemRecords& items, const Node& node);
+    Values(const Document& document, const Node& node);
     Values(const Values&) = delete;
     Values& operator=(const Values&) = delete;
     ~Values() = default;

@@ -160,8 +160,7 @@ Difference changeOf(Difference::Kind kind, const Node& node) {
 
 class Comparison {
  public:
-    Comparison(const Document& from, const Document& to)
-        : from_(from), to_(to), fromItems_(from.items()), toItems_(to.items()) {}
+    Comparison(const Document& from, const Document& to) : from_(from), to_(to) {}
 
     std::vector<Difference> changes() {
         const Matching matching(from_, to_);
@@ -184,14 +183,14 @@ class Comparison {
  private:
     void describeAdded(const Node& node) {
         changes_.push_back(changeOf(Difference::Kind::added, node));
-        const Values values(to_, toItems_, node);
+        const Values values(to_, node);
         for (const Column column : columnsOf(node.kind()))
             changes_.back().fields.push_back({column, {}, std::string(values[column])});
     }
 
     void compareFields(const Node& old, const Node& node) {
-        const Values before(from_, fromItems_, old);
-        const Values after(to_, toItems_, node);
+        const Values before(from_, old);
+        const Values after(to_, node);
         std::vector<Difference::Field> fields;
         for (const Column column : columnsOf(node.kind()))
             if (before[column] != after[column]) {
@@ -204,8 +203,6 @@ class Comparison {
 
     const Document& from_;
     const Document& to_;
-    ItemRecords fromItems_;
-    ItemRecords toItems_;
     std::vector<Difference> changes_;
 };
 

@@ -20,9 +20,8 @@ std::string indexOf(std::string_view address) {
     }
 }
 
-void addRow(CsvWriter& table, const Document& document, ItemRecords& items, const Node& node,
-            std::string_view path) {
-    const Values values(document, items, node);
+void addRow(CsvWriter& table, const Document& document, const Node& node, std::string_view path) {
+    const Values values(document, node);
     const bool isItem = node.kind() == NodeKind::item;
     table.add(path);
     for (std::size_t i = 1; i < columnNames.size(); ++i) {
@@ -42,8 +41,7 @@ void writeTable(const Document& document, char separator, const Write& write) {
         table.add(name);
     table.endRow();
     const Node& root = *document.tree().root();
-    ItemRecords items(document.items());
-    addRow(table, document, items, root, {});
+    addRow(table, document, root, {});
     std::string path;
     std::vector<std::size_t> lengths{0};  // of the paths of all nodes above the current one
     for (TreeWalk walk(root); const Node* node = walk.next();) {
@@ -51,7 +49,7 @@ void writeTable(const Document& document, char separator, const Write& write) {
         path.resize(lengths.back());
         appendToPath(path, node->text());
         lengths.push_back(path.size());
-        addRow(table, document, items, *node, path);
+        addRow(table, document, *node, path);
     }
     table.finish();
 }
