@@ -10,17 +10,26 @@ const SharedText& ListView::Row::cell(std::size_t column) const {
     return column < cells.size() ? cells[column] : none;
 }
 
-ListView::Update::Update(ListView& list) : list_(list) {
-    if (list_.updates_++ == 0 && list_.listener_ != nullptr) list_.listener_->aboutToReset();
-}
+ListView::Update::Update(ListView& list) : list_(list) { ++list_.updates_; }
 
 ListView::Update::~Update() {
     if (list_.updates_ == 1) list_.sortRows();
     if (--list_.updates_ > 0) return;
+    const bool isReset = std::exchange(list_.isResetting_, false);
+    const bool rowsChanged = std::exchange(list_.rowsChanged_, false);
     const bool viewChanged = std::exchange(list_.viewChanged_, false);
     if (list_.listener_ == nullptr) return;
-    list_.listener_->reset();
+    if (isReset) {
+        list_.listener_->reset();
+    } else if (rowsChanged) {
+        list_.listener_->rowsChanged();
+    }
     if (viewChanged) list_.listener_->viewChanged();
+}
+
+/// To be called within an Update before rows are added, removed or sorted.
+void ListView::startReset() {
+    if (!std::exchange(isResetting_, true) && listener_ != nullptr) listener_->aboutToReset();
 }
 
 void ListView::setView(View view) {
@@ -34,12 +43,14 @@ void ListView::setView(View view) {
 
 void ListView::setColumns(std::vector<Column> columns) {
     const Update update(*this);
+    startReset();
     columns_ = std::move(columns);
     if (listener_ != nullptr) listener_->columnsBuilt();
 }
 
 void ListView::clearRows() {
     const Update update(*this);
+    startReset();
     placesKnown_ = false;
     rows_.clear();
     current_.reset();
@@ -47,6 +58,7 @@ void ListView::clearRows() {
 
 void ListView::addRow(Row row) {
     const Update update(*this);
+    startReset();
     rows_.push_back(std::move(row));
     placesKnown_ = false;
 }
@@ -69,6 +81,7 @@ void ListView::rekeyRows(std::string_view oldKey, std::string_view newKey,
     if (oldKey == newKey) return;
     const Update update(*this);
     placesKnown_ = false;
+    rowsChanged_ = true;
     for (Row& row : rows_) {
         const std::string_view key = row.key;
         if (!key.starts_with(oldKey)) continue;
@@ -89,6 +102,7 @@ void ListView::replaceRow(std::size_t place, Row row) {
         places_.add({row.key, place});
     }
     const Update update(*this);
+    rowsChanged_ = true;
     shown = std::move(row);
 }
 
@@ -108,6 +122,7 @@ std::size_t ListView::selectedCount() const {
 
 void ListView::sortBy(std::size_t column) {
     const Update update(*this);
+    startReset();
     sortColumn_ = column;
 }
 
@@ -120,6 +135,7 @@ void ListView::sortRows() {
     // Usually a few rows were added to many sorted ones: sort only these, and merge them.
     const auto added = std::is_sorted_until(rows_.begin(), rows_.end(), before);
     if (added == rows_.end()) return;
+    startReset();
     const SharedText current = current_ ? rows_[*current_].key : SharedText();
     std::stable_sort(added, rows_.end(), before);
     std::inplace_merge(rows_.begin(), added, rows_.end(), before);

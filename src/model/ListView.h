@@ -56,8 +56,11 @@ class ListView {
      public:
         virtual ~Listener() = default;
 
+        /// Rows will be added, removed or sorted, or the columns change.
         virtual void aboutToReset() = 0;
         virtual void reset() = 0;
+        /// Rows have other texts, keys or pictures. Never called between aboutToReset and reset.
+        virtual void rowsChanged() = 0;
         /// The columns and their widths are new. Called between aboutToReset and reset.
         virtual void columnsBuilt() = 0;
         /// The view mode has changed. Never called between aboutToReset and reset.
@@ -67,7 +70,8 @@ class ListView {
     };
 
     /// Combines all changes of columns and rows during its lifetime: the listener gets one
-    /// aboutToReset at the beginning and one reset at the end. The rows are sorted at the end.
+    /// aboutToReset before the first change and one reset at the end, or one rowsChanged at the end
+    /// if rows were only replaced. The rows are sorted at the end.
     ///
     ///     const ListView::Update update(list);
     class Update {
@@ -139,6 +143,7 @@ class ListView {
         std::size_t row = 0;
     };
 
+    void startReset();
     void sortRows();
 
     View view_ = View::report;
@@ -149,6 +154,9 @@ class ListView {
     std::optional<std::size_t> current_;
     Listener* listener_ = nullptr;
     int updates_ = 0;
-    bool viewChanged_ = false;  // during an Update
+    // During an Update:
+    bool isResetting_ = false;
+    bool rowsChanged_ = false;
+    bool viewChanged_ = false;
     std::optional<std::size_t> sortColumn_;
 };

@@ -28,6 +28,9 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     void setCellSize(QSize size) { cellSize_ = size; }
 
  Q_SIGNALS:
+    /// Any rows have other contents. Unlike dataChanged for all rows, this takes constant time: the
+    /// views would compute the place of each row.
+    void rowsReplaced();
     void columnsRebuilt();
     void viewModeChanged();
     /// The views scroll the row into view.
@@ -40,6 +43,10 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     void reset() override {
         faults_.clear();
         endResetModel();
+    }
+    void rowsChanged() override {
+        faults_.clear();
+        Q_EMIT rowsReplaced();
     }
     void columnsBuilt() override { Q_EMIT columnsRebuilt(); }
     void viewChanged() override { Q_EMIT viewModeChanged(); }

@@ -107,6 +107,7 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
     });
     connect(model_, &ListModel::columnsRebuilt, this, [this] { columnsRebuilt_ = true; });
     connect(model_, &ListModel::modelReset, this, &ListPane::restoreAfterReset);
+    connect(model_, &ListModel::rowsReplaced, this, &ListPane::repaintRows);
     connect(selection_, &QItemSelectionModel::selectionChanged, this, &ListPane::selectionChanged);
     connect(selection_, &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {

@@ -208,6 +208,7 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
         selected_ = tree_.selected();
     }
     void madeVisible(const Node& /*node*/) override {}
+    void rowsChanged() override {}
     void columnsBuilt() override {}
     void viewChanged() override {}
     void madeVisible(std::size_t /*row*/) override {}
