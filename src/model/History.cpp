@@ -79,13 +79,19 @@ Node* History::undoOrRedo(bool back, DocumentState& state, Contents& contents) {
     Step& step = to.emplace_back(std::move(from.back()));
     from.pop_back();
     {
-        // When many texts change, the views are notified once.
+        // When many texts or nodes change, the views are notified once.
         std::optional<ConfigTree::BulkChange> bulk;
         std::size_t texts = 0;
-        for (const Change& change : step.changes)
+        std::size_t removedBytes = 0;
+        for (const Change& change : step.changes) {
             if (const auto* renames = std::get_if<RenameChange>(&change)) texts += renames->texts();
-        constexpr std::size_t mostNotifications = 10;
-        if (texts > mostNotifications) bulk.emplace(contents.tree);
+            if (const auto* presence = std::get_if<PresenceChange>(&change)) {
+                removedBytes += presence->bytes();
+            }
+        }
+        constexpr std::size_t mostTexts = 10;
+        constexpr std::size_t mostBytes = 1024 * 1024;
+        if (texts > mostTexts || removedBytes > mostBytes) bulk.emplace(contents.tree);
         const auto toggle = [&](Change& change) {
             std::visit([&](auto& each) { each.toggle(contents, back); }, change);
         };
