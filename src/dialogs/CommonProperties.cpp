@@ -13,6 +13,20 @@ void clearUnless(bool agree, std::string& text) {
 
 }  // namespace
 
+CommonProperties::CommonProperties(Document& document, Desktop& desktop,
+                                   const std::vector<Node*>& items)
+    : fields(document, desktop, *items.front(), true), document_(document), desktop_(desktop) {
+    for (Node* item : items)
+        items_.emplace_back(document.tree(), item);
+}
+
+std::vector<Node*> CommonProperties::items() const {
+    std::vector<Node*> items;
+    for (const auto& item : items_)
+        items.push_back(&item.node());
+    return items;
+}
+
 void CommonProperties::Form_Load() {
     reportErrors(desktop_, "Form_Load", [&] {
         lblCount.caption = withThousandsSeparators(items_.size()) +
@@ -20,8 +34,8 @@ void CommonProperties::Form_Load() {
         fields.Form_Load();
         cmbFlag.list.assign(fields.optLetturaCaptions.begin(), fields.optLetturaCaptions.end());
         cmbFlag.text = cmbFlag.list[fields.optLettura];
-        const auto first = document_.itemAt(*items_.front());
-        for (const Node* node : items_) {
+        const auto first = document_.itemAt(items_.front().node());
+        for (const Node* node : items()) {
             const auto item = document_.itemAt(*node);
             clearUnless(item->sDataType == first->sDataType, fields.cmbDataType.text);
             clearUnless(item->sAccessRight == first->sAccessRight, fields.cmbAccessRight.text);
@@ -55,7 +69,7 @@ bool CommonProperties::isAccepted(Node& item) {
 
 void CommonProperties::cmdOk_Click() {
     reportErrors(desktop_, "cmdOk_Click", [&] {
-        if (!std::ranges::all_of(items_, [&](Node* item) { return isAccepted(*item); })) return;
+        if (!std::ranges::all_of(items(), [&](Node* item) { return isAccepted(*item); })) return;
         const Shown now = shown();
         ItemProperties changed;
         if (now.dataType != loaded_.dataType) changed.dataType = now.dataType;
@@ -70,8 +84,7 @@ void CommonProperties::cmdOk_Click() {
         if (changed == ItemProperties()) return;
         const BusyPointer busy(desktop_);
         const Document::Step step(document_, "Change");
-        const ConfigTree::BulkChange bulk(document_.tree());
-        for (Node* item : items_)
+        for (Node* item : items())
             document_.change(*item, changed);
         applied_ = true;
     });

@@ -1,6 +1,7 @@
 // The dialog for the properties of several items.
 #pragma once
 
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -13,13 +14,8 @@
 /// the items differ is empty. A field that the user does not change is not changed in any item.
 class CommonProperties {
  public:
-    /// `items` contains at least one item. Nothing else may change the configuration while the
-    /// dialog is open.
-    CommonProperties(Document& document, Desktop& desktop, const std::vector<Node*>& items)
-        : fields(document, desktop, *items.front(), true),
-          document_(document),
-          desktop_(desktop),
-          items_(items) {}
+    /// `items` contains at least one item.
+    CommonProperties(Document& document, Desktop& desktop, const std::vector<Node*>& items);
 
     static constexpr const char* caption = "Properties of Several Items";
     Label lblCount;
@@ -43,6 +39,8 @@ class CommonProperties {
     bool closed() const { return closed_; }
     /// True when the items were changed.
     bool applied() const { return applied_; }
+    /// The items. Raises ErrorNumber::objectNotSet when one was removed meanwhile.
+    std::vector<Node*> items() const;
 
  private:
     struct Shown {
@@ -53,7 +51,7 @@ class CommonProperties {
 
     Document& document_;
     Desktop& desktop_;
-    const std::vector<Node*>& items_;
+    std::deque<ConfigTree::Reference> items_;
     Shown loaded_;
     bool closed_ = false;
     bool applied_ = false;

@@ -44,12 +44,12 @@ void Properties::changeItem(Node& node) {
 }
 
 void Properties::openForItems() {
-    const std::vector<Node*> items = contents_.selectedItems();
-    if (items.empty()) return;
-    CommonProperties form(document_, desktop_, items);
+    const std::vector<Node*> selected = contents_.selectedItems();
+    if (selected.empty()) return;
+    CommonProperties form(document_, desktop_, selected);
     form.Form_Load();
     forms_.showModal(form);
-    if (form.applied()) contents_.refresh(items);
+    if (form.applied()) contents_.refresh(form.items());
 }
 
 void Properties::mnuAddPlc_Click() {
