@@ -22,6 +22,8 @@ class CommandLine {
  public:
     explicit CommandLine(const Tool& tool) : tool_(tool) {
         app_.require_subcommand(1);
+        // The parser's default on Windows would take a path that begins with a slash as an option.
+        app_.allow_windows_style_options(false);
         addVersion(app_);
         addCheck();
         addDiff();
