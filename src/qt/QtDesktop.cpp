@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QScreen>
 #include <QStandardPaths>
 
 #include "base/RunTimeError.h"
@@ -90,6 +91,8 @@ std::string QtDesktop::choose(QFileDialog& chooser, const FileFilter& filter,
                               const QString& folder) {
     chooser.setDirectory(QDir(folder).exists() ? folder : toQt(defaultFolder()));
     chooser.setNameFilter(toQt(filter.description) + "(" + toQt(filter.pattern) + ")");
+    // The toolkit's own chooser may be larger than the screen, with its buttons out of sight.
+    chooser.resize(chooser.size().boundedTo(chooser.screen()->availableSize() * 9 / 10));
     if (chooser.exec() != QDialog::Accepted || chooser.selectedFiles().isEmpty()) {
         throw RunTimeError(ErrorNumber::cancelled);
     }
