@@ -189,10 +189,15 @@ void FormDialog::focusAndSelect(QLineEdit* edit) {
 void FormDialog::run(const Handler& handler) {
     if (closed_()) return;  // a second click while the dialog closes
     const QPointer<FormDialog> alive(this);
+    const bool wasActive = isActiveWindow();
     handler();
     if (!alive) return;  // the handler has ended the program
     showForm();
-    if (closed_()) accept();
+    if (!closed_()) return;
+    const bool messageWasActive = wasActive && !isActiveWindow();
+    accept();
+    // Some desktops leave no window active when a message and then its dialog close.
+    if (messageWasActive && parentWidget() != nullptr) parentWidget()->activateWindow();
 }
 
 void FormDialog::showForm() {
