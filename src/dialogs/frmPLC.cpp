@@ -3,6 +3,7 @@
 #include <string>
 
 #include "base/Reporting.h"
+#include "base/RunTimeError.h"
 #include "dialogs/Connections.h"
 #include "model/Checks.h"
 #include "model/ProposedNames.h"
@@ -41,24 +42,33 @@ bool frmPLC::CheckPlcFields() {
 }
 
 void frmPLC::cmdApply_Click() {
-    txtName.getsFocus = true;  // if the dialog stays open, a message refused this name
+    TextBox* field = &txtName;  // the field that a message is about
     reportErrors(desktop_, "cmdApply_Click", [&] {
         if (!CheckPlcFields()) {
             closed_ = true;
             return;
         }
-        Node& node = node_.node();
-        if (!CheckDuplNames(NodeKind::plc, txtName.text, node, modify_, desktop_)) return;
-        const DeviceFields fields{txtName.text, cmbPort.text, cmbEdiType.text, txtTimeout.text};
-        if (modify_) {
-            const Document::Step step(document_, "Change");
-            document_.change(node, fields);
-        } else {
-            const auto device = std::make_shared<clsPLC>();
-            device->SetByForm(fields);
-            const Document::Step step(document_, "Add");
-            added_ = &document_.addByHand(device);
+        if (!CheckDuplNames(NodeKind::plc, txtName.text, node_.node(), modify_, desktop_)) return;
+        try {
+            store();
+        } catch (const RunTimeError& error) {
+            if (error.number() == ErrorNumber::overflow) field = &txtTimeout;
+            throw;
         }
         closed_ = true;
     });
+    if (!closed_) field->getsFocus = true;
+}
+
+void frmPLC::store() {
+    const DeviceFields fields{txtName.text, cmbPort.text, cmbEdiType.text, txtTimeout.text};
+    if (modify_) {
+        const Document::Step step(document_, "Change");
+        document_.change(node_.node(), fields);
+        return;
+    }
+    const auto device = std::make_shared<clsPLC>();
+    device->SetByForm(fields);
+    const Document::Step step(document_, "Add");
+    added_ = &document_.addByHand(device);
 }

@@ -43,6 +43,8 @@ class frmPLC {
     bool confirmed() const { return added() != nullptr; }
 
  private:
+    void store();
+
     Document& document_;
     Desktop& desktop_;
     ConfigTree::Reference node_;

@@ -56,12 +56,9 @@ TEST(ItemDialog, ShowsDuplicateAndInvalidAddresses) {
                  {"0/10/3", beyond},  // the same index as 1/2/3, but not valid on the bus
                  {"31/7/255", ""},
                  {"32/7/255", beyond},
-                 {"31/8/255", beyond},
                  {"31/7/256", beyond},
                  {"1/2/99999999999", beyond},
-                 {"1/2/-3", ""},
                  {"1/2/3.0", ""},
-                 {"//", ""},
                  {"1/2/", ""}}) {
             dialog.setAddress(address);
             EXPECT_EQ(dialog.form->addressHint(), hint) << address << modify;
@@ -73,13 +70,10 @@ TEST(ItemDialog, AcceptsAddressesWithSlashes) {
     for (const auto& [part, text, address, focus] :
          std::vector<std::tuple<std::size_t, std::string, std::string, std::string>>{
              {0, "/", "7|8|9", "middle"},
-             {1, "/", "7|8|9", "sub"},
              {2, "/", "7|8|9", ""},
              {0, "1/1/10", "1|1|10", "sub"},
              {2, " 1/ 1 /10 ", "1|1|10", "sub"},
-             {1, "4/5", "7|4|5", "sub"},
              {0, "4/5", "4|5|9", "middle"},
-             {2, "4/5", "7|8|9", ""},
              {0, "1/2/3/4", "7|8|9", ""}}) {
         ItemDialogWorld dialog;
         dialog.setAddress("7/8/9");
@@ -122,6 +116,12 @@ TEST(ItemDialog, FocusesTheFieldThatAMessageIsAbout) {
     EXPECT_EQ(dialog.focus(), "name");
 
     Node& door = dialog.world.document.tree().nodeAt("Plant.Door");
+    frmPLC device(dialog.world.document, dialog.world.desktop, door, false);
+    device.Form_Load();
+    device.txtTimeout.text = "2147483648";
+    device.cmdApply_Click();
+    EXPECT_TRUE(device.txtTimeout.getsFocus && !device.txtName.getsFocus && !device.closed());
+
     const std::vector<Node*> items{&door, &dialog.world.document.tree().nodeAt("Plant.HALL.Lamp")};
     CommonProperties several(dialog.world.document, dialog.world.desktop, items);
     several.Form_Load();
