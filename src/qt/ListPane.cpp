@@ -10,6 +10,7 @@
 #include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QTreeView>
+#include <algorithm>
 #include <utility>
 
 #include "qt/CellDelegate.h"
@@ -183,11 +184,10 @@ void ListPane::pressed(const QMouseEvent& event) {
 }
 
 bool ListPane::keyPressed(QKeyEvent& key) {
-    if (beginsSelection(key)) {
-        return handle(key, [this] {
-            const QModelIndex current = selection_->currentIndex();
+    if (const auto row = rowSelectedBy(key)) {
+        return handle(key, [&] {
             selection_->setCurrentIndex(
-                current.isValid() ? current : model_->index(0, 0),
+                model_->index(*row, 0),
                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
             return true;
         });
@@ -200,14 +200,24 @@ bool ListPane::keyPressed(QKeyEvent& key) {
     return key.matches(QKeySequence::Copy);
 }
 
-/// Returns whether the key is an arrow key while no row is selected. It then selects the current
-/// row or the first. The toolkit would move on from the current row.
-bool ListPane::beginsSelection(const QKeyEvent& key) const {
-    const bool isAside = key.key() == Qt::Key_Left || key.key() == Qt::Key_Right;
-    const bool isArrow = key.key() == Qt::Key_Up || key.key() == Qt::Key_Down ||
-                         (isAside && currentWidget() == icons_);
-    return isArrow && !selection_->hasSelection() && model_->rowCount() > 0 &&
-           (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+/// Returns the row that Home or End selects; for an arrow key while no row is selected, the current
+/// row or the first. With these keys the toolkit selects nothing if the row is the current one.
+std::optional<int> ListPane::rowSelectedBy(const QKeyEvent& key) const {
+    const int rows = model_->rowCount();
+    if (rows == 0 || (key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return {};
+    switch (key.key()) {
+        case Qt::Key_Home: return 0;
+        case Qt::Key_End: return rows - 1;
+        case Qt::Key_Left:
+        case Qt::Key_Right:
+            if (currentWidget() != icons_) return {};
+            [[fallthrough]];
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (selection_->hasSelection()) return {};
+            return std::max(0, selection_->currentIndex().row());
+        default: return {};
+    }
 }
 
 void ListPane::rightButtonReleased(const QMouseEvent& event) {

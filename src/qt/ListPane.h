@@ -3,6 +3,7 @@
 
 #include <QStackedWidget>
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include "qt/ListModel.h"
@@ -54,7 +55,7 @@ class ListPane : public QStackedWidget {
     void showViewMode();
     void showIcons(bool large, bool inColumns);
     bool keyPressed(QKeyEvent& key);
-    bool beginsSelection(const QKeyEvent& key) const;
+    std::optional<int> rowSelectedBy(const QKeyEvent& key) const;
     void pressed(const QMouseEvent& event);
     void rightButtonReleased(const QMouseEvent& event);
     void setColumnWidths();

@@ -56,7 +56,6 @@ TEST(ItemDialog, ShowsDuplicateAndInvalidAddresses) {
                  {"0/10/3", beyond},  // the same index as 1/2/3, but not valid on the bus
                  {"31/7/255", ""},
                  {"32/7/255", beyond},
-                 {"31/7/256", beyond},
                  {"1/2/99999999999", beyond},
                  {"1/2/3.0", ""},
                  {"1/2/", ""}}) {
@@ -130,8 +129,8 @@ TEST(ItemDialog, FocusesTheFieldThatAMessageIsAbout) {
     for (const char* elements : {"", "-1", "32768"}) {
         several.fields.txtElements.text = elements;
         several.cmdOk_Click();
-        EXPECT_TRUE(std::exchange(several.fields.txtElements.getsFocus, false)) << elements;
-        EXPECT_FALSE(several.closed()) << elements;
+        EXPECT_TRUE(std::exchange(several.fields.txtElements.getsFocus, false) &&
+                    !several.closed());
     }
 }
 

@@ -178,6 +178,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.shownRows(), "*Text1 *Text2_of_a_long_name *Text3");
         QVERIFY(user.button("copy").isEnabled());
         user.clicks(0);
+        user.presses("Ctrl+A Home");
         user.clicks(2, Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(user.shownRows(), "*Text1 Text2_of_a_long_name *Text3");
         const QSize size = user.window.size();
