@@ -7,6 +7,7 @@
 // An action is a line for ScriptedUser. Expectations, with the names in `seen`, are after " -> " or
 // on lines of their own. Every message must be listed; questions may be. A story stops at its first
 // difference.
+#include <cmath>
 #include <filesystem>
 
 #include "file/FileRules.h"
@@ -97,19 +98,18 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
                 if (what == "list" || row.selected) all.push_back(row.text().string());
             return joined(all, ", ");
         }
-        if (thing == "row") {  // the icons, and as many cells as are expected
-            for (const auto& row : editor.ListView1.rows()) {
-                if (row.text() != name) continue;
-                all = {row.icon.string().append("/").append(tagOf(row.kind))};
-                const auto expected = split(text, " | ").size();
-                for (std::size_t i = 1; i < std::min(expected, editor.ListView1.columns().size());
-                     ++i)
-                    all.push_back(row.cell(i).string());
+        if (thing == "row") {
+            for (const std::string& cell : split(text, "; ")) {
+                const std::string heading = cut(cell, " is ").first;
+                all.push_back(heading + " is " + cellOf(name, heading));
             }
-            return joined(all, " | ");
+            return joined(all, "; ");
         }
-        if (what == "columns") return columnSetShown();
-        if (what == "columns and widths") return columns();
+        if (what == "columns") {
+            for (const auto& column : editor.ListView1.columns())
+                all.push_back(column.text + " 0." + std::to_string(std::lround(column.width * 10)));
+            return joined(all, ", ");
+        }
         if (what == "enabled") return stateNameOf(enabledNow());
         if (what == "view")
             return std::array{"icon", "small icon", "list", "report"}.at(
@@ -161,11 +161,14 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
     static std::string keyOf(const Node* node) {
         return node == nullptr ? "" : node->key().string();
     }
-    std::string columnSetShown() const {
+    /// The text below the heading in the row that begins with `name`, or its icons.
+    std::string cellOf(const std::string& name, const std::string& heading) const {
+        const auto row = std::ranges::find(editor.ListView1.rows(), name, &ListView::Row::text);
+        if (row == editor.ListView1.rows().end()) return "no such row";
+        if (heading == "icon") return row->icon.string().append("/").append(tagOf(row->kind));
         const auto& columns = editor.ListView1.columns();
-        if (columns.empty()) return "none";
-        if (columns.front().text == "Plc Name") return "devices";
-        return columns.back().text == "Index" ? "items" : "one item";
+        const auto column = std::ranges::find(columns, heading, &ListView::Column::text);
+        return row->cell(static_cast<std::size_t>(column - columns.begin())).string();
     }
 
     TrackingViews views_{document, editor.ListView1, desktop};

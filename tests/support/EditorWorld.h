@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <map>
 #include <set>
 #include <string>
@@ -301,16 +300,6 @@ class EditorWorld : private frmEditing::Window {
 
     /// The commands that were enabled at the last notification of the window.
     const std::string& enabledNow() const { return enabled_; }
-
-    /// "Plc Name 0.5, Port 0.2".
-    std::string columns() const {
-        std::string line;
-        for (const auto& column : editor.ListView1.columns()) {
-            if (!line.empty()) line += ", ";
-            line += column.text + " 0." + std::to_string(std::lround(column.width * 10));
-        }
-        return line;
-    }
 
  private:
     void formChanged() override {
