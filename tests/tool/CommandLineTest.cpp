@@ -1,15 +1,9 @@
-#include <fstream>
-#include <iterator>
-
 #include "support/EditorWorld.h"
 #include "tool/ToolWorld.h"
 
 namespace {
 
-std::string sample(const std::string& name) {
-    std::ifstream file(SAMPLES_DIR "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+std::string sample(const std::string& name) { return systemDisk()->read(SAMPLES_DIR "/" + name); }
 
 const std::string smallTable =
     "path,kind,name,comment,address,data type,elements,flag,port,time-out\n"
@@ -32,7 +26,7 @@ std::string faultsWith(const std::string& from, const std::string& to) {
     return world.err;
 }
 
-TEST(Commands, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
+TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
     const struct {
         const char* from;
         const char* to;
@@ -92,7 +86,7 @@ TEST(Commands, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
               "t.csv:6: error: name: Item name field is empty.\n");
 }
 
-TEST(Commands, DiffRecognisesRenamedAndMovedNodes) {
+TEST(CommandLine, DiffRecognisesRenamedAndMovedNodes) {
     const auto item = [](const std::string& name, const std::string& address,
                          const std::string& type = "EIS1") {
         std::string text = tag(name);
@@ -149,7 +143,7 @@ const std::string withFaults =
     "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
     "</newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
 
-TEST(Commands, CheckReportsErrorsWarningsAndNotes) {
+TEST(CommandLine, CheckReportsErrorsWarningsAndNotes) {
     ToolWorld world;
     world.disk.files["a.xml"] = withFaults;
     EXPECT_EQ(world.run("check a.xml"), 2);
@@ -200,7 +194,7 @@ TEST(Commands, CheckReportsErrorsWarningsAndNotes) {
     }
 }
 
-TEST(Commands, ConvertWritesTheSameFileAsTheEditor) {
+TEST(CommandLine, ConvertWritesTheSameFileAsTheEditor) {
     EditorWorld editor;
     editor.disk.files["/house.esf"] = sample("house.esf");
     editor.document.setSettings({.port = "USB", .ediType = "USBEMI1", .timeout = 500});
@@ -219,7 +213,7 @@ TEST(Commands, ConvertWritesTheSameFileAsTheEditor) {
     EXPECT_FALSE(world.disk.exists("dimmer.xml"));
 }
 
-TEST(Commands, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
+TEST(CommandLine, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
     ToolWorld world;
     world.disk.files = {{"a.xml", configuration(plc("P", tag("a")))}, {"old", "old"}};
     world.must("export a.xml -o a.csv");
@@ -243,7 +237,7 @@ TEST(Commands, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
     EXPECT_TRUE(world.disk.exists("b.xml"));
 }
 
-TEST(Commands, HelpIsPrintedAndWrongArgumentsAreRefused) {
+TEST(CommandLine, HelpIsPrintedAndWrongArgumentsAreRefused) {
     ToolWorld world;
     for (const std::string command : {"", "check ", "diff ", "export ", "import ", "convert "}) {
         EXPECT_EQ(world.run(command + "--help"), 0);
