@@ -23,12 +23,12 @@ struct Thing {
     std::vector<std::string> texts;
     std::vector<Thing> contents;
     const Node* node = nullptr;  ///< only if it was made from a document
-
-    bool operator==(const Thing& other) const {
-        return kind == other.kind && name == other.name && texts == other.texts &&
-               contents == other.contents;
-    }
 };
+
+/// The names of the texts in the file, in its order.
+inline const std::vector<std::string> attributesOfDevice{"port", "editype", "timeout"};
+inline const std::vector<std::string> fieldsOfItem{"comment", "address",      "eistype",
+                                                   "flag",    "accessrights", "elements"};
 
 inline void require(bool is, const char* what) {
     if (!is) throw std::runtime_error(what);
@@ -45,9 +45,10 @@ inline Thing thingOf(const Document& document, const Node& node) {
         const auto record = document.itemAt(node);
         const clsItem& item = *record;
         thing.kind = 'i';
-        for (const auto& text : {item.sComment, item.sAddress, item.sDataType, item.sAccessRight})
+        const SharedText flag(item.bFlag ? "READ" : "TRANSMIT");
+        for (const auto& text :
+             {item.sComment, item.sAddress, item.sDataType, flag, item.sAccessRight})
             thing.texts.push_back(text.string());
-        thing.texts.emplace_back(item.bFlag ? "READ" : "TRANSMIT");
         const std::set<std::string> lists{"NOEIS", "EIS12", "EIS15"};
         if (lists.contains(thing.texts[2])) thing.texts.push_back(std::to_string(item.nElements));
     } else if (node.isDevice()) {
@@ -97,32 +98,28 @@ inline std::string utf8(const std::string& latin1) {
     return text;
 }
 
-inline std::string written(const Thing& thing, std::size_t level) {
+inline std::string written(const Thing& thing, std::size_t level = 0) {
     const std::string tabs(level, '\t');
-    std::string contents;
-    for (const Thing& each : thing.contents)
-        contents += written(each, thing.kind == 'b' ? level + 1 : level + 2);
-    const auto& texts = thing.texts;
-    if (thing.kind == 's') {
-        return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<QUONEibCfg>\r\n"
-               "\t<SETTINGS port=\"" +
-               texts[0] + "\" editype=\"" + texts[1] + "\" timeout=\"" + texts[2] +
-               "\"/>\r\n\t<OPC_DA>\r\n" + contents + "\t</OPC_DA>\r\n</QUONEibCfg>\r\n";
-    }
-    if (thing.kind == 'd') {
-        return tabs + "<DEVICE name=\"" + thing.name + "\" port=\"" + texts[0] + "\" editype=\"" +
-               texts[1] + "\" timeout=\"" + texts[2] + "\">\r\n" + tabs + "\t<tags>\r\n" +
-               contents + tabs + "\t</tags>\r\n" + tabs + "</DEVICE>\r\n";
-    }
-    if (thing.kind == 'b')
-        return tabs + "<" + thing.name + ">\r\n" + contents + tabs + "</" + thing.name + ">\r\n";
-    const auto line = [&](const std::string& tag, const std::string& text) {
+    const auto field = [&](const std::string& tag, const std::string& text) {
         return tabs + "\t<" + tag + ">" + text + "</" + tag + ">\r\n";
     };
-    return tabs + "<tag>\r\n" + line("name", thing.name) + line("comment", texts[0]) +
-           line("address", texts[1]) + line("eistype", texts[2]) + line("flag", texts[4]) +
-           line("accessrights", texts[3]) +
-           (texts.size() > 5 ? line("elements", texts[5]) : std::string()) + tabs + "</tag>\r\n";
+    std::string attributes, contents;
+    for (std::size_t i = 0; i < thing.texts.size(); ++i) {
+        const std::string& text = thing.texts[i];
+        if (thing.kind == 'i') contents += field(fieldsOfItem[i], text);
+        if (thing.kind != 'i') attributes += " " + attributesOfDevice[i] + "=\"" + text + "\"";
+    }
+    for (const Thing& each : thing.contents)
+        contents += written(each, thing.kind == 'b' ? level + 1 : level + 2);
+    if (thing.kind == 's')
+        return "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\r\n<QUONEibCfg>\r\n\t<SETTINGS" +
+               attributes + "/>\r\n\t<OPC_DA>\r\n" + contents + "\t</OPC_DA>\r\n</QUONEibCfg>\r\n";
+    if (thing.kind == 'd')
+        return tabs + "<DEVICE name=\"" + thing.name + "\"" + attributes + ">\r\n" + tabs +
+               "\t<tags>\r\n" + contents + tabs + "\t</tags>\r\n" + tabs + "</DEVICE>\r\n";
+    if (thing.kind == 'i') contents = field("name", thing.name) + contents;
+    const std::string tag = thing.kind == 'i' ? "tag" : thing.name;
+    return tabs + "<" + tag + ">\r\n" + contents + tabs + "</" + tag + ">\r\n";
 }
 
 inline std::string inUpperCase(std::string latin1) {
@@ -159,11 +156,9 @@ class Reader {
         const Element root = element();
         skipBlanks();
         require(rest_.empty() && root.children.size() == 2, "not one root with two children");
-        Thing all = withAttributes(root.children[0], 's', {"port", "editype", "timeout"});
+        Thing all = withAttributes(root.children[0], 's');
         for (const Element& each : root.children[1].children) {
-            Thing device = withAttributes(each, 'd', {"name", "port", "editype", "timeout"});
-            device.name = device.texts.front();
-            device.texts.erase(device.texts.begin());
+            Thing device = withAttributes(each, 'd');
             require(each.children.size() == 1 && !device.name.empty(), "an invalid device");
             addKey('d', device.name);
             device.contents = contentsOf(each.children[0], device.name);
@@ -236,12 +231,12 @@ class Reader {
         return element;
     }
 
-    static Thing withAttributes(const Element& element, char kind,
-                                const std::vector<std::string>& names) {
+    static Thing withAttributes(const Element& element, char kind) {
         Thing thing{kind, "", {}, {}};
-        require(element.attributes.size() == names.size(), "unexpected attributes");
-        for (const std::string& name : names)
+        require(element.attributes.size() == (kind == 'd' ? 4 : 3), "unexpected attributes");
+        for (const std::string& name : attributesOfDevice)
             thing.texts.push_back(utf8(element.attributes.at(name)));
+        if (kind == 'd') thing.name = utf8(element.attributes.at("name"));
         return thing;
     }
     /// Keys of one kind must differ in more than case, and keys of different kinds in any way.
@@ -256,19 +251,14 @@ class Reader {
         for (const Element& each : element.children) {
             Thing thing{'b', utf8(inUpperCase(each.name)), {}, {}};
             if (thing.name == "TAG") {
-                const std::vector<std::string> fields{"name", "comment",      "address", "eistype",
-                                                      "flag", "accessrights", "elements"};
                 thing.kind = 'i';
-                for (std::size_t i = 0; i < each.children.size(); ++i) {
-                    const Element& field = each.children[i];
-                    require(i < 7 && field.name == fields[i] && field.children.empty(),
-                            "an unexpected field");
-                    thing.texts.push_back(utf8(field.text));
+                require(each.children.size() >= 6 && each.children.size() <= 7, "not all fields");
+                for (std::size_t i = 0; const Element& field : each.children) {
+                    const std::string name = i == 0 ? "name" : fieldsOfItem[i - 1];
+                    require(field.name == name && field.children.empty(), "an unexpected field");
+                    if (i++ > 0) thing.texts.push_back(utf8(field.text));
                 }
-                require(thing.texts.size() >= 6, "a field is missing");
-                thing.name = thing.texts.front();
-                thing.texts.erase(thing.texts.begin());
-                std::swap(thing.texts[3], thing.texts[4]);
+                thing.name = utf8(each.children[0].text);
             }
             addKey(thing.kind, key + "." + thing.name);
             if (thing.kind == 'b') thing.contents = contentsOf(each, key + "." + thing.name);
@@ -295,7 +285,7 @@ class Check {
     void operator()(EditorWorld& world) {
         const Document& document = world.document;
         const Thing before = inMemory(document);
-        const std::string bytes = latin1(written(before, 0));
+        const std::string bytes = latin1(written(before));
         bool isReadable = true;
         std::string why;
         Thing expected;
@@ -325,7 +315,7 @@ class Check {
             EXPECT_TRUE(shown != nullptr && isUnreadable(world, *shown)) << messages;
             if (!isAsked) return;
             save(world, Answer::yes);  // the refused save clicked the node, which sorts
-            EXPECT_EQ(world.disk.files["/saved"], latin1(written(inMemory(document), 0)));
+            EXPECT_EQ(world.disk.files["/saved"], latin1(written(inMemory(document))));
             return;
         }
         EXPECT_EQ(messages, "");
@@ -333,7 +323,7 @@ class Check {
         if (!isReadable || isStopped) return;
         reader_.open("/saved", bytes);
         EXPECT_EQ(reader_.takeMessages(), "");
-        EXPECT_TRUE(inMemory(reader_.document) == expected) << bytes;
+        EXPECT_EQ(written(inMemory(reader_.document)), written(expected));
         ++outcomes.readBack;
         if (hasChanged(world, before, expected)) ++outcomes.changed;
     }

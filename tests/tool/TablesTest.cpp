@@ -29,7 +29,7 @@ void addRows(const readBack::Thing& thing, const std::string& parent, TableRows&
         {'s', {"settings", "port", "EDI type", "time-out"}},
         {'d', {"device", "port", "EDI type", "time-out"}},
         {'b', {"branch"}},
-        {'i', {"item", "comment", "address", "data type", "access right", "flag", "elements"}}};
+        {'i', {"item", "comment", "address", "data type", "flag", "access right", "elements"}}};
     std::string path = parent;
     if (!path.empty()) path += '.';
     for (const char c : thing.name) {
@@ -54,7 +54,7 @@ TableRows rowsIn(const std::string& file) {
 /// The configuration as a file, after one save and reading; "" if it cannot be read back.
 std::string fileOf(EditorWorld& world) {
     for (int i = 0; i < 2; ++i) {
-        const std::string file = readBack::latin1(written(readBack::inMemory(world.document), 0));
+        const std::string file = readBack::latin1(written(readBack::inMemory(world.document)));
         try {
             rowsIn(file);
         } catch (const std::runtime_error&) {
@@ -138,18 +138,6 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
     });
 }
 
-/// The path of the parent: up to the last "." that is not escaped with "\".
-std::string parentOf(const std::string& path) {
-    for (std::size_t i = path.size(); i-- > 0;) {
-        if (path[i] != '.') continue;
-        std::size_t backslashes = 0;
-        while (backslashes < i && path[i - 1 - backslashes] == '\\')
-            ++backslashes;
-        if (backslashes % 2 == 0) return path.substr(0, i);
-    }
-    return "";
-}
-
 /// Applies the changes of a diff to the rows.
 RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
     std::map<std::string, std::string> to;
@@ -159,10 +147,12 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
         if (change["change"] == "removed") removed.insert(std::string(change["path"]));
     }
     RowsByPath changed;
-    // A path sorts before the paths of its contents, which begin with it.
+    // A path sorts before the paths of its contents, which begin with it and a full stop.
     for (const auto& [path, row] : rows) {
         if (removed.contains(path)) continue;
-        const std::string parent = parentOf(path);
+        std::string parent;
+        for (const auto& [other, otherRow] : rows)
+            if (path.starts_with(other + ".")) parent = other;
         const std::string known = parent.empty() || !to.contains(parent) ? parent : to[parent];
         const std::string name = parent.empty() ? path : path.substr(parent.size() + 1);
         if (!to.contains(path)) to[path] = known.empty() ? name : known + "." + name;
