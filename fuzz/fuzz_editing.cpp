@@ -1,8 +1,8 @@
 // Plays a sequence of user actions; one or a few bytes of the input choose each step. The naive
 // model must have the same state after each.
 #include "Fuzzing.h"
-#include "support/NaiveEditor.h"
 #include "support/RandomSteps.h"
+#include "support/TwoEditors.h"
 
 /// Uses only the start of the input: a few hundred steps find the same faults as more steps, and
 /// short runs allow more runs.

@@ -1,8 +1,8 @@
 // Random steps in the editor and in the naive model, which must agree after each step.
 #include <algorithm>
 
-#include "support/NaiveEditor.h"
 #include "support/RandomSteps.h"
+#include "support/TwoEditors.h"
 
 namespace {
 
