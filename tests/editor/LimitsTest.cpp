@@ -74,7 +74,7 @@ TEST_F(Limits, SamplesAreReadAndSavedByteForByte) {
     open("/house.xml", house);
     EXPECT_EQ(document.items().count(), 150U);
     EXPECT_EQ(saved(), "/house.xml saved\n");
-    EXPECT_TRUE(disk.files["/house.xml"] == house);
+    expectSameFile(disk.files["/house.xml"], house);
     EXPECT_EQ(imported(machine->read(SAMPLES_DIR "/house.esf")), "15 150");
     EXPECT_EQ(imported(machine->read(SAMPLES_DIR "/house-dimmer.esf")),
               "This file is not in ETS2 or ETS3 Esf format.\n2 10");

@@ -130,8 +130,9 @@ class EditingTest : public QObject {
         user.list.setFocus();
         user.entry("mnuFind").trigger();
         const auto dialogs = QApplication::topLevelWidgets();
-        const QPointer<QWidget> dialog =
-            *std::ranges::find(dialogs, "frmFind", &QObject::objectName);
+        const auto found = std::ranges::find(dialogs, "frmFind", &QObject::objectName);
+        QVERIFY2(found != dialogs.end(), "Find shows no dialog");
+        const QPointer<QWidget> dialog = *found;
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         QCOMPARE(reading(*dialog),
                  "Find Item: Type the name of the item to find=, [Find], Find Next, Exit");
@@ -173,8 +174,8 @@ class EditingTest : public QObject {
             return view.viewport()->rect().contains(view.visualRect(index));
         };
         QVERIFY(isSeen(user.tree, user.indexOf("Plant.HALL.Lamp099b")));
-        QVERIFY(isSeen(user.rows(), user.rows().model()->index(99, 0)));
-        QCOMPARE(user.names().section(' ', 99, 99), "Lamp099b");
+        const auto row = user.names().split(' ').indexOf("Lamp099b");
+        QVERIFY(isSeen(user.rows(), user.rows().model()->index(static_cast<int>(row), 0)));
     }
 
     static void monkeyTest() { runMonkeyTest(2000); }

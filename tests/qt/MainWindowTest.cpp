@@ -145,7 +145,7 @@ class MainWindowTest : public QObject {
             QVERIFY(user.forms.find != nullptr);
             user.clicks("Plant.FLOOR1");
             user.presses("Tab Home Shift+Down");
-            QCOMPARE(user.shownRows(), "*Light1 *Text1 Text2_of_a_long_name Text3");
+            QCOMPARE(user.shownRows().count('*'), 2);
             user.desktop.willAnswer({Answer::yes});
             user.presses("Ctrl+A Ctrl+X");
             QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ?");

@@ -33,6 +33,19 @@ inline void keepForSchemaCheck(const std::string& path, std::string_view bytes) 
     if (!(copy << bytes << std::flush)) throw std::runtime_error("no copy for the schema check");
 }
 
+/// Fails with the first line that differs.
+inline void expectSameFile(const std::string& actual, const std::string& expected) {
+    std::istringstream actualLines(actual), expectedLines(expected);
+    for (int number = 1; actual != expected; ++number) {
+        std::string line, wanted;
+        std::getline(actualLines, line);
+        std::getline(expectedLines, wanted);
+        if (line == wanted && actualLines && expectedLines) continue;
+        ADD_FAILURE() << "line " << number << "\nexpected " << wanted << "\nactual   " << line;
+        return;
+    }
+}
+
 class FakeDisk : public Disk {
  public:
     /// Set by tests that save what is not well-formed XML: the format escapes nothing,

@@ -315,15 +315,15 @@ class Check {
             EXPECT_TRUE(shown != nullptr && isUnreadable(world, *shown)) << messages;
             if (!isAsked) return;
             save(world, Answer::yes);  // the refused save clicked the node, which sorts
-            EXPECT_EQ(world.disk.files["/saved"], latin1(written(inMemory(document))));
+            expectSameFile(world.disk.files["/saved"], latin1(written(inMemory(document))));
             return;
         }
         EXPECT_EQ(messages, "");
-        EXPECT_EQ(world.disk.files["/saved"], bytes);
+        expectSameFile(world.disk.files["/saved"], bytes);
         if (!isReadable || isStopped) return;
         reader_.open("/saved", bytes);
         EXPECT_EQ(reader_.takeMessages(), "");
-        EXPECT_EQ(written(inMemory(reader_.document)), written(expected));
+        expectSameFile(written(inMemory(reader_.document)), written(expected));
         ++outcomes.readBack;
         if (hasChanged(world, before, expected)) ++outcomes.changed;
     }
