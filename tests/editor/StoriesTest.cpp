@@ -123,12 +123,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
             const GlobalSets& settings = document.settings();
             return settings.port + " " + settings.ediType + " " + std::to_string(settings.timeout);
         }
-        if (what == "next") {  // device, branch and item
-            for (const int next :
-                 {document.deviceCounter(), document.branchCounter(), document.itemCounter()})
-                all.push_back(std::to_string(next));
-            return joined(all, " ");
-        }
+        if (what == "next")  // device, branch and item
+            return std::to_string(document.deviceCounter()) + " " +
+                   std::to_string(document.branchCounter()) + " " +
+                   std::to_string(document.itemCounter());
         if (what == "undo") return document.undoName();
         if (what == "redo") return document.redoName();
         if (what == "clipboard") return desktop.clipboard;
@@ -137,11 +135,10 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         if (what == "recorded") return registry.calls.empty() ? "" : registry.calls.back();
         if (what == "pointer") return desktop.pointer == Pointer::normal ? "normal" : "other";
         if (what == "drop here") return keyOf(editor.treeDrag().dropHighlight());
-        if (what == "opens") {
-            if (editor.hasProperties(frmEditing::ActiveControl::tree)) all.emplace_back("node");
-            if (editor.hasProperties(frmEditing::ActiveControl::list)) all.emplace_back("row");
-            return joined(all, " ");
-        }
+        if (what == "opens")
+            return std::string(editor.hasProperties(frmEditing::ActiveControl::tree) ? "node"
+                                                                                     : "") +
+                   (editor.hasProperties(frmEditing::ActiveControl::list) ? "row" : "");
         if (what == "ended") return applicationEnded ? std::to_string(exitStatus) : "no";
         if (thing == "sign")
             return editor.fileRules().faultOf(tree.nodeAt(withLineEnds(name))).text;

@@ -26,16 +26,12 @@ class RandomSteps {
         const auto records = document.items().count() + document.branches().count();
         const bool isStuck = document.tree().nodes().size() < 5 && document.devices().count() > 2;
         if (!document.open || records > 40 || isStuck || below_(400) == 0) return "mnuNewCfg ? no";
-        switch (below_(20)) {
-            case 0:
-            case 1:
-            case 2:
-            case 3: return "click " + anyKey();
-            case 4: return "rows" + anyRows();
-            case 5: return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1"});
-            case 6:
-            case 7:
-            case 8: return drag();
+        const auto action = below_(20);
+        if (action < 4) return "click " + anyKey();
+        if (action < 7) return drag();
+        switch (action) {
+            case 7: return "rows" + anyRows();
+            case 8: return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1"});
             case 9: return "doubleclick: " + properties(document.tree().selected());
             case 10: return doubleClickOnRow();
             case 11:

@@ -5,8 +5,8 @@
 //     mnuDelete ? yes
 //
 // After ": " are the steps in the dialog that is shown: "FIELD = TEXT" types, a button's caption
-// presses it, "FIELD is TEXT" is an expectation. After " ? " are the answers to questions. "~" is a
-// carriage return, "^" a line feed.
+// presses it, "FIELD is TEXT" is an expectation. After " ? " are the answers to questions and the
+// paths that file choosers return. "~" is a carriage return, "^" a line feed.
 #pragma once
 
 #include <algorithm>
@@ -60,7 +60,7 @@ struct Step {
 
     std::string line, verb, what;
     std::vector<std::string> entries;  ///< in the dialog
-    std::vector<std::string> answers;  ///< "yes", "no" or "cancel"
+    std::vector<std::string> answers;  ///< "yes", "no", "cancel" or a path
 };
 
 /// The XML of an outline such as "A[x y]". Removes it from the text, up to its closing "]".
@@ -97,9 +97,14 @@ inline Part field(const Label& label, TextBox& box) {
     return {label.caption, [&] { return box.text + (box.enabled && label.enabled ? "" : "(off)"); },
             [&](const std::string& text) { box.text = text; }};
 }
-inline Part field(const Label& label, ComboBox& box) {
+/// `chosen` is called when another text is chosen.
+inline Part field(
+    const Label& label, ComboBox& box, std::function<void()> chosen = [] {}) {
     return {label.caption, [&] { return box.text + " of " + joined(box.list, " "); },
-            [&](const std::string& text) { box.text = text; }};
+            [&box, chosen](const std::string& text) {
+                box.text = text;
+                chosen();
+            }};
 }
 template <typename Form>
 Part button(const Button& button, Form& form, void (Form::*click)()) {
@@ -118,11 +123,6 @@ inline Parts partsOf(frmItems& form) {
                            for (TextBox& part : form.txtAddress)
                                std::getline(parts, part.text, '/');
                        }};
-    Part type = field(form.Label5, form.cmbDataType);
-    type.use = [&](const std::string& text) {
-        form.cmbDataType.text = text;
-        form.cmbDataType_Click();
-    };
     const auto& flags = form.optLetturaCaptions;
     const Part flag{form.Label4.caption, [&] { return std::string(flags.at(form.optLettura)); },
                     [&](const std::string& text) { form.optLettura = text == flags[0] ? 0 : 1; }};
@@ -132,7 +132,7 @@ inline Parts partsOf(frmItems& form) {
     return {field(form.lblName, form.txtItemName),
             field(form.Label1, form.txtComment),
             address,
-            type,
+            field(form.Label5, form.cmbDataType, [&] { form.cmbDataType_Click(); }),
             field(form.Label6, form.cmbAccessRight),
             field(form.lblElements, form.txtElements),
             flag,
@@ -146,18 +146,11 @@ inline Parts partsOf(frmItems& form) {
 }
 
 inline Parts partsOf(CommonProperties& form) {
-    Part type = field(form.fields.Label5, form.fields.cmbDataType);
-    type.shown = [&] { return form.fields.cmbDataType.text; };
-    type.use = [&](const std::string& text) {
-        form.fields.cmbDataType.text = text;
-        form.cmbDataType_Click();
-    };
-    Part right = field(form.fields.Label6, form.fields.cmbAccessRight);
-    right.shown = [&] { return form.fields.cmbAccessRight.text; };
-    return {type,
-            right,
-            field(form.fields.lblElements, form.fields.txtElements),
-            field(form.fields.Label4, form.cmbFlag),
+    auto& fields = form.fields;
+    return {field(fields.Label5, fields.cmbDataType, [&] { form.cmbDataType_Click(); }),
+            field(fields.Label6, fields.cmbAccessRight),
+            field(fields.lblElements, fields.txtElements),
+            field(fields.Label4, form.cmbFlag),
             button(form.cmdOk, form, &CommonProperties::cmdOk_Click),
             button(form.cmdCancel, form, &CommonProperties::cmdCancel_Click)};
 }
@@ -217,10 +210,12 @@ class ScriptedUser : public EditorWorld {
     bool play(const Step& step) {
         entries_ = step.entries;
         desktop.forgetAnswers();
-        for (const std::string& each : step.answers)
-            desktop.willAnswer({each == "yes"  ? Answer::yes
-                                : each == "no" ? Answer::no
-                                               : Answer::cancel});
+        for (const std::string& each : step.answers) {
+            if (each == "yes") desktop.willAnswer({Answer::yes});
+            if (each == "no") desktop.willAnswer({Answer::no});
+            if (each == "cancel") desktop.willAnswer({Answer::cancel});
+            if (each.starts_with("/")) desktop.willChoose(each);
+        }
         return act(step.verb, step.what);
     }
 
@@ -242,8 +237,9 @@ class ScriptedUser : public EditorWorld {
             if (part == parts.end()) return differs(entry, "", "no such part in the dialog");
             if (!looks) {
                 part->use(text);
-            } else if (part->shown() != expected) {
-                differs(seen, expected, part->shown());
+            } else if (const std::string shown = part->shown();
+                       shown != expected && cut(shown, " of ").first != expected) {
+                differs(seen, expected, shown);
             }
         }
     }
@@ -269,11 +265,11 @@ class ScriptedUser : public EditorWorld {
             disk.files["/house.esf"] = readBack::latin1(withLineEnds(what));
             desktop.willChoose("/house.esf");
             editor.mnuImpCfg_Click();
-        } else if (verb == "click") {
-            if (document.tree().FindNode(what) == nullptr) return false;
-            click(what);
-        } else if (verb == "doubleclick") {
-            editor.TreeView1_DblClick();
+        } else if (verb == "click" || verb == "doubleclick") {
+            const bool isSelected = verb == "doubleclick" && what.empty();
+            if (!isSelected && document.tree().FindNode(what) == nullptr) return false;
+            if (!isSelected) click(what);
+            if (verb == "doubleclick") editor.TreeView1_DblClick();
         } else if (verb == "row" || verb == "doublerow") {
             const auto& rows = editor.ListView1.rows();
             if (std::ranges::find(rows, what, &ListView::Row::text) == rows.end()) return false;
@@ -305,8 +301,6 @@ class ScriptedUser : public EditorWorld {
             playDialog(*forms.find);
         } else if (verb == "toolbar") {
             editor.Toolbar1_ButtonClick(what);
-        } else if (verb == "choose") {
-            desktop.willChoose(what);
         } else if (verb == "drop") {
             editor.dropFile(what);
         } else if (verb == "clipboard") {
@@ -317,6 +311,8 @@ class ScriptedUser : public EditorWorld {
             ++disk.time;
         } else if (verb == "fail") {
             desktop.fails = true;
+            const auto [next, rest] = cut(what, " ");
+            return act(next, rest);
         } else {
             editor.run(commandNamed(verb));
         }

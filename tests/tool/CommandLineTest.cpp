@@ -1,4 +1,4 @@
-#include "support/EditorWorld.h"
+#include "support/ScriptedUser.h"
 #include "tool/ToolWorld.h"
 
 namespace {
@@ -26,55 +26,47 @@ std::string faultsWith(const std::string& from, const std::string& to) {
     return world.err;
 }
 
+// "PIECE is OTHER -> message". "^" is a line feed.
+constexpr auto faultyTables =
+    R"(COM1,1000 is COM1, -> 2: error: time-out: Receive Timeout field is empty.
+,settings is x,settings -> 2: error: path: the settings have no path
+COM2,1500 is COM2,10ms -> 3: error: time-out: Receive Timeout field is not correct.
+COM2,1500 is COM2,1e10 -> 3: error: time-out: Overflow
+device,Plant is device, -> 3: error: name: Object Name field is empty.
+Plant,device is Plant,plc -> 3: error: kind: not settings, device, branch or item
+Plant,device is Plant,branch -> 3: error: kind: below no device
+branch,F, is branch,F,hall -> 4: error: comment: the branch has none: to be left empty
+branch,F is branch,1F -> 4: error: name: '1' at the start of a branch name: the OPC server cannot read a file that holds this
+Plant.F,branch is Plant.F,device -> 4: error: kind: a device stands below nothing
+Plant.F,branch,F,,,,,,,^ is  -> 4: error: path: no device or branch "Plant.F"
+Plant.F,branch is Plant\F,branch -> 4: error: path: no path: "Plant\F"
+item,Text is item, -> 5: error: name: Item name field is empty.
+item,Text is item,Lamp -> 6: error: name: Name already existing. Please use a different name
+Plant.F.Text is plant.f.lamp -> 6: error: path: also in line 5
+1/2/3 is 1/2 -> 5: error: address: Group Address field is empty.
+1/2/3 is 1/2/256 -> 5: error: address: Group Address field is not valid. It must be between 0 and 255.
+1/2/3 is 1/2/3/4 -> 5: error: address: Group Address field is not valid. It must be between 0 and 255.
+EIS15,14 is EIS15, -> 5: error: elements: Number of elements field is empty.
+EIS15,14 is EIS15,-1 -> 5: error: elements: Number of elements field is not valid.
+EIS15,14 is EIS15,14x -> 5: error: elements: Number of elements field is not valid.
+EIS15,14 is EIS15,32768 -> 5: error: elements: Overflow
+EIS15,14 is EIS5,14 -> 5: error: elements: the data type has none: to be left empty
+14,READ is 14,YES -> 5: error: flag: neither READ nor TRANSMIT
+two^lines is a & b -> 6: error: comment: '&': the OPC server cannot read a file that holds this
+TRANSMIT,, is TRANSMIT,,, -> 6: error: 11 fields, but 10 headings
+1/2/4 is 1/2/"4 -> 6: error: a quotation mark is missing, or stands within a field
+lines" is lines -> 6: error: a quotation mark is missing, or stands within a field
+Lamp is Lämp -> 6: error: not UTF-8; save the table in that encoding
+path is Pfad -> 1: error: Pfad: no column of that name is known
+flag is kind -> 1: error: kind: this column is there twice)";
+
 TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
-    const struct {
-        const char* from;
-        const char* to;
-        const char* expected;
-    } changes[] = {
-        {"COM1,1000", "COM1,", "2: error: time-out: Receive Timeout field is empty."},
-        {",settings", "x,settings", "2: error: path: the settings have no path"},
-        {"COM2,1500", "COM2,10ms", "3: error: time-out: Receive Timeout field is not correct."},
-        {"COM2,1500", "COM2,1e10", "3: error: time-out: Overflow"},
-        {"device,Plant", "device,", "3: error: name: Object Name field is empty."},
-        {"Plant,device", "Plant,plc", "3: error: kind: not settings, device, branch or item"},
-        {"Plant,device", "Plant,branch", "3: error: kind: below no device"},
-        {"branch,F,", "branch,F,hall", "4: error: comment: the branch has none: to be left empty"},
-        {"branch,F", "branch,1F",
-         "4: error: name: '1' at the start of a branch name: the OPC server cannot read a file "
-         "that holds this"},
-        {"Plant.F,branch", "Plant.F,device", "4: error: kind: a device stands below nothing"},
-        {"Plant.F,branch,F,,,,,,,\n", "", "4: error: path: no device or branch \"Plant.F\""},
-        {"Plant.F,branch", "Plant\\F,branch", "4: error: path: no path: \"Plant\\F\""},
-        {"item,Text", "item,", "5: error: name: Item name field is empty."},
-        {"item,Text", "item,Lamp",
-         "6: error: name: Name already existing. Please use a different name"},
-        {"Plant.F.Text", "plant.f.lamp", "6: error: path: also in line 5"},
-        {"1/2/3", "1/2", "5: error: address: Group Address field is empty."},
-        {"1/2/3", "1/2/256",
-         "5: error: address: Group Address field is not valid. It must be between 0 and 255."},
-        {"1/2/3", "1/2/3/4",
-         "5: error: address: Group Address field is not valid. It must be between 0 and 255."},
-        {"EIS15,14", "EIS15,", "5: error: elements: Number of elements field is empty."},
-        {"EIS15,14", "EIS15,-1", "5: error: elements: Number of elements field is not valid."},
-        {"EIS15,14", "EIS15,14x", "5: error: elements: Number of elements field is not valid."},
-        {"EIS15,14", "EIS15,32768", "5: error: elements: Overflow"},
-        {"EIS15,14", "EIS5,14", "5: error: elements: the data type has none: to be left empty"},
-        {"14,READ", "14,YES", "5: error: flag: neither READ nor TRANSMIT"},
-        {"two\nlines", "a & b",
-         "6: error: comment: '&': the OPC server cannot read a file that holds this"},
-        {"TRANSMIT,,", "TRANSMIT,,,", "6: error: 11 fields, but 10 headings"},
-        {"1/2/4", "1/2/\"4", "6: error: a quotation mark is missing, or stands within a field"},
-        {"lines\"", "lines", "6: error: a quotation mark is missing, or stands within a field"},
-        {"Lamp", "L\xE4mp", "6: error: not UTF-8; save the table in that encoding"},
-        {"path", "Pfad", "1: error: Pfad: no column of that name is known"},
-        {"flag", "kind", "1: error: kind: this column is there twice"},
-    };
-    for (const auto& [from, to, expected] : changes) {
-        const std::string faults = faultsWith(from, to);
-        EXPECT_NE(faults.find("t.csv:" + std::string(expected) + "\n"), std::string::npos)
-            << to << "\n"
-            << faults;
+    for (const std::string& line : split(faultyTables, "\n")) {
+        const auto [change, message] = cut(line, " -> ");
+        const auto [from, to] = cut(withLineEnds(change), " is ");
+        const std::string faults = faultsWith(from, readBack::latin1(to));
+        EXPECT_NE(faults.find("t.csv:" + message + "\n"), std::string::npos) << line << "\n"
+                                                                             << faults;
     }
     // All faults are reported, not only the first.
     EXPECT_EQ(faultsWith("Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
@@ -143,30 +135,29 @@ const std::string withFaults =
     "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
     "</newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
 
+constexpr auto faultsFound =
+    R"(a.xml: warning: EDI type: '€': saved as "?"
+a.xml:3: note: New Device 3: the name was proposed, and never changed
+a.xml:3: note: New Device 3: the device holds nothing
+a.xml:4: error: Error n. 94  Invalid use of Null in BrowsePlc
+a.xml:7: error: P: Error n. 457  This key is already associated with an element of this collection in BrowseBranch
+a.xml:8: warning: P.b\.c: address 1/2/3 is also that of P.a
+a.xml:9: note: P.NEWBRANCH2: the name was proposed, and never changed
+a.xml:10: note: P.NEWBRANCH2.New_Item_1: the name was proposed, and never changed
+a.xml:10: error: P.NEWBRANCH2.New_Item_1: comment: '&': the OPC server cannot read a file that holds this
+a.xml:10: warning: P.NEWBRANCH2.New_Item_1: no number of elements, which EIS15 needs
+a.xml:10: warning: P.NEWBRANCH2.New_Item_1: unknown access right "ALL"
+a.xml:11: error: P.NEWBRANCH2.d: address "0/0/0" is none of 0/0/1 to 31/7/255
+a.xml:11: warning: P.NEWBRANCH2.d: unknown data type "EIS6"
+a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for EIS6
+a.xml:12: error: P.NEWBRANCH2: Error n. 94  Invalid use of Null in BrowseBranch
+)";
+
 TEST(CommandLine, CheckReportsErrorsWarningsAndNotes) {
     ToolWorld world;
     world.disk.files["a.xml"] = withFaults;
     EXPECT_EQ(world.run("check a.xml"), 2);
-    EXPECT_EQ(world.out,
-              "a.xml: warning: EDI type: '\u20AC': saved as \"?\"\n"
-              "a.xml:3: note: New Device 3: the name was proposed, and never changed\n"
-              "a.xml:3: note: New Device 3: the device holds nothing\n"
-              "a.xml:4: error: Error n. 94  Invalid use of Null in BrowsePlc\n"
-              "a.xml:7: error: P: Error n. 457  This key is already associated with an element of "
-              "this collection in BrowseBranch\n"
-              "a.xml:8: warning: P.b\\.c: address 1/2/3 is also that of P.a\n"
-              "a.xml:9: note: P.NEWBRANCH2: the name was proposed, and never changed\n"
-              "a.xml:10: note: P.NEWBRANCH2.New_Item_1: the name was proposed, and never changed\n"
-              "a.xml:10: error: P.NEWBRANCH2.New_Item_1: comment: '&': the OPC server cannot read "
-              "a file that holds this\n"
-              "a.xml:10: warning: P.NEWBRANCH2.New_Item_1: no number of elements, which EIS15 "
-              "needs\n"
-              "a.xml:10: warning: P.NEWBRANCH2.New_Item_1: unknown access right \"ALL\"\n"
-              "a.xml:11: error: P.NEWBRANCH2.d: address \"0/0/0\" is none of 0/0/1 to 31/7/255\n"
-              "a.xml:11: warning: P.NEWBRANCH2.d: unknown data type \"EIS6\"\n"
-              "a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for "
-              "EIS6\n"
-              "a.xml:12: error: P.NEWBRANCH2: Error n. 94  Invalid use of Null in BrowseBranch\n");
+    EXPECT_EQ(world.out, faultsFound);
     EXPECT_EQ(world.run("check --json a.xml"), 2);
     const auto json = nlohmann::json::parse(world.out);
     EXPECT_EQ(json.size(), 15U);
@@ -205,7 +196,7 @@ TEST(CommandLine, ConvertWritesTheSameFileAsTheEditor) {
     world.disk.files["house.esf"] = sample("house.esf");
     world.disk.files["dimmer.esf"] = sample("house-dimmer.esf");
     world.must("convert house.esf -o house.xml --port USB --edi USBEMI1 --timeout 5e2");
-    EXPECT_EQ(world.disk.files["house.xml"], editor.disk.files["/house.xml"]);
+    expectSameFile(world.disk.files["house.xml"], editor.disk.files["/house.xml"]);
     EXPECT_EQ(world.run("convert dimmer.esf -o dimmer.xml"), 2);
     EXPECT_EQ(world.err,
               "dimmer.esf:12: error: This file is not in ETS2 or ETS3 Esf format. (a "
