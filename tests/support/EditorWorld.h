@@ -52,7 +52,8 @@ inline std::string outline(const Document& document) {
 /// Checks the keys of all nodes, and that nodes and records correspond, in the tree and among the
 /// detached devices. Only the node of a dropped device has no record.
 inline void expectTreeAndRegistriesAgree(const Document& document) {
-    std::unordered_set<SharedText> devices, branches, items, all;
+    std::unordered_set<SharedText> all;
+    std::map<NodeKind, std::unordered_set<SharedText>> ofRecords;
     for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
         if (tree->root() == nullptr) continue;
         std::size_t nodes = 1;
@@ -63,11 +64,9 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
             EXPECT_TRUE(!node->isDevice() || parent == tree->root()) << node->key().string();
             EXPECT_EQ(tree->FindNode(node->key()), node);
             const auto row = static_cast<std::size_t>(ConfigTree::rowOf(*node));
-            EXPECT_TRUE(row < parent->GetChildren().size() && parent->GetChildren()[row] == node);
+            EXPECT_EQ(parent->GetChildren().at(row), node);
             EXPECT_TRUE(all.insert(node->key()).second) << node->key().string();
-            if (node->isDevice()) devices.insert(node->key());
-            if (node->kind() == NodeKind::branch) branches.insert(node->key());
-            if (node->kind() == NodeKind::item) items.insert(node->key());
+            if (!node->isDroppedDevice()) ofRecords[node->kind()].insert(node->key());
         }
         EXPECT_EQ(nodes, tree->nodes().size());
     }
@@ -76,9 +75,9 @@ inline void expectTreeAndRegistriesAgree(const Document& document) {
         for (const auto& [key, record] : registry)
             EXPECT_TRUE(keys.contains(key)) << std::string(key);
     };
-    expectRecords(document.devices(), devices);
-    expectRecords(document.branches(), branches);
-    expectRecords(document.items(), items);
+    expectRecords(document.devices(), ofRecords[NodeKind::plc]);
+    expectRecords(document.branches(), ofRecords[NodeKind::branch]);
+    expectRecords(document.items(), ofRecords[NodeKind::item]);
     const Node* selected = document.tree().selected();
     EXPECT_TRUE(selected == nullptr || document.tree().FindNode(selected->key()) == selected);
 }
@@ -89,9 +88,7 @@ std::string namesOfCommands(const IsOn& isOn) {
     std::string names;
     for (const Command& command : commandTable()) {
         if (command.kind != Command::Kind::menu && command.kind != Command::Kind::entry) continue;
-        if (!isOn(command)) continue;
-        if (!names.empty()) names += " ";
-        names += command.name;
+        if (isOn(command)) names.append(names.empty() ? "" : " ").append(command.name);
     }
     return names;
 }
@@ -265,12 +262,14 @@ class EditorWorld : private frmEditing::Window {
         editor.ListView1.setCurrentRow(row);
     }
 
-    /// Selects exactly the rows that show one of these texts.
+    /// Selects exactly the rows that show one of these texts. The last one becomes the current row.
     void selectRows(const std::set<std::string>& texts) {
         editor.activeControl = frmEditing::ActiveControl::list;
-        for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
-            editor.ListView1.setSelected(
-                row, texts.contains(editor.ListView1.rows()[row].text().string()));
+        for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row) {
+            const bool isOne = texts.contains(editor.ListView1.rows()[row].text().string());
+            editor.ListView1.setSelected(row, isOne);
+            if (isOne) editor.ListView1.setCurrentRow(row);
+        }
     }
 
     /// A drag with the right button to another node, to empty space ("space"), or cancelled ("").

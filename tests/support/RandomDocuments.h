@@ -15,33 +15,35 @@ class RandomDocuments : public EditorWorld {
     void make() {
         oddity_ = std::array{0U, 0U, 3U, 12U}[below(4)];
         document.startAt("/random.xml");
-        setSettings();
-        for (std::size_t devices = 1 + below(3); devices > 0; --devices)
-            attempt([&] {
-                const auto device = std::make_shared<clsPLC>();
-                device->SetByForm(anyDevice());
-                addContents(document.add(device), 0);
-            });
-        for (std::size_t drags = below(4) / 2; drags > 0; --drags)
-            dragAny();
-        document.saved = false;
-        takeMessages();
+        for (std::size_t changes = 4 + below(24); changes > 0; --changes)
+            change();
     }
 
-    /// Moves, removes, adds, renames or changes a random node. An impossible change is skipped.
+    /// Adds, moves, removes, renames or changes a random node. An impossible change is skipped.
     void change() {
         Node& node = anyNode();
         const bool isContainer = node.isDevice() || node.kind() == NodeKind::branch;
-        attempt([&] {
-            if (oneIn(3)) return dragAny();
-            if (node.parent() == nullptr) return setSettings();
-            if (oneIn(4)) return document.RemoveSubtree(node);
-            if (isContainer && oneIn(2)) return addContents(node, 2);
-            if (node.isDevice()) return document.change(node, anyDevice());
-            if (isContainer) return document.renameBranch(node, text());
-            if (node.kind() != NodeKind::item) return;
-            oneIn(2) ? document.renameItem(node, text()) : document.setComment(node, text());
-        });
+        try {
+            if (node.parent() == nullptr) {
+                addDevice();
+            } else if (isContainer && !oneIn(3)) {
+                oneIn(2) ? addBranch(node, text()) : addItem(node, text());
+            } else if (node.isDroppedDevice()) {
+                addItem(node, text());
+            } else if (oneIn(3)) {
+                dragAny();
+            } else if (oneIn(4)) {
+                document.RemoveSubtree(node);
+            } else if (node.isDevice()) {
+                document.change(node, anyDevice());
+            } else if (isContainer) {
+                document.renameBranch(node, text());
+            } else {
+                oneIn(2) ? document.renameItem(node, text()) : document.setComment(node, text());
+            }
+        } catch (const RunTimeError&) {
+            // The name is in use.
+        }
         document.saved = false;
         takeMessages();
     }
@@ -71,34 +73,20 @@ class RandomDocuments : public EditorWorld {
         }
         return text;
     }
-    void setSettings() {
-        document.setSettings({oneIn(40) ? text() : "COM1", oneIn(40) ? text() : "USB", 1000});
-    }
     DeviceFields anyDevice() {
         return {text(), oneIn(20) ? text() : "COM1", "USB", oneIn(2) ? "1500" : "-7"};
     }
-    template <typename Add>
-    static void attempt(const Add& add) {
-        try {
-            add();
-        } catch (const RunTimeError&) {
-            // The name is in use.
-        }
+    void addDevice() {
+        document.setSettings({oneIn(40) ? text() : "COM1", oneIn(40) ? text() : "USB", 1000});
+        const auto device = std::make_shared<clsPLC>();
+        device->SetByForm(anyDevice());
+        document.add(device);
     }
-    void addContents(Node& parent, int level) {
-        for (std::size_t things = below(4); things > 0; --things) {
-            const std::string name = text();
-            const SharedText key = joinKey(parent.key(), name);
-            attempt([&] {
-                if (oneIn(2) && level < 3) {
-                    const auto branch = std::make_shared<clsBranch>();
-                    branch->sName = name;
-                    branch->sKey = key;
-                    return addContents(document.add(branch, parent), level + 1);
-                }
-                addItem(parent, name);
-            });
-        }
+    void addBranch(Node& parent, const std::string& name) {
+        const auto branch = std::make_shared<clsBranch>();
+        branch->sName = name;
+        branch->sKey = joinKey(parent.key(), name);
+        document.add(branch, parent);
     }
     void addItem(Node& parent, const std::string& name) {
         const auto item = std::make_shared<clsItem>();
@@ -118,7 +106,7 @@ class RandomDocuments : public EditorWorld {
             ++node;
         return **node;
     }
-    /// Drags a random node, mostly a device, and sometimes adds an item below a dropped device.
+    /// Drags a random node, mostly a device.
     void dragAny() {
         Node* source = &anyNode();
         while (source->parent() != nullptr && !source->isDevice() && !oneIn(3))
@@ -126,8 +114,6 @@ class RandomDocuments : public EditorWorld {
         const SharedText target = anyNode().key();
         if (target != Document::rootKey || oneIn(8))
             drag(source->key().string(), target.string(), oneIn(4) ? TreeDrag::ctrlMask : 0);
-        Node& any = anyNode();
-        if (any.isDroppedDevice()) attempt([&] { addItem(any, text()); });
     }
 
     std::size_t oddity_ = 0;  // one of so many pieces is odd; 0 for none

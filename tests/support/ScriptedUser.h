@@ -273,11 +273,11 @@ class ScriptedUser : public EditorWorld {
         } else if (verb == "row" || verb == "doublerow") {
             const auto& rows = editor.ListView1.rows();
             if (std::ranges::find(rows, what, &ListView::Row::text) == rows.end()) return false;
-            selectByText({what});
+            selectRows({what});
             verb == "row" ? editor.ListView1_Click() : editor.ListView1_DblClick();
         } else if (verb == "rows") {
             const auto texts = split(what, " ");
-            selectByText({texts.begin(), texts.end()});
+            selectRows({texts.begin(), texts.end()});
             editor.ListView1_Click();
         } else if (verb == "drag") {
             const auto [nodes, shift] = cut(what, " with ");
@@ -317,13 +317,6 @@ class ScriptedUser : public EditorWorld {
             editor.run(commandNamed(verb));
         }
         return true;
-    }
-
-    /// The last one becomes the current row.
-    void selectByText(const std::set<std::string>& texts) {
-        selectRows(texts);
-        for (std::size_t row = 0; row < editor.ListView1.rows().size(); ++row)
-            if (editor.ListView1.rows()[row].selected) editor.ListView1.setCurrentRow(row);
     }
 
     std::vector<std::string> entries_;

@@ -47,34 +47,29 @@ using TableRows = std::vector<TableRow>;
 
 inline TableRows rowsOf(std::string_view csv, char separator = ',') {
     if (csv.starts_with("\xEF\xBB\xBF")) csv.remove_prefix(3);
-    std::vector<std::string> headings;
-    TableRows rows;
+    std::vector<std::vector<std::string>> lines;
     readCsv(csv, separator, [&](std::size_t /*line*/, auto fields) {
-        if (headings.empty()) {
-            headings.assign(fields.begin(), fields.end());
-            return true;
-        }
-        TableRow& row = rows.emplace_back();
-        for (std::size_t i = 0; i < fields.size(); ++i)
-            row[headings[i]] = fields[i];
+        lines.emplace_back(fields.begin(), fields.end());
         return true;
     });
+    TableRows rows(lines.size() - 1);
+    for (std::size_t i = 0; i < rows.size(); ++i)
+        for (std::size_t column = 0; column < lines[0].size(); ++column)
+            rows[i][lines[0][column]] = lines[i + 1].at(column);
     return rows;
 }
 
 /// Returns a table of these rows with these columns.
-inline std::string csvOf(const TableRows& rows, const std::vector<std::string>& headings,
+inline std::string csvOf(TableRows rows, const std::vector<std::string>& headings,
                          char separator = ',') {
     std::string csv;
     CsvWriter writer(separator, [&](std::string_view bytes) { csv += bytes; });
-    for (const auto& heading : headings)
-        writer.add(heading);
-    writer.endRow();
-    for (const TableRow& row : rows) {
-        for (const auto& heading : headings) {
-            const auto field = row.find(heading);
-            writer.add(field == row.end() ? "" : field->second);
-        }
+    rows.emplace(rows.begin());
+    for (const std::string& heading : headings)
+        rows.front()[heading] = heading;
+    for (TableRow& row : rows) {
+        for (const std::string& heading : headings)
+            writer.add(row[heading]);
         writer.endRow();
     }
     writer.finish();
