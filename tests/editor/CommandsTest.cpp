@@ -94,9 +94,10 @@ std::string inGroups(std::span<const Command* const> commands, const GroupOf& gr
 TEST(Commands, HaveTheirCaptionsKeysButtonsAndPlaces) {
     std::istringstream rows(commands);
     for (const Command& command : commandTable()) {
-        std::string row;
-        std::getline(rows, row);
-        ASSERT_EQ(rowOf(command), row) << "the command " << command.name;
+        std::string expected;
+        std::getline(rows, expected);
+        const std::string actual = rowOf(command);
+        ASSERT_EQ(expected, actual) << "the command " << command.name;
     }
     EXPECT_EQ(inGroups(toolbarCommands(), [](auto* it) { return it->button.group; }), toolbar);
     EXPECT_EQ(inGroups(contextCommands(), [](auto* it) { return it->context.group; }), contextMenu);
@@ -118,7 +119,7 @@ TEST(Commands, AreEnabledInTheirStates) {
         {"row of an item", itemRowSelected, "1,2,3,7,8,10,11,12,13,14"}};
     for (const auto& [name, state, groups] : states) {
         const auto enabled = numbersOf([&on = state](std::size_t group) { return on.at(group); });
-        EXPECT_EQ(enabled, groups) << "the state: " << name;
+        EXPECT_EQ(enabled, groups) << "in the state: " << name;
     }
 }
 

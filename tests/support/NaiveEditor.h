@@ -79,9 +79,6 @@ class NaiveEditor : private NaiveModel {
     bool isOutdated(const Row& row) const {
         return !row.thing->isWithin(root_) || row.thing->key() != row.key;
     }
-    void list(const Thing& thing) {
-        rows_.push_back({&thing, thing.key(), thing.name, thing.record->comment});
-    }
     void selectRows(const std::vector<std::string>& texts) {
         focus_ = "list";
         for (std::size_t i = 0; i < rows_.size(); ++i) {
@@ -124,9 +121,12 @@ class NaiveEditor : private NaiveModel {
                    : thing.kind == item ? "item"
                    : itemFirst          ? "container, items listed"
                                         : "container";
-        if (thing.kind == item) list(thing);
-        for (const Thing* each : thing.kind == config ? records_ : thing.below)
-            if (each->kind == (thing.kind == config ? plcKind : item)) list(*each);
+        const auto listed = thing.kind == config ? records_
+                            : thing.kind == item ? std::vector{&thing}
+                                                 : thing.below;
+        for (const Thing* each : listed)
+            if (each->kind == (thing.kind == config ? plcKind : item))
+                rows_.push_back({each, each->key(), each->name, each->record->comment});
     }
     void clickRows() {
         selectRows(split(step_->what, " "));

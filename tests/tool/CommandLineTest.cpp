@@ -1,3 +1,5 @@
+#include <regex>
+
 #include "support/ScriptedUser.h"
 #include "tool/ToolWorld.h"
 
@@ -78,34 +80,31 @@ TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
               "t.csv:6: error: name: Item name field is empty.\n");
 }
 
+/// A file of these devices, as ScriptedUser opens it. The item "x:15" has the address 1/1/1 and the
+/// data type EIS5.
+std::string fileOf(std::string_view outline) {
+    const std::regex item(":(.)(.)</name>(.*?)1/2/3(.*?)EIS1");
+    return std::regex_replace(configuration(contentsFrom(outline, true)), item,
+                              "</name>$031/1/$01$04EIS$02");
+}
+
 TEST(CommandLine, DiffRecognisesRenamedAndMovedNodes) {
-    const auto item = [](const std::string& name, const std::string& address,
-                         const std::string& type = "EIS1") {
-        std::string text = tag(name);
-        text.replace(text.find("1/2/3"), 5, address);
-        return text.replace(text.find("EIS1"), 4, type);
-    };
-    const std::string a = item("a", "1/1/1");
-    const std::string b = item("b", "1/1/2");
-    const std::string c = item("c", "1/1/3");
     const struct {
-        std::string from;
-        std::string to;
+        const char* from;
+        const char* to;
         const char* expected;
     } cases[] = {
-        {plc("P", branch("F", a + b)), plc("Q", branch("F", a + b)), "renamed device P -> Q\n"},
-        {plc("P", branch("F", a + b)), plc("P", branch("G", branch("F", a + b))),
-         "added branch P.G\nmoved branch P.F -> P.G.F\n"},
-        {plc("P", branch("F", a + b + c)), plc("P", branch("G", a + b + item("d", "1/1/4"))),
+        {"P[F[a:11 b:21]]", "Q[F[a:11 b:21]]", "renamed device P -> Q\n"},
+        {"P[F[a:11 b:21]]", "P[G[F[a:11 b:21]]]", "added branch P.G\nmoved branch P.F -> P.G.F\n"},
+        {"P[F[a:11 b:21 c:31]]", "P[G[a:11 b:21 d:41]]",
          "renamed branch P.F -> P.G\n"
          "added item P.G.d: comment \"\", address \"1/1/4\", data type \"EIS1\", elements \"\", "
          "access right \"READ\", flag \"READ\"\n"
          "removed item P.F.c\n"},
-        {plc("P", a + b), plc("P", item("b", "1/1/1") + item("a", "1/1/2")),
+        {"P[a:11 b:21]", "P[b:11 a:21]",
          "changed item P.b: address \"1/1/2\" -> \"1/1/1\"\n"
          "changed item P.a: address \"1/1/1\" -> \"1/1/2\"\n"},
-        {plc("P", branch("F", a) + branch("G", b)),
-         plc("P", branch("F", item("x", "1/1/2")) + branch("G", item("y", "1/1/1", "EIS5"))),
+        {"P[F[a:11] G[b:21]]", "P[F[x:21] G[y:15]]",
          "moved item P.G.b -> P.F.x\n"
          "added item P.G.y: comment \"\", address \"1/1/1\", data type \"EIS5\", elements \"\", "
          "access right \"READ\", flag \"READ\"\n"
@@ -113,8 +112,7 @@ TEST(CommandLine, DiffRecognisesRenamedAndMovedNodes) {
     };
     for (const auto& [from, to, expected] : cases) {
         ToolWorld world;
-        world.disk.files["a.xml"] = configuration(from);
-        world.disk.files["b.xml"] = configuration(to);
+        world.disk.files = {{"a.xml", fileOf(from)}, {"b.xml", fileOf(to)}};
         EXPECT_EQ(world.run("diff a.xml b.xml"), 1);
         EXPECT_EQ(world.out, expected);
     }
