@@ -42,8 +42,7 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         if (HasFailure()) return;
         step_ = action;
         if (!play(Step(step_))) fail("node or row", "one of that name", "none");
-        for (std::size_t i = 0; i < desktop.messages().size(); ++i)
-            messages_.push_back(desktop.messages()[i] + desktop.styles()[i]);
+        messages_.assign(desktop.messages().begin(), desktop.messages().end());
         desktop.forgetMessages();
         if (desktop.answersLeft() > 0) fail("questions", "as many as answers", "fewer");
         expectTreeAndRegistriesAgree(document);

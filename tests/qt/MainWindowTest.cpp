@@ -148,7 +148,8 @@ class MainWindowTest : public QObject {
             QCOMPARE(user.shownRows().count('*'), 2);
             user.desktop.willAnswer({Answer::yes});
             user.presses("Ctrl+A Ctrl+X");
-            QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ?");
+            QCOMPARE(user.takeMessages(),
+                     "Are you sure you want to delete the selected items ? [No]");
             user.desktop.willAnswer({Answer::yes});
             user.desktop.willChoose("/other.xml");
             user.presses("Ctrl+S Ctrl+Shift+S");
@@ -209,7 +210,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.opened(), "Text2_of_a_long_name");
         user.desktop.willAnswer({Answer::no});
         user.presses("Del");
-        QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ?");
+        QCOMPARE(user.takeMessages(), "Are you sure you want to delete the selected items ? [No]");
 
         const auto clicksTitle = [&](int column) {
             QHeaderView* header = user.report()->header();

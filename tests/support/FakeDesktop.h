@@ -17,15 +17,10 @@
 
 class FakeDesktop : public Desktop {
  public:
-    /// The texts of all messages and questions, in order.
+    /// The texts of all messages and questions, in order. An icon other than the usual one is
+    /// added, " (stop)", and a default answer other than Yes, " [No]".
     const std::vector<std::string>& messages() const { return messages_; }
-    /// For each message, an icon other than the usual one, " (stop)", or a default answer other
-    /// than Yes, " [No]".
-    const std::vector<std::string>& styles() const { return styles_; }
-    void forgetMessages() {
-        messages_.clear();
-        styles_.clear();
-    }
+    void forgetMessages() { messages_.clear(); }
 
     /// The answers to the next questions, in order. A question without an answer fails the test.
     void willAnswer(std::initializer_list<Answer> answers) {
@@ -59,18 +54,18 @@ class FakeDesktop : public Desktop {
     using Desktop::showMessage;
     void showMessage(const std::string& text, MessageIcon icon) override {
         static constexpr std::array icons{"", " (exclamation)", " (stop)"};
-        record(text, icons.at(static_cast<std::size_t>(icon)));
+        record(text + icons.at(static_cast<std::size_t>(icon)));
     }
 
     using Desktop::askYesNo;
     bool askYesNo(const std::string& text, Answer answer) override {
         const bool agreed = askYesNoCancel(text) == Answer::yes;
-        if (answer == Answer::no) styles_.back() = " [No]";
+        if (answer == Answer::no) messages_.back() += " [No]";
         return agreed;
     }
 
     Answer askYesNoCancel(const std::string& text) override {
-        record(text, "");
+        record(text);
         if (answers_.empty()) {
             ADD_FAILURE() << "No answer is set for: " << text;
             return Answer::cancel;
@@ -102,11 +97,10 @@ class FakeDesktop : public Desktop {
     void processPendingEvents() override { onPendingEvents(); }
 
  private:
-    void record(const std::string& text, const char* style) {
+    void record(const std::string& text) {
         if (std::exchange(fails, false)) throw std::bad_alloc();
         onMessage();
         messages_.push_back(text);
-        styles_.emplace_back(style);
         whileOpen();
     }
 
@@ -119,7 +113,7 @@ class FakeDesktop : public Desktop {
         return path;
     }
 
-    std::vector<std::string> messages_, styles_;
+    std::vector<std::string> messages_;
     std::deque<Answer> answers_;
     std::optional<std::string> chosen_;
 };

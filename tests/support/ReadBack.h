@@ -307,7 +307,7 @@ class Check {
         const bool isStopped = world.disk.files["/saved"] == "old";
         EXPECT_NE(isStopped, isReadable) << why << messages;
         if (isStopped) {
-            const bool isAsked = messages.ends_with("Save all the same?\n");
+            const bool isAsked = messages.ends_with("Save all the same? [No]\n");
             ++(isAsked ? outcomes.asked : outcomes.refused);
             EXPECT_TRUE(isAsked || messages.ends_with("and cannot be saved in CreateXML\n"))
                 << messages;

@@ -49,8 +49,8 @@ class TwoEditors : public ScriptedUser {
         for (const auto& row : editor.ListView1.rows())
             rows +=
                 row.key + ("=" + row.text()) + ("/" + row.cell(1)) + (row.selected ? " *, " : ", ");
-        for (std::size_t i = 0; i < desktop.messages().size(); ++i)
-            messages += desktop.messages()[i] + desktop.styles()[i] + "\n";
+        for (const std::string& message : desktop.messages())
+            messages += message + "\n";
         return {{"nodes", nodes},
                 {"records", records},
                 {"list", rows},
