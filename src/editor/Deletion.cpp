@@ -1,6 +1,7 @@
 #include "editor/Deletion.h"
 
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include "base/Reporting.h"
@@ -40,11 +41,12 @@ void Deletion::deleteRows() {
     click_(toShow);
 }
 
-/// Stops with an error at a row that is not an item: the rows before it are deleted, the others
-/// stay. Raises ErrorNumber::invalidCall.
+/// Stops with an error at a row that is not an item, or whose node is gone: the rows before it are
+/// deleted, the others stay. Raises ErrorNumber::invalidCall or ErrorNumber::elementNotFound.
 void Deletion::removeSelectedRows() {
     const BusyPointer busy(desktop_);
     std::vector<Node*> gone;
+    std::unordered_set<const Node*> known;
     const auto remove = [&] { document_.remove(gone); };
     try {
         for (const auto& row : list_.rows()) {
@@ -52,6 +54,8 @@ void Deletion::removeSelectedRows() {
             // The list may be out of date: another node may have the key now.
             Node& node = document_.tree().nodeAt(row.key);
             if (node.kind() != NodeKind::item) throw RunTimeError(ErrorNumber::invalidCall);
+            // Two rows have one key after one node was dragged away and another got its name.
+            if (!known.insert(&node).second) throw RunTimeError(ErrorNumber::elementNotFound);
             gone.push_back(&node);
         }
     } catch (...) {
