@@ -1,6 +1,5 @@
-// A naive model of the editor. It performs an action of ScriptedUser and tells the state that the
-// editor must then have. It shares only alphabeticallyBefore() with the editor. Outdated rows,
-// whose things were removed, dragged or renamed, are taken from the editor.
+// A naive model of the editor. It performs an action of ScriptedUser and returns the state that the
+// editor must then have. It shares only alphabeticallyBefore() with the editor.
 #pragma once
 
 #include "support/NaiveModel.h"
@@ -17,10 +16,6 @@ class NaiveEditor : private NaiveModel {
         act(step.verb, step.what);
         if (sortColumn_) sortRows();
     }
-    void adoptOutdatedRows(const std::deque<ListView::Row>& shown) {
-        for (std::size_t i = 0; i < std::min(rows_.size(), shown.size()); ++i)
-            if (isOutdated(rows_[i])) rows_[i].key = shown[i].key.string();
-    }
 
     State state() const {
         static constexpr std::array tags{"config", "plc", "branch", "item"};
@@ -36,7 +31,7 @@ class NaiveEditor : private NaiveModel {
                 const auto& [key, comment] = *each->record;
                 records += each->key() + (kind == item ? "=" + key + "/" + comment : "") + ", ";
             }
-        for (const auto& [thing, key, text, comment, selected] : rows_)
+        for (const auto& [key, text, comment, selected] : rows_)
             rows += key + "=" + text + "/" + comment + (selected ? " *, " : ", ");
         return {{"nodes", nodes},
                 {"records", records},
@@ -52,7 +47,6 @@ class NaiveEditor : private NaiveModel {
 
  private:
     struct Row {
-        const Thing* thing;
         std::string key, text, comment;
         bool selected = false;
     };
@@ -76,8 +70,9 @@ class NaiveEditor : private NaiveModel {
     }
 
     // The list.
-    bool isOutdated(const Row& row) const {
-        return !row.thing->isWithin(root_) || row.thing->key() != row.key;
+    Row* rowOf(const std::string& key) {
+        const auto row = std::ranges::find(rows_, key, &Row::key);
+        return row == rows_.end() ? nullptr : &*row;
     }
     void selectRows(const std::vector<std::string>& texts) {
         focus_ = "list";
@@ -102,13 +97,16 @@ class NaiveEditor : private NaiveModel {
         for (std::size_t i = 0; i < rows_.size(); ++i)
             if (rows_[i].key == current) current_ = i;
     }
+    /// A row follows the thing that has its key now. A thing that was removed or dragged leaves its
+    /// row, and another one may get the key.
     void renameListed(Thing& thing, const std::string& name) {
-        std::vector<Row*> followers;
+        std::vector<std::pair<Row*, const Thing*>> followers;
         for (Row& row : rows_)
-            if (!isOutdated(row) && row.thing->isWithin(&thing)) followers.push_back(&row);
+            if (const Thing* shown = find(row.key); shown != nullptr && shown->isWithin(&thing))
+                followers.emplace_back(&row, shown);
         rename(thing, name);
-        for (Row* row : followers)
-            row->key = row->thing->key();
+        for (const auto& [row, shown] : followers)
+            row->key = shown->key();
     }
 
     // Clicks.
@@ -126,7 +124,7 @@ class NaiveEditor : private NaiveModel {
                                                  : thing.below;
         for (const Thing* each : listed)
             if (each->kind == (thing.kind == config ? plcKind : item))
-                rows_.push_back({each, each->key(), each->name, each->record->comment});
+                rows_.push_back({each->key(), each->name, each->record->comment});
     }
     void clickRows() {
         selectRows(split(step_->what, " "));
@@ -188,10 +186,11 @@ class NaiveEditor : private NaiveModel {
             if (thing.kind == plcKind || thing.kind == branchKind) nameDialog(thing.kind, true);
             if (thing.kind == plcKind) nodeClick(thing);
             if (thing.kind != item) return;
+            Row* own = rowOf(thing.key());
             itemDialog(true);
-            for (Row& row : rows_)
-                if (row.key == thing.key())
-                    std::tie(row.text, row.comment) = std::tie(thing.name, thing.record->comment);
+            for (Row* row : {own, rowOf(thing.key())})
+                if (row != nullptr)
+                    std::tie(row->text, row->comment) = std::tie(thing.name, thing.record->comment);
         });
     }
     void addBelow(Kind kind) {

@@ -22,7 +22,6 @@ class TwoEditors : public ScriptedUser {
         signs_.clear();
         if (!play(step) || dialogDiffers_) return "";
         naive_.perform(step);
-        naive_.adoptOutdatedRows(editor.ListView1.rows());
         const State expected = naive_.state(), actual = state();
         desktop.forgetMessages();
         for (std::size_t i = 0; i < expected.size(); ++i)
