@@ -23,7 +23,6 @@ void frmBranch::cmdOk_Click() {
         Node& node = node_.node();
         if (!CheckDuplNames(NodeKind::branch, name, node, modify_, desktop_)) return;
         if (modify_) {
-            const Document::Step step(document_, "Rename");
             document_.renameBranch(node, name);
         } else {
             const auto branch = std::make_shared<clsBranch>();

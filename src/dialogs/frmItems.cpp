@@ -148,11 +148,7 @@ bool frmItems::AddItemToColl() {
 
 void frmItems::store() {
     Node& node = node_.node();
-    if (modify_) {
-        const Document::Step step(document_, "Change");
-        document_.change(node, fields());
-        return;
-    }
+    if (modify_) return document_.change(node, fields());
     const auto item = std::make_shared<clsItem>();
     item->SetByForm(fields(), &node, false);
     const Document::Step step(document_, "Add");

@@ -62,11 +62,7 @@ void frmPLC::cmdApply_Click() {
 
 void frmPLC::store() {
     const DeviceFields fields{txtName.text, cmbPort.text, cmbEdiType.text, txtTimeout.text};
-    if (modify_) {
-        const Document::Step step(document_, "Change");
-        document_.change(node_.node(), fields);
-        return;
-    }
+    if (modify_) return document_.change(node_.node(), fields);
     const auto device = std::make_shared<clsPLC>();
     device->SetByForm(fields);
     const Document::Step step(document_, "Add");

@@ -32,7 +32,6 @@ void Deletion::deleteRows() {
     if (!desktop_.askYesNo("Are you sure you want to delete the selected items ?", Answer::no)) {
         return;
     }
-    const Document::Step step(document_, "Delete");
     // Deliberate: shows the parent of the selected node, not the node itself. Only the root has no
     // parent.
     Node& selected = document_.selectedNode();
@@ -81,7 +80,6 @@ void Deletion::deleteNode() {
 }
 
 void Deletion::deleteItem(const ConfigTree::Reference& item, const std::string& question) {
-    const Document::Step step(document_, "Delete");
     if (desktop_.askYesNo(question, Answer::no)) remove(item.node());
     // Deliberate: also after the answer No.
     click_(parentOf(document_.selectedNode()));

@@ -61,14 +61,12 @@ void History::addSubject(Node& node, Node* replaced) {
 }
 
 void History::recordOrder(Node& node, std::vector<Node*> before) {
-    if (isOpen()) {
+    if (!changes_.empty()) {
         record<OrderChange>(node, std::move(before));
     } else if (!undo_.empty()) {
         Step& last = undo_.back();
-        const std::size_t bytes = before.size() * sizeof(void*);
         last.changes.emplace_back(std::in_place_type<OrderChange>, node, std::move(before));
-        last.bytes += bytes;
-        bytes_ += bytes;
+        count(last);
     }
 }
 
@@ -152,7 +150,5 @@ void History::compactIfUseful(Contents& contents) {
 void History::clear() {
     undo_.clear();
     redo_.clear();
-    changes_.clear();
-    subjects_ = {};
     bytes_ = 0;
 }

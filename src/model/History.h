@@ -69,7 +69,7 @@ class History {
     void addSubject(Node& node, Node* replaced = nullptr);
 
     /// Records that a click has sorted the children of a node; `before` is their former order. This
-    /// is not a step of its own: it is undone with the last step.
+    /// is not a step of its own: it is undone with the last step that changed anything.
     void recordOrder(Node& node, std::vector<Node*> before);
 
     /// To be called after the configuration was saved: the saved states in older steps become
@@ -92,6 +92,7 @@ class History {
 
     /// The memory of all steps in bytes, roughly.
     std::size_t bytes() const { return bytes_; }
+    /// Drops all steps. Not to be called within a step.
     void clear();
 
  private:

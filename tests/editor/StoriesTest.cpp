@@ -141,6 +141,11 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         if (what == "ended") return applicationEnded ? std::to_string(exitStatus) : "no";
         if (thing == "sign")
             return editor.fileRules().faultOf(tree.nodeAt(withLineEnds(name))).text;
+        if (thing == "row-sign") {
+            for (const auto& row : editor.ListView1.rows())
+                if (row.text() == name) return editor.fileRules().faultOf(row, 0).text;
+        }
+        if (thing == "caption") return (editor.*commandNamed(name).captionNow)().value_or("off");
         if (thing == "branch") return faultOf(name, FilePlace::elementName).text;
         if (thing == "text") return tree.nodeAt(name).text().string();
         if (name == "has" || name == "has not") {
