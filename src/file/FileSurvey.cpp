@@ -109,12 +109,11 @@ class Surveyor {
     void checkItem(const Node& item, const Place& place, bool hasOnlyItemsBeside) {
         ++itemCount_;
         const std::string_view name = item.text();
-        const TextTraits traits = traitsOf(name);
-        if (place.isUnchanged && (traits.isReadUnchanged() ||
+        if (place.isUnchanged && (traitsOf(name).isReadUnchanged() ||
                                   faultOf(name, FilePlace::content).kind == FaultKind::none)) {
             // Most items. They keep their keys, which are unique among the records of items.
             countKey(item, place.keyLength + 1 + name.size());
-            if (traits.hasPoint || !hasOnlyItemsBeside) itemsToCheck_.push_back(&item);
+            if (!hasOnlyItemsBeside) itemsToCheck_.push_back(&item);
             return;
         }
         if (isUnreadable(name, FilePlace::content)) found_.isAnyNameUnreadable = true;
@@ -123,8 +122,9 @@ class Surveyor {
     }
 
     /// Compares the keys of items that reading does not change with all other keys. If no device or
-    /// branch has a "." in its name, an item can have the key of a branch only if both have the
-    /// same parent, or if the item has a "." in its name.
+    /// branch has a "." in its name, an item can have the key of another node only if there is a
+    /// branch beside it: a node with that key, or, for an item with a "." in its name, the branch
+    /// that contains the node.
     void checkUnchangedItems(const std::vector<const Node*>& devices) {
         if (hasPoint_ || !changedItems_.empty()) {
             itemsToCheck_.clear();

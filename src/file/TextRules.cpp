@@ -107,7 +107,6 @@ Fault faultOfText(std::string_view text, FilePlace place) {
         const auto [kind, what] = consequence(c, place);
         if (kind <= worst.kind) continue;
         worst = {kind, printable(c, text.substr(start, end - start)) + ": " + std::string(what)};
-        if (kind == FaultKind::unreadable) break;
     }
     return worst;
 }

@@ -94,7 +94,8 @@ TEST(Names, AreShortenedInTheMiddleByCharacters) {
 
 TEST(Letters, InInvalidUtf8AreOneCharacterPerByte) {
     forEachIn(
-        "1: \xE2|é|€|\U0001F4A1\n2: \xC0\xBC|\xE0\xBC|\xF0\xBC\n3: \xED\xA0\x80\n4: "
+        "1: \xE2|é|€|\u0800|\uD7FF|\uE000|\U00010000|\U0010FFFF\n2: \xC0\xBC|\xE0\xBC|\xF0\xBC\n3: "
+        "\xED\xA0\x80\n4: "
         "\xF4\x90\x80\x80",
         [](const auto& text) {
             int count = 0;

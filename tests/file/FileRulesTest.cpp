@@ -1,4 +1,3 @@
-// Saves random configurations and reads them back.
 #include "file/FileRules.h"
 
 #include "support/RandomDocuments.h"
@@ -6,6 +5,7 @@
 
 namespace {
 
+/// Saves random configurations and reads them back.
 TEST(FileRules, ReportExactlyWhatCannotBeReadBack) {
     RandomDocuments world;
     readBack::Check check;
@@ -19,6 +19,59 @@ TEST(FileRules, ReportExactlyWhatCannotBeReadBack) {
     if (::testing::Test::HasFailure()) return;
     const auto [readBack, changed, asked, refused] = check.outcomes;
     EXPECT_GT(std::min({readBack, changed, asked, refused}), static_cast<int>(documents / 100));
+}
+
+/// What surrounds a character, and how much, changes neither its fault nor how it is read.
+TEST(FileRules, FindACharacterAnywhereInAText) {
+    const auto kindOf = [](const std::string& text, FilePlace place) {
+        const FaultKind kind = faultOf(text, place).kind;
+        EXPECT_EQ(isUnreadable(text, place), kind == FaultKind::unreadable) << text;
+        return kind;
+    };
+    std::vector<std::string> characters{"\xC3", "\x80", "\u0100", "\u20AC", "\U0001F600", "]]>"};
+    for (int code = 0; code < 0x100; ++code)
+        characters.push_back(readBack::utf8(std::string(1, static_cast<char>(code))));
+    const auto repeated = [](const std::string& letter, int times) {
+        std::string text;
+        while (times-- > 0)
+            text += letter;
+        return text;
+    };
+    for (const FilePlace place : {FilePlace::attribute, FilePlace::content})
+        for (const std::string& character : characters)
+            for (const std::string letter : {"a", "\u00E9"})
+                for (int lengths = 0; lengths < 100; ++lengths) {
+                    const std::string start = repeated(letter, lengths / 10);
+                    const std::string end = repeated(letter, lengths % 10);
+                    const std::string text = start + character + end;
+                    ASSERT_EQ(kindOf(text, place), kindOf(character, place)) << text;
+                    ASSERT_EQ(asRead(text, place), start + asRead(character, place) + end);
+                    ASSERT_EQ(traitsOf(text).hasPoint, character == ".") << text;
+                }
+}
+
+/// A fault in the program. Nothing is written, as the record would be lost.
+TEST(FileRules, RefuseToSaveARecordWithoutANode) {
+    const auto refusalWith = [](auto records, const char* key, auto record) {
+        EditorWorld world;
+        world.open("/house.xml", configuration(plc("P", branch("F", tag("x")))));
+        using Records = std::remove_cvref_t<decltype((world.document.*records)())>;
+        const_cast<Records&>((world.document.*records)()).add(record, SharedText(key));
+        world.desktop.willAnswer({Answer::yes});
+        world.editor.mnuSaveCfg_Click();
+        return world.desktop.messages().back();
+    };
+    const std::string lost = "\"P.lost\" would be left out of the file in CreateXML";
+    const std::string any = "\"A record\" would be left out of the file in CreateXML";
+    const auto device = std::make_shared<clsPLC>();
+    device->SetByForm({"P.lost", "COM1", "USB", "1"});
+    EXPECT_EQ(refusalWith(&Document::devices, "P.lost", device), " Error n. 51  " + lost);
+    EXPECT_EQ(refusalWith(&Document::items, "P.lost", std::make_shared<clsItem>()),
+              " Error n. 51  " + lost);
+    EXPECT_EQ(refusalWith(&Document::branches, "P.lost", std::make_shared<clsBranch>()),
+              " Error n. 51  " + lost);
+    EXPECT_EQ(refusalWith(&Document::branches, "P.F.x", std::make_shared<clsBranch>()),
+              " Error n. 51  " + any);
 }
 
 }  // namespace
