@@ -50,10 +50,8 @@ frmEditing::frmEditing(Document& document, Desktop& desktop, Forms& forms, Disk&
       enabled_(commandTable().size()) {}
 
 void frmEditing::Form_Initialize() {
-    reportErrors(desktop_, "Form_Initialize", [&] {
-        caption = std::string(companyName) + " - " + std::string(productName);
-        document_.setSettings({});
-    });
+    reportErrors(desktop_, "Form_Initialize",
+                 [&] { caption = std::string(companyName) + " - " + std::string(productName); });
 }
 
 void frmEditing::Form_Load(FormSize screen) {

@@ -195,8 +195,8 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedWithProgressAndEditedQuickly
 
 /// By an assistive tool or the desktop, at any time, and by the Cancel button.
 TEST_F(Limits, CancelledReadingLeavesNoConfigurationOpen) {
-    const std::string many =
-        configuration(plc("P", repeated(300'000, branchOf)), "<SETTINGS port='COM7'/>");
+    const std::string many = configuration(plc("P", repeated(300'000, branchOf)),
+                                           "<SETTINGS port='COM7' editype='' timeout='1'/>");
     const std::pair<std::function<void()>, bool> ends[] = {
         {[&] { EXPECT_FALSE(editor.Form_Unload()); }, true},
         {[&] { editor.run(commandNamed("mnuExit")); }, true},

@@ -136,6 +136,7 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
 
     void expectUpToDate() {
         EXPECT_EQ(selected_, tree_.selected()) << "a view was not notified of the selection";
+        EXPECT_EQ(view_, list_.view()) << "the window was not notified of the view mode";
         if (tree_.root() == nullptr) return;
         for (TreeWalk walk(*tree_.root()); const Node* node = walk.next();)
             EXPECT_TRUE(shown_[node] == lookOf(*node))
@@ -206,7 +207,7 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
     void madeVisible(const Node& /*node*/) override {}
     void rowsChanged() override {}
     void columnsBuilt() override {}
-    void viewChanged() override {}
+    void viewChanged() override { view_ = list_.view(); }
     void madeVisible(std::size_t /*row*/) override {}
 
     const Document& document_;
@@ -214,6 +215,7 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
     const FileRules rules_{document_};
     ListView& list_;
     FakeDesktop& desktop_;
+    ListView::View view_ = list_.view();
     int changes_ = 0, row_ = 0;
     const Node* parent_ = nullptr;
     const Node* selected_ = nullptr;

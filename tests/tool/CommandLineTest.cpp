@@ -41,6 +41,7 @@ branch,F, is branch,F,hall -> 4: error: comment: the branch has none: to be left
 branch,F is branch,1F -> 4: error: name: '1' at the start of a branch name: the OPC server cannot read a file that holds this
 Plant.F,branch is Plant.F,device -> 4: error: kind: a device stands below nothing
 Plant.F,branch,F,,,,,,,^ is  -> 4: error: path: no device or branch "Plant.F"
+Plant.F,branch is .F,branch -> 4: error: path: no path: ".F"
 Plant.F,branch is Plant\F,branch -> 4: error: path: no path: "Plant\F"
 item,Text is item, -> 5: error: name: Item name field is empty.
 item,Text is item,Lamp -> 6: error: name: Name already existing. Please use a different name
@@ -78,6 +79,23 @@ TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
               "t.csv:5: error: elements: Number of elements field is not valid.\n"
               "t.csv:5: error: flag: neither READ nor TRANSMIT\n"
               "t.csv:6: error: name: Item name field is empty.\n");
+}
+
+TEST(CommandLine, ImportIntoAConfigurationChangesOnlyWhatTheTableNames) {
+    ToolWorld world;
+    std::string odd = tag("a");
+    odd.replace(odd.find("1/2/3"), 5, "1/2");
+    world.disk.files = {
+        {"a.xml", configuration(plc("P", branch("F", "")) + plc("Q", odd + tag("b")))},
+        {"t.csv", "path,address\nQ.b,1/1/1\n"},
+        {"clash.csv", "path,name\nP,\nQ.a,b\n"}};
+    world.must("import t.csv --into a.xml -o b.xml");
+    EXPECT_EQ(world.run("diff a.xml b.xml"), 1);
+    EXPECT_EQ(world.out, "changed item Q.b: address \"1/2/3\" -> \"1/1/1\"\n");
+    EXPECT_EQ(world.run("import clash.csv --into a.xml -o c.xml"), 2);
+    EXPECT_EQ(world.err,
+              "clash.csv:2: error: name: Object Name field is empty.\n"
+              "clash.csv:3: error: name: Name already existing. Please use a different name\n");
 }
 
 /// A file of these devices, as ScriptedUser opens it. The item "x:15" has the address 1/1/1 and the
@@ -131,7 +149,7 @@ const std::string withFaults =
     "<tag><name>d</name><comment/><address>0/0/0</address><eistype>EIS6</eistype><flag/>"
     "<accessrights>READ</accessrights><elements>3</elements></tag>\n"
     "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
-    "</newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
+    "<e/><e/></newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
 
 constexpr auto faultsFound =
     R"(a.xml: warning: EDI type: '€': saved as "?"
@@ -149,6 +167,7 @@ a.xml:11: error: P.NEWBRANCH2.d: address "0/0/0" is none of 0/0/1 to 31/7/255
 a.xml:11: warning: P.NEWBRANCH2.d: unknown data type "EIS6"
 a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for EIS6
 a.xml:12: error: P.NEWBRANCH2: Error n. 94  Invalid use of Null in BrowseBranch
+a.xml:13: error: P.NEWBRANCH2: Error n. 457  This key is already associated with an element of this collection in BrowseBranch
 )";
 
 TEST(CommandLine, CheckReportsErrorsWarningsAndNotes) {
@@ -158,7 +177,7 @@ TEST(CommandLine, CheckReportsErrorsWarningsAndNotes) {
     EXPECT_EQ(world.out, faultsFound);
     EXPECT_EQ(world.run("check --json a.xml"), 2);
     const auto json = nlohmann::json::parse(world.out);
-    EXPECT_EQ(json.size(), 15U);
+    EXPECT_EQ(json.size(), 16U);
     EXPECT_EQ(json[5], (nlohmann::json{{"file", "a.xml"},
                                        {"line", 8},
                                        {"severity", "warning"},
@@ -181,6 +200,8 @@ TEST(CommandLine, CheckReportsErrorsWarningsAndNotes) {
         EXPECT_EQ(world.run(command), 2) << command;
         EXPECT_FALSE(world.disk.exists("x"));
     }
+    EXPECT_EQ(world.run("import none.csv -o x"), 2);
+    EXPECT_EQ(world.err, "none.csv: error: File not found\n");
 }
 
 TEST(CommandLine, ConvertWritesTheSameFileAsTheEditor) {
@@ -200,6 +221,13 @@ TEST(CommandLine, ConvertWritesTheSameFileAsTheEditor) {
               "dimmer.esf:12: error: This file is not in ETS2 or ETS3 Esf format. (a "
               "size that is not in bytes, of a type other than EIS 1)\n");
     EXPECT_FALSE(world.disk.exists("dimmer.xml"));
+    for (const auto& [line, reason] : {std::pair("C.L.1/1/1\tx", "fewer than three fields"),
+                                       {"C\tx\tEIS 1", "an address without a middle group"}}) {
+        world.disk.files["bad.esf"] = line;
+        EXPECT_EQ(world.run("convert bad.esf -o x"), 2);
+        EXPECT_NE(world.err.find("(" + std::string(reason) + ")\n"), std::string::npos)
+            << world.err;
+    }
 }
 
 TEST(CommandLine, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
