@@ -161,7 +161,6 @@ void Document::change(Node& item, const ItemProperties& properties) {
 void Document::change(Node& device, const DeviceFields& fields) {
     auto record = std::make_shared<clsPLC>();
     record->SetByForm(fields);
-    deviceAt(device);
     requireFreeKeys(device, record->sKey());
     const Step step(*this, "Change");
     history_.current<RenameChange>().make(contents_, device, std::move(record));

@@ -28,7 +28,8 @@ TEST(FileRules, FindACharacterAnywhereInAText) {
         EXPECT_EQ(isUnreadable(text, place), kind == FaultKind::unreadable) << text;
         return kind;
     };
-    std::vector<std::string> characters{"\xC3", "\x80", "\u0100", "\u20AC", "\U0001F600", "]]>"};
+    std::vector<std::string> characters{"\xC3",       "\x80", "\u0100", "\u20AC",
+                                        "\U0001F600", "]]>",  "\r\n"};
     for (int code = 0; code < 0x100; ++code)
         characters.push_back(readBack::utf8(std::string(1, static_cast<char>(code))));
     const auto repeated = [](const std::string& letter, int times) {
@@ -48,6 +49,44 @@ TEST(FileRules, FindACharacterAnywhereInAText) {
                     ASSERT_EQ(asRead(text, place), start + asRead(character, place) + end);
                     ASSERT_EQ(traitsOf(text).hasPoint, character == ".") << text;
                 }
+}
+
+TEST(FileRules, LimitTheLengthOfAllKeysTogether) {
+    const std::string name(64, 'N');
+    std::string start, end;
+    std::size_t path = 1;  // the length of the key "P"
+    std::size_t rest = maxBytesOfAllKeys;
+    for (int level = 0; level < 999; ++level) {
+        start += "<" + name + ">";
+        end += "</" + name + ">";
+        rest -= path += 1 + name.size();
+    }
+    int number = 1000;
+    for (; rest > path + 5; ++number) {
+        start += tag(std::to_string(number));
+        rest -= path + 5;
+    }
+    const std::string last(rest - 2, 'x');
+    EditorWorld world;
+    std::string text = configuration(plc("P", start + end + tag(last)));
+    world.open("/house.xml", text);
+    EXPECT_EQ(world.takeMessages(), "");
+    const FileRules& rules = world.editor.fileRules();
+    EXPECT_FALSE(rules.refusal());
+    world.document.renameItem(world.document.tree().nodeAt("P." + last), last + "x");
+    const auto refusal = rules.refusal();
+    EXPECT_TRUE(refusal && std::string(refusal->error.description())
+                               .ends_with("N." + std::to_string(number - 1) +
+                                          "\" and all before it have paths longer "
+                                          "than 128 MB together and cannot be saved"));
+
+    // Keys count before they are made, so those in a device that cannot be read count, too.
+    text.replace(text.find(" port="), 6, " p=").insert(text.find("xxx"), "x");
+    world.document.saved = true;
+    world.open("/house.xml", text);
+    EXPECT_EQ(world.takeMessages(),
+              " Error n. 321  The paths to all branches and items are longer than 128 MB together "
+              "in ImportXML\n");
 }
 
 /// A fault in the program. Nothing is written, as the record would be lost.

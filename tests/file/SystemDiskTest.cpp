@@ -335,7 +335,9 @@ TEST_F(SystemDiskTest, KeepsTheAccessRightsOfASharedFile) {
     EXPECT_EQ(::getxattr(house.c_str(), "user.note", nullptr, 0), 1);
     give(alice, 0660);
     setAccessList(folder, carol, "system.posix_acl_default");
+    ::setxattr(house.c_str(), "security.note", "n", 1, 0);
     EXPECT_EQ(save(house, 0, 0), 0);
+    EXPECT_LT(::getxattr(house.c_str(), "security.note", nullptr, 0), 0) << "not of a user";
     EXPECT_EQ(read(house, carol, carol), 70) << "the folder's list is for new files";
     setAccessList(house, bob);
     EXPECT_EQ(save(house, 0, 0) + read(house, bob, bob), 0) << "instead of the folder's list";

@@ -6,6 +6,8 @@
 #include <array>
 #include <sstream>
 
+#include "editor/frmEditing.h"
+
 namespace {
 
 /// Left, top, width and height; then the end points of a line.
@@ -64,6 +66,16 @@ std::string shown(const Control& control) {
         for (const int lane : lanes)
             text << " " << lane;
     return text.str();
+}
+
+TEST(Resizing, StartsFromFixedFractionsOfTheWindow) {
+    const auto [toolbar, tree, list] = frmEditing::layoutFor({1000, 600});
+    const auto edges = [](const Rectangle& part) {
+        return std::array{part.left, part.top, part.width, part.height};
+    };
+    EXPECT_EQ(edges(toolbar), (std::array{0, 0, 1000, 24}));
+    EXPECT_EQ(edges(tree), (std::array{0, 30, 400, 570}));
+    EXPECT_EQ(edges(list), (std::array{410, 30, 590, 570}));
 }
 
 TEST(Resizing, ScalesControlsFromTheirFirstMeasures) {

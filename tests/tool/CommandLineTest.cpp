@@ -71,6 +71,8 @@ TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
         EXPECT_NE(faults.find("t.csv:" + message + "\n"), std::string::npos) << line << "\n"
                                                                              << faults;
     }
+    EXPECT_EQ(faultsWith("Plant.F.Text,item", "X.Text,thing"),
+              "t.csv:5: error: kind: not settings, device, branch or item\n");
     // All faults are reported, not only the first.
     EXPECT_EQ(faultsWith("Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
                          ",,1/2,EIS15,x,,,\nPlant.F.Lamp,item,"),
