@@ -89,28 +89,25 @@ TEST(FileRules, LimitTheLengthOfAllKeysTogether) {
               "in ImportXML\n");
 }
 
-/// A fault in the program. Nothing is written, as the record would be lost.
+/// A fault in the program: without the refusal, the record would be lost.
 TEST(FileRules, RefuseToSaveARecordWithoutANode) {
     const auto refusalWith = [](auto records, const char* key, auto record) {
         EditorWorld world;
         world.open("/house.xml", configuration(plc("P", branch("F", tag("x")))));
         using Records = std::remove_cvref_t<decltype((world.document.*records)())>;
         const_cast<Records&>((world.document.*records)()).add(record, SharedText(key));
-        world.desktop.willAnswer({Answer::yes});
-        world.editor.mnuSaveCfg_Click();
-        return world.desktop.messages().back();
+        const auto refusal = world.editor.fileRules().refusal();
+        return std::string(refusal ? refusal->error.description() : "none");
     };
-    const std::string lost = "\"P.lost\" would be left out of the file in CreateXML";
-    const std::string any = "\"A record\" would be left out of the file in CreateXML";
     const auto device = std::make_shared<clsPLC>();
-    device->SetByForm({"P.lost", "COM1", "USB", "1"});
-    EXPECT_EQ(refusalWith(&Document::devices, "P.lost", device), " Error n. 51  " + lost);
-    EXPECT_EQ(refusalWith(&Document::items, "P.lost", std::make_shared<clsItem>()),
-              " Error n. 51  " + lost);
-    EXPECT_EQ(refusalWith(&Document::branches, "P.lost", std::make_shared<clsBranch>()),
-              " Error n. 51  " + lost);
-    EXPECT_EQ(refusalWith(&Document::branches, "P.F.x", std::make_shared<clsBranch>()),
-              " Error n. 51  " + any);
+    device->SetByForm({"lost", "COM1", "USB", "1"});
+    const auto branch = std::make_shared<clsBranch>();
+    const std::string lost = "\"lost\" would be left out of the file";
+    EXPECT_EQ(refusalWith(&Document::devices, "lost", device), lost);
+    EXPECT_EQ(refusalWith(&Document::items, "lost", std::make_shared<clsItem>()), lost);
+    EXPECT_EQ(refusalWith(&Document::branches, "lost", branch), lost);
+    EXPECT_EQ(refusalWith(&Document::branches, "P.F.x", branch),
+              "\"A record\" would be left out of the file");
 }
 
 }  // namespace
