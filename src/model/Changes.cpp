@@ -180,7 +180,8 @@ void RenameChange::toggleEntry(Contents& contents, Entry& entry) {
     } else {
         toggleEntry<clsPLC>(contents, entry);
     }
-    if (entry.text == entry.node->text()) return;
+    // A device may have got another record with the same name.
+    if (entry.node->kind() != NodeKind::plc && entry.text == entry.node->text()) return;
     const SharedText text = entry.node->text();
     contents.tree.setText(*entry.node, std::exchange(entry.text, text));
 }
