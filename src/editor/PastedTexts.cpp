@@ -35,12 +35,16 @@ void forEachPastedLine(std::string_view text,
 /// Predicts which names will be refused when many items are renamed one after another.
 class RenamingAhead {
  public:
-    explicit RenamingAhead(const Document& document) : document_(document) {}
+    RenamingAhead(const Document& document, const ListView& list)
+        : document_(document), list_(list) {}
 
-    /// Notes that an item gets a key. False when the key will be in use at that moment.
-    bool rename(const Node& item, const SharedText& key) {
+    /// Notes that the item of a row gets a key. False when the key will be in use at that moment.
+    bool rename(std::size_t row, const Node& item, const SharedText& key) {
         const bool isOwn = equalIgnoringCase(key, item.key());
         if (key != item.key() && isInUse(key, isOwn)) return false;
+        // A row that is out of date may have the key.
+        const auto holder = list_.findRow(key);
+        if (holder && *holder != row && !freed_.contains(key)) return false;
         freed_.insert(item.key());
         taken_.insert(key);
         return true;
@@ -60,6 +64,7 @@ class RenamingAhead {
     }
 
     const Document& document_;
+    const ListView& list_;
     struct IsEqual {
         bool operator()(std::string_view a, std::string_view b) const {
             return equalIgnoringCase(a, b);
@@ -168,7 +173,7 @@ PastedTexts::Lines PastedTexts::refusedNames(const Rows& rows, const Lines& name
         std::string last;
     } messages;
     Lines refusals(rows.size());
-    RenamingAhead ahead(document_);
+    RenamingAhead ahead(document_, list_);
     for (std::size_t i = 0; i < rows.size(); ++i) {
         if (!CheckChars(names[i], messages)) {
             refusals[i] = messages.last;
@@ -176,7 +181,7 @@ PastedTexts::Lines PastedTexts::refusedNames(const Rows& rows, const Lines& name
         }
         const Node* node = document_.tree().FindNode(list_.rows()[rows[i]].key);
         if (node != nullptr && node->kind() == NodeKind::item &&
-            ahead.rename(*node, BuildNodeKey(names[i], node, true))) {
+            ahead.rename(rows[i], *node, BuildNodeKey(names[i], node, true))) {
             continue;
         }
         refusals[i] = "The name is in use. Nothing from this row on will be replaced.";

@@ -327,7 +327,14 @@ class NaiveEditor : private NaiveModel {
                     } else if (line.find('.') != std::string::npos) {
                         tell("Character (.) not acceptable in string " + line);
                     } else {
-                        renameListed(itemAt(rows[i]->key, notFound), line);
+                        Thing& thing = itemAt(rows[i]->key, notFound);
+                        const std::string key = thing.parent->key() + "." + line;
+                        // The row of a thing that is gone may have the key.
+                        if (const Row* row = rowOf(key); row != nullptr && row != rows[i]) {
+                            requireFree(item, !isSame(key, thing.key()), key);
+                            throw notUnique;
+                        }
+                        renameListed(thing, line);
                         rows[i]->text = line;
                         refused_[i] = '.';
                     }
