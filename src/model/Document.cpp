@@ -97,7 +97,7 @@ Node& Document::addRecordAndNode(const std::shared_ptr<Record>& record, const Sh
         if (detached().FindNode(key) != nullptr) throw RunTimeError(ErrorNumber::keyNotUnique);
         Node& node = contents_.tree.AddNode(parent, key, name, kind);
         if (!history_.isOpen()) {
-            history_.clear();
+            if (history_.bytes() > 0) history_.clear();
             return node;
         }
         history_.recordAdded(node);
