@@ -83,11 +83,10 @@ std::string rowOf(const Command& command) {
 
 /// The names of the commands, with "|" between groups.
 template <typename GroupOf>
-std::string inGroups(std::span<const Command* const> commands, const GroupOf& groupOf) {
-    std::string names(commands.front()->name);
-    for (std::size_t i = 1; i < commands.size(); ++i)
-        names.append(groupOf(commands[i]) == groupOf(commands[i - 1]) ? " " : "|")
-            .append(commands[i]->name);
+std::string inGroups(std::span<const Command* const> shown, const GroupOf& groupOf) {
+    std::string names(shown.front()->name);
+    for (std::size_t i = 1; i < shown.size(); ++i)
+        names.append(groupOf(shown[i]) == groupOf(shown[i - 1]) ? " " : "|").append(shown[i]->name);
     return names;
 }
 
