@@ -85,6 +85,7 @@ TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
 
 TEST(CommandLine, ImportIntoAConfigurationChangesOnlyWhatTheTableNames) {
     ToolWorld world;
+    world.disk.writesSpoiledFiles = true;
     std::string odd = tag("a");
     odd.replace(odd.find("1/2/3"), 5, "1/2");
     world.disk.files = {
