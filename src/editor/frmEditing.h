@@ -31,6 +31,8 @@ struct Rectangle {
     int top = 0;
     int width = 0;
     int height = 0;
+
+    bool operator==(const Rectangle&) const = default;
 };
 
 /// The places of the main window's parts in its inner area, in pixels.

@@ -88,7 +88,7 @@ Node* History::undoOrRedo(bool back, DocumentState& state, Contents& contents) {
             }
         }
         constexpr std::size_t mostTexts = 10;
-        constexpr std::size_t mostBytes = 1024 * 1024;
+        constexpr std::size_t mostBytes = 1024UL * 1024;
         if (texts > mostTexts || removedBytes > mostBytes) bulk.emplace(contents.tree);
         const auto toggle = [&](Change& change) {
             std::visit([&](auto& each) { each.toggle(contents, back); }, change);

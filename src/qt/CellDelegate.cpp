@@ -7,23 +7,7 @@
 #include <QTextDocument>
 #include <QToolTip>
 
-namespace {
-
-/// Lets the lines of a tooltip break inside long words: the toolkit breaks lines at blanks only.
-QString breakable(QString text) {
-    constexpr int longest = 60;
-    int sinceBlank = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        sinceBlank = text[i].isSpace() ? 0 : sinceBlank + 1;
-        if (sinceBlank < longest || text[i].isHighSurrogate()) continue;
-        text.insert(i + 1, QChar(0x200B));  // ZERO WIDTH SPACE
-        sinceBlank = 0;
-        ++i;
-    }
-    return text;
-}
-
-}  // namespace
+#include "qt/Text.h"
 
 bool opensProperties(const QKeyEvent& key) {
     return key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_F2;

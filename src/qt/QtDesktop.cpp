@@ -7,7 +7,6 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
-#include <QRegularExpression>
 #include <QScreen>
 #include <QStandardPaths>
 
@@ -18,12 +17,6 @@
 
 namespace {
 
-/// Allows line breaks in words that may be wider than the screen, such as names of files.
-QString withBreaks(QString text) {
-    static const QRegularExpression longWord("(\\S{40})(?=\\S)");
-    return text.replace(longWord, QStringLiteral("\\1\u200B"));  // a space without width
-}
-
 /// A message box. If its only buttons are Yes and No, Escape and the title bar do not close it:
 /// they must not count as an answer by which changes could be lost.
 class Box : public QMessageBox {
@@ -32,7 +25,7 @@ class Box : public QMessageBox {
         : QMessageBox(icon, toQt(productName), QString(), buttons, ownerOfDialogs()),
           mustAnswer_(!buttons.testFlag(Ok) && !buttons.testFlag(Cancel)) {
         setTextFormat(Qt::PlainText);
-        setText(withBreaks(toQt(text, 5 * drawnCharacters)));  // it may contain a very long name
+        setText(breakable(toQt(text, 5 * drawnCharacters)));  // it may contain a very long name
         for (QAbstractButton* button : this->buttons())
             button->setIcon({});  // the dialogs have none either
     }

@@ -1,6 +1,7 @@
 // Converts between the toolkit's texts and UTF-8.
 #pragma once
 
+#include <QRegularExpression>
 #include <QString>
 #include <string>
 #include <string_view>
@@ -19,6 +20,13 @@ inline QString toQt(std::string_view text, int characters) {
     for (; characters > 0 && end < text.size(); --characters)
         nextCharacter(text, end);
     return end == text.size() ? toQt(text) : toQt(text.substr(0, end)) + QChar(0x2026);
+}
+
+/// Lets the lines of a text break inside long words too, such as names of files. The toolkit breaks
+/// lines at blanks only.
+inline QString breakable(QString text) {
+    static const QRegularExpression longWord("(\\S{40})(?=\\S)");
+    return text.replace(longWord, QStringLiteral("\\1\u200B"));  // ZERO WIDTH SPACE
 }
 
 /// The number of characters of a text that are drawn at most. The toolkit takes seconds to lay out

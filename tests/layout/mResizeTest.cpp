@@ -70,12 +70,9 @@ std::string shown(const Control& control) {
 
 TEST(Resizing, StartsFromFixedFractionsOfTheWindow) {
     const auto [toolbar, tree, list] = frmEditing::layoutFor({1000, 600});
-    const auto edges = [](const Rectangle& part) {
-        return std::array{part.left, part.top, part.width, part.height};
-    };
-    EXPECT_EQ(edges(toolbar), (std::array{0, 0, 1000, 24}));
-    EXPECT_EQ(edges(tree), (std::array{0, 30, 400, 570}));
-    EXPECT_EQ(edges(list), (std::array{410, 30, 590, 570}));
+    EXPECT_EQ(toolbar, (Rectangle{0, 0, 1000, 24}));
+    EXPECT_EQ(tree, (Rectangle{0, 30, 400, 570}));
+    EXPECT_EQ(list, (Rectangle{410, 30, 590, 570}));
 }
 
 TEST(Resizing, ScalesControlsFromTheirFirstMeasures) {

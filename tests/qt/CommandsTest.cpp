@@ -74,7 +74,10 @@ class CommandsTest : public QObject {
             if (std::exchange(loading, true)) return;
             expectCommandsAsInTheTable(world);
             QCOMPARE(world.window.findChild<QLabel*>("lblLabel")->text(), "Loading File ....");
-            QVERIFY(world.window.findChild<QLabel*>("lblLabel")->isVisible());
+            const auto& panel = *world.window.findChild<QLabel*>("lblLabel")->parentWidget();
+            const QPoint middle = world.window.centralWidget()->rect().center();
+            QVERIFY((panel.geometry().center() - middle).manhattanLength() < 3);
+            QVERIFY(!panel.visibleRegion().isEmpty() && panel.findChild<QProgressBar*>());
         };
         world.openText(configuration(
             plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")) + tag("Light1"))));
@@ -154,6 +157,8 @@ class CommandsTest : public QObject {
                                auto& grid = *dialog.findChild<QTableView*>()->model();
                                new QAbstractItemModelTester(&grid, &dialog);
                                QCOMPARE(grid.headerData(2, Qt::Horizontal), "New Item name");
+                               const auto role = Qt::AccessibleTextRole;
+                               QCOMPARE(grid.headerData(1, Qt::Horizontal, role), "becomes");
                                QCOMPARE(grid.index(1, 0).data(), "Text2");
                                QCOMPARE(grid.index(1, 2).data(), "Spot");
                            }),

@@ -178,7 +178,7 @@ class EditingTest : public QObject {
         QVERIFY(isSeen(user.rows(), user.rows().model()->index(static_cast<int>(row), 0)));
     }
 
-    static void monkeyTest() { runMonkeyTest(2000); }
+    static void monkeyTest() { runMonkeyTest(); }
 };
 
 std::unique_ptr<QObject> editingTest() { return std::make_unique<EditingTest>(); }

@@ -178,6 +178,10 @@ class MainWindowTest : public QObject {
         user.presses("Ctrl+A");
         QCOMPARE(user.shownRows(), "*Text1 *Text2_of_a_long_name *Text3");
         QVERIFY(user.button("copy").isEnabled());
+        user.clicks(user.rows(), user.spotOnRow(1) + QPoint(user.list.width() / 2, 0));
+        user.clicks(0, Qt::LeftButton, Qt::ShiftModifier);
+        user.form.ListView1.sortBy(0);
+        QCOMPARE(user.shownRows(), "*Text1 *Text2_of_a_long_name Text3");
         user.clicks(0);
         user.presses("Ctrl+A Home");
         user.clicks(2, Qt::LeftButton, Qt::ControlModifier);
@@ -227,14 +231,14 @@ class MainWindowTest : public QObject {
         QHeaderView& header = *user.report()->header();
         const QPoint border(header.sectionViewportPosition(1), 9);
         user.drags(header, border, border + QPoint(user.list.width() / 5, 0));
-        const QString wider = user.columns();
-        QVERIFY(wider.startsWith("Item Name 4, "));
+        QVERIFY(user.columns().startsWith("Item Name 4, "));
+        const QByteArray wider = header.saveState();
         for (const QSize now : {2 * size, QSize(1, 1), QSize(1, 2 * size.height()), size}) {
             user.window.resize(now);
             QCoreApplication::processEvents();
             QCOMPARE(user.disagreement(), "");
         }
-        QCOMPARE(user.columns(), wider);
+        QCOMPARE(header.saveState(), wider);
         user.entry("mnuCloseCfg").trigger();
         QVERIFY(!user.tree.isVisible() && !user.list.isVisible());
     }
@@ -276,7 +280,8 @@ class MainWindowTest : public QObject {
         const QString comment = tip(user.rows(), cell);
         QVERIFY(comment.startsWith("'<': the OPC server cannot read a file that holds this\ncccc"));
         QCOMPARE(comment.count('c'), 2'001);  // and the one in "cannot"
-        QVERIFY(comment.endsWith("<b>") && comment.contains(QChar(0x200B)));
+        const QRegularExpression tooLong("[^\\s\u200B]{41}");
+        QVERIFY(comment.endsWith("<b>") && !comment.contains(tooLong));
         QCOMPARE(tip(user.tree, user.tree.currentIndex()), "");
         user.tree.setGeometry(0, 40, 90, 400);
         QCOMPARE(tip(user.tree, user.tree.currentIndex()), "FLOOR2");

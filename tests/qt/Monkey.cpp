@@ -342,7 +342,7 @@ class Monkey : public QObject {
 
 }  // namespace
 
-void runMonkeyTest(int events) {
-    const int wanted = qEnvironmentVariableIntValue("MONKEY_EVENTS");
-    Monkey(qEnvironmentVariableIntValue("MONKEY_SEED"), wanted == 0 ? events : wanted).run();
+void runMonkeyTest() {
+    const int events = qEnvironmentVariable("MONKEY_EVENTS", "20000").toInt();
+    Monkey(qEnvironmentVariable("MONKEY_SEED", "3").toInt(), events).run();
 }
