@@ -94,7 +94,6 @@ void Lifecycle::mnuCloseCfg_Click() {
         document_.open = false;
         window_.InitObjects();
         window_.configurationClosed();
-        document_.clear();
     });
 }
 

@@ -92,7 +92,7 @@ void removeStaleTemporaries(const fs::path& folder) {
          each.increment(failure)) {
         if (!each->path().filename().native().starts_with(prefix)) continue;
         const File file(::open(each->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-        if (file.descriptor() >= 0 && lock(file.descriptor())) ::unlink(each->path().c_str());
+        if (lock(file.descriptor())) ::unlink(each->path().c_str());
     }
 }
 
@@ -141,7 +141,7 @@ class TemporaryFile {
 /// Follows a chain of symbolic links to its end. The file there need not exist.
 fs::path followLinks(fs::path path) {
     constexpr int maxLinks = 40;  // the limit of Linux
-    for (int links = 0; links < maxLinks; ++links) {
+    for (int links = 0; links <= maxLinks; ++links) {
         std::error_code notALink;
         const fs::path next = fs::read_symlink(path, notALink);
         if (notALink) return path;

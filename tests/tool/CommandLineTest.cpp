@@ -116,6 +116,7 @@ TEST(CommandLine, DiffRecognisesRenamedAndMovedNodes) {
         const char* expected;
     } cases[] = {
         {"P[F[a:11 b:21]]", "Q[F[a:11 b:21]]", "renamed device P -> Q\n"},
+        {"P[F[a:11 b:11]]", "P[G[b:11 a:11]]", "renamed branch P.F -> P.G\n"},
         {"P[F[a:11 b:21]]", "P[G[F[a:11 b:21]]]", "added branch P.G\nmoved branch P.F -> P.G.F\n"},
         {"P[F[a:11 b:21 c:31]]", "P[G[a:11 b:21 d:41]]",
          "renamed branch P.F -> P.G\n"
