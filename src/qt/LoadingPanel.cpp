@@ -13,15 +13,14 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
     : QFrame(parent),
       form_(form),
       panel_(form.pnlImpStat),
-      label_(new QLabel(this)),
       bar_(new QProgressBar(this)),
       cancel_(new QPushButton(tr("Cancel"), this)) {
     setObjectName("pnlImpStat");
     setAccessibleName(tr("Loading"));
     setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
-    setAutoFillBackground(true);
-    label_->setObjectName("lblLabel");
-    label_->setAlignment(Qt::AlignCenter);
+    auto* label = new QLabel(toQt(panel_.lblLabel), this);
+    label->setObjectName("lblLabel");
+    label->setAlignment(Qt::AlignCenter);
     bar_->setRange(0, 99);
     bar_->setTextVisible(false);
     bar_->setAccessibleName(tr("Progress of loading"));
@@ -33,7 +32,7 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
     auto* column = new QVBoxLayout(this);
     const int margin = fontMetrics().height();
     column->setContentsMargins(margin * 2, margin, margin * 2, margin);
-    column->addWidget(label_);
+    column->addWidget(label);
     column->addWidget(bar_);
     column->addWidget(cancel_, 0, Qt::AlignCenter);
     connect(cancel_, &QPushButton::clicked, this, [this] { form_.pnlImpStat_Cancel(); });
@@ -45,7 +44,6 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
 }
 
 void LoadingPanel::centerIn(QSize area) {
-    label_->setText(toQt(panel_.lblLabel));
     resize(sizeHint() * 2);
     move((area.width() - width()) / 2, (area.height() - height()) / 2);
 }
@@ -53,10 +51,8 @@ void LoadingPanel::centerIn(QSize area) {
 void LoadingPanel::follow() {
     cancel_->setVisible(panel_.offersCancel);
     if (isVisible() == panel_.visible) return;
-    label_->setText(toQt(panel_.lblLabel));
     bar_->setValue(panel_.progress);
     setVisible(panel_.visible);
-    raise();
     if (panel_.visible) {
         refresh_.start(40);
     } else {

@@ -6,7 +6,6 @@
 
 #include "editor/frmEditing.h"
 
-class QLabel;
 class QProgressBar;
 class QPushButton;
 
@@ -31,7 +30,6 @@ class LoadingPanel : public QFrame {
 
     frmEditing& form_;
     const frmEditing::StatusPanel& panel_;
-    QLabel* label_;
     QProgressBar* bar_;
     QPushButton* cancel_;
     QTimer refresh_;

@@ -72,7 +72,6 @@ CommonPropertiesDialog::CommonPropertiesDialog(CommonProperties& form)
                                 {bind(item.Label4, 'F', flag), flag}}));
     arrange(fields, {ok, cancel});
     showForm();
-    type->setFocus();
 }
 
 BranchDialog::BranchDialog(frmBranch& form)

@@ -229,7 +229,6 @@ void TreePane::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreePane::mouseReleaseEvent(QMouseEvent* event) {
-    mayDrag_ = false;
     const bool right = event->button() == Qt::RightButton;
     if (right) {
         if (pressedOnNode_) setCurrentIndex(indexAt(pressedAt_));
