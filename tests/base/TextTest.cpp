@@ -2,7 +2,6 @@
 #include "base/Text.h"
 
 #include <functional>
-#include <set>
 
 #include "base/Numbers.h"
 #include "model/Addresses.h"
@@ -107,15 +106,6 @@ TEST(Letters, InInvalidUtf8AreOneCharacterPerByte) {
     appendLatin1(latin1, "5 €, üÿ.");
     EXPECT_EQ(latin1, "5 ?, \xFC\xFF.");
     EXPECT_EQ(fromWindows1252("\xE8\x80\x81"), "è€\u0081");
-}
-
-TEST(Hashes, SpreadNumberedKeysEvenly) {
-    for (std::string name; name.size() < 24; name += 'n') {
-        std::set<std::uint32_t> buckets;
-        for (int number = 1000; number < 2000; ++number)
-            buckets.insert(hashIgnoringCase(name + std::to_string(number)) % 65536);
-        EXPECT_GT(buckets.size(), 950) << name;
-    }
 }
 
 }  // namespace

@@ -113,9 +113,6 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         if (what == "view")
             return std::array{"icon", "small icon", "list", "report"}.at(
                 static_cast<std::size_t>(editor.ListView1.view()));
-        if (what == "focus")
-            return std::array{"none", "tree", "list"}.at(
-                static_cast<std::size_t>(editor.activeControl));
         if (what == "visible") return editor.TreeView1.visible ? "yes" : "no";
         if (what == "saved") return document.saved ? "yes" : "no";
         if (what == "settings") {

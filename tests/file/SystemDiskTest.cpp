@@ -257,8 +257,7 @@ TEST_F(SystemDiskTest, RemovesOnlyTheTemporaryFilesOfDeadProcesses) {
 }
 
 TEST_F(SystemDiskTest, KeepsTheOldFileIfTheWriteIsAbortedOrTheDiskIsFull) {
-    const std::function<void(const Write&)> aborts;  // raises an error when called
-    EXPECT_THROW(disk->replace(house, aborts), std::bad_function_call);
+    EXPECT_THROW(disk->replace(house, std::function<void(const Write&)>()), std::bad_function_call);
     const auto saveTooMuch = [&] {
         const rlimit little{4096, 4096};
         if (::setrlimit(RLIMIT_FSIZE, &little) == 0) disk->replace(house, std::string(9999, 'x'));

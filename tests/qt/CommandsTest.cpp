@@ -1,6 +1,7 @@
 // What every window shows, and the icons.
 #include <algorithm>
 
+#include "model/DataTypes.h"
 #include "qt/Icons.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
@@ -67,7 +68,8 @@ class CommandsTest : public QObject {
         WindowWorld world;
         QVERIFY(QTest::qWaitForWindowActive(&world.window));
         QCOMPARE(world.window.windowTitle(), "QUONAutomation - OPCOlvan");
-        QVERIFY(world.window.findChild<QWidget*>("hint")->isVisible());
+        const QWidget& hint = *world.window.findChild<QWidget*>("hint");
+        QVERIFY(hint.isVisible() && hint.rect() == world.window.centralWidget()->rect());
         expectCommandsAsInTheTable(world);
         bool loading = false;
         world.desktop.onPendingEvents = [&] {
@@ -82,7 +84,7 @@ class CommandsTest : public QObject {
         world.openText(configuration(
             plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")) + tag("Light1"))));
         QVERIFY(loading && !world.window.findChild<QLabel*>("lblLabel")->isVisible());
-        QVERIFY(!world.window.findChild<QWidget*>("hint")->isVisible());
+        QVERIFY(!hint.isVisible());
         world.clickNode("Plant.FLOOR1");
         expectCommandsAsInTheTable(world);
         world.clickRow(0);
@@ -105,16 +107,18 @@ class CommandsTest : public QObject {
             return [=, &world] { world.entry(name).trigger(); };
         };
         const auto node = [&](const char* key) { return [=, &world] { world.openNode(key); }; };
-        QCOMPARE(readingOf(entry("mnuSetts")),
-                 "EDI Global Settings: Port Name=COM1, EDI Type=PEI16x9600, RX Timeout (ms)=1000, "
-                 "[OK], Exit");
+        QCOMPARE(
+            readingOf(entry("mnuSetts")),
+            "EDI Global Settings: Port Name*=COM1, EDI Type*=PEI16x9600, RX Timeout (ms)=1000, "
+            "[OK], Exit");
         QCOMPARE(readingOf(entry("mnuAddPlc")),
-                 "Phisical Group Properties: Object Name=New Device 2, BCU Port=COM1, "
-                 "EDI Type=PEI16x9600, Receive Timeout (ms)=1000, [OK], Exit");
+                 "Phisical Group Properties: Object Name*=New Device 2, BCU Port*=COM1, "
+                 "EDI Type*=PEI16x9600, Receive Timeout (ms)=1000, [OK], Exit");
         QCOMPARE(readingOf(node("Plant")),
-                 "Phisical Group Properties: Object Name=Plant, BCU Port=COM2, "
-                 "EDI Type=PEI10x19200, Receive Timeout (ms)=1500, [OK], Exit");
-        QCOMPARE(readingOf(entry("mnuAddBranch")), "Branch: Branch name:=NewBranch2, [OK], Cancel");
+                 "Phisical Group Properties: Object Name*=Plant, BCU Port*=COM2, "
+                 "EDI Type*=PEI10x19200, Receive Timeout (ms)=1500, [OK], Exit");
+        QCOMPARE(readingOf(entry("mnuAddBranch")),
+                 "Branch: Branch name:*=NewBranch2, [OK], Cancel");
         const QString sign =
             "'1' at the start of a branch name: the OPC server cannot read a file that holds this";
         QCOMPARE(
@@ -126,11 +130,11 @@ class CommandsTest : public QObject {
                           QCOMPARE(tooltipAt(*name->findChild<QAbstractButton*>(), {1, 1}), sign);
                           name->setText("FLOOR2");
                       }),
-            "Branch: Branch name:=FLOOR2, [OK], Cancel");
+            "Branch: Branch name:*=FLOOR2, [OK], Cancel");
         const QString address =
-            "Group Address (main)=%1, Group Address (middle)=%2, Group Address (sub)=%3, ";
+            "Group Address (main)*=%1, Group Address (middle)*=%2, Group Address (sub)*=%3, ";
         QCOMPARE(readingOf(entry("mnuAddItem")),
-                 "Group Address Properties: Item Name=New Item 3, Comment=, " +
+                 "Group Address Properties: Item Name*=New Item 3, Comment*=, " +
                      address.arg("", "", "") +
                      "Data Type=EIS1, Access Right=READWRITE, Read, [Add and Exit], "
                      "Add and Increment, Add Vector...., Exit");
@@ -141,27 +145,53 @@ class CommandsTest : public QObject {
                  "Group Address Properties: INSERT NUMBER OF ITEMS TO ADD=1, [OK], Add and Exit, "
                  "Add and Increment, Add Vector...., Exit");
         QCOMPARE(readingOf(node("Plant.FLOOR1.Text1")),
-                 "Group Address Properties: Item Name=Text1, Comment=, " +
+                 "Group Address Properties: Item Name*=Text1, Comment*=, " +
                      address.arg("1", "2", "3") +
                      "Data Type=EIS1, Access Right=READ, Read, [Confirm Modify], Exit");
-        QVERIFY(readingOf(entry("mnuAbout")).startsWith("About OPCOlvan: [OK], "));
+        const auto showsItself = [](QWidget& about) {
+            const auto labels = about.findChildren<QLabel*>();
+            QCOMPARE(labels[0]->pixmap().deviceIndependentSize(), QSizeF(64, 64));
+            QVERIFY(labels[1]->font().bold() && labels[1]->height() > 1.4 * labels[2]->height());
+            QVERIFY(labels[4]->y() > labels[3]->geometry().bottom() + labels[3]->height());
+        };
+        QVERIFY(readingOf(entry("mnuAbout"), showsItself).startsWith("About OPCOlvan: [OK], "));
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
         QCOMPARE(readingOf(entry("mnuItemProperties")),
                  "Properties of Several Items: Data Type=EIS1, Access Right=READ, Olvan Flag=Read, "
                  "[OK], Cancel");
-        world.desktop.clipboard = "Gate\r\nSpot\r\n";
-        QCOMPARE(readingOf(entry("mnuPasteName"),
-                           [](QWidget& dialog) {
-                               auto& grid = *dialog.findChild<QTableView*>()->model();
-                               new QAbstractItemModelTester(&grid, &dialog);
-                               QCOMPARE(grid.headerData(2, Qt::Horizontal), "New Item name");
-                               const auto role = Qt::AccessibleTextRole;
-                               QCOMPARE(grid.headerData(1, Qt::Horizontal, role), "becomes");
-                               QCOMPARE(grid.index(1, 0).data(), "Text2");
-                               QCOMPARE(grid.index(1, 2).data(), "Spot");
-                           }),
+        world.desktop.clipboard = "Gate\r\nA&B\r\n";
+        const auto showsNames = [](QWidget& dialog) {
+            auto& view = *dialog.findChild<QTableView*>();
+            auto& grid = *view.model();
+            new QAbstractItemModelTester(&grid, &dialog);
+            QCOMPARE(grid.headerData(2, Qt::Horizontal), "New Item name");
+            QCOMPARE(grid.headerData(1, Qt::Horizontal, Qt::AccessibleTextRole), "becomes");
+            const auto cell = [&](int row, int column, int role = Qt::DisplayRole) {
+                return grid.index(row, column).data(role);
+            };
+            QCOMPARE(cell(1, 0).toString() + cell(1, 2).toString(), "Text2A&B");
+            // Only the new name of the second row has a fault.
+            for (int at = 0; at < 6; ++at) {
+                const bool isFaulty = at == 5;
+                QCOMPARE(cell(at / 3, at % 3, Qt::ForegroundRole).isValid(), isFaulty);
+                QCOMPARE(cell(at / 3, at % 3, Qt::DecorationRole).isValid(), isFaulty);
+                const QString fault =
+                    cell(at / 3, at % 3, Qt::AccessibleDescriptionRole).toString();
+                const QString tip = cell(at / 3, at % 3, Qt::ToolTipRole).toString();
+                QCOMPARE(tip, (isFaulty ? fault + "\n" : "") + cell(at / 3, at % 3).toString());
+                QCOMPARE(fault.startsWith("'&'"), isFaulty);
+            }
+            QVERIFY(!view.horizontalHeader()->sectionsClickable());
+            const int arrow = view.fontMetrics().horizontalAdvance("<---");
+            QVERIFY(view.columnWidth(1) > arrow &&
+                    view.columnWidth(1) < 2 * view.columnWidth(0) / 5);
+            QVERIFY(view.columnWidth(0) - view.columnWidth(2) < 2);
+            QCOMPARE(view.horizontalHeader()->length(), view.viewport()->width());
+            QVERIFY(view.rowHeight(0) < 2 * view.fontMetrics().height() && !view.wordWrap());
+        };
+        QCOMPARE(readingOf(entry("mnuPasteName"), showsNames),
                  "Replace Text: [Replace], Cancel, Replace Text");
     }
 
@@ -227,19 +257,25 @@ class CommandsTest : public QObject {
                 QVERIFY(drawn == own.pixmap(QSize(24, 24), 1.5).toImage() && drawn.width() == 36);
             }
         }
+        for (const int side : {16, 24, 32, 48, 64, 96})
+            for (const auto mode : {QIcon::Normal, QIcon::Selected}) {
+                const auto drawn = [&](const QIcon& icon) {
+                    return icon.pixmap(QSize(side, side), 1, mode).toImage();
+                };
+                const QImage plain = drawn(icons::tree("plc"));
+                const QImage marked = drawn(icons::marked(icons::tree("plc")));
+                const QRect upper(0, 0, side, side - side * 11 / 16);
+                QVERIFY(marked != plain && marked.copy(upper) == plain.copy(upper));
+                QCOMPARE(marked.pixel(side / 8, side / 2), plain.pixel(side / 8, side / 2));
+            }
         QStringList needed =
             QString(
                 "tree/plc tree/serial tree/branch tree/config tree/item tree/main list/plc "
                 "list/item toolbar/group list/EIS2_V_D list/EIS2_V_P list/EIS3 list/EIS4_C "
                 "list/EIS4_F")
                 .split(' ');
-        WindowWorld world;
-        world.forms.whenShown<frmItems>([&](frmItems& form) {
-            for (const std::string& type : form.cmbDataType.list)
-                needed.append("list/" + toQt(type));
-        });
-        world.openText(configuration(plc("Plant", tag("Lamp"))));
-        world.openNode("Plant.Lamp");
+        for (const DataType& type : dataTypes())
+            needed.append("list/" + toQt(type.name));
         for (const Command* command : toolbarCommands())
             needed.append("toolbar/" + toQt(command->button.picture));
         for (const QString& each : needed)

@@ -1,7 +1,9 @@
 // The main window, operated with mouse and keyboard.
 #include <qpa/qplatformtheme.h>
+#include <qpa/qwindowsysteminterface.h>
 
 #include <QtGui/private/qguiapplication_p.h>
+#include <random>
 #include <regex>
 
 #include "qt/WindowUser.h"
@@ -19,6 +21,27 @@ std::string twoFloors() {
                          plc("Plant", branch("FLOOR1", texts) + branch("FLOOR2", tag("Light1"))));
 }
 
+/// A pale line leads from each node to its parent, and on to its next sibling.
+void expectLines(const QTreeView& tree) {
+    const QImage picture = tree.viewport()->grab().toImage();
+    const auto drawn = [&](int x, int y) {
+        return qGray(picture.pixel(x, y)) > 128 && qGray(picture.pixel(x, y)) < 240;
+    };
+    QModelIndex row = tree.indexBelow(tree.model()->index(0, 0));
+    for (; row.isValid(); row = tree.indexBelow(row)) {
+        const QRect place = tree.visualRect(row);
+        int x = place.left() - 1 - tree.indentation() / 2;
+        QVERIFY(drawn(x, place.top()) && !drawn(x + 1, place.top()));
+        QVERIFY(drawn(place.left() - 1, place.center().y()));
+        for (QModelIndex node = row; node.isValid(); node = node.parent()) {
+            const bool hasNext = node.siblingAtRow(node.row() + 1).isValid();
+            QCOMPARE(drawn(x, place.bottom()), hasNext);
+            QVERIFY(node == row || drawn(x, place.top()) == hasNext);
+            x -= tree.indentation();
+        }
+    }
+}
+
 }  // namespace
 
 class MainWindowTest : public QObject {
@@ -32,6 +55,7 @@ class MainWindowTest : public QObject {
         QCOMPARE(user.shownTree(),
                  "*/plant.xml[Annex[!Door\u263a] Plant[FLOOR1[Text1 "
                  "Text2_of_a_long_name Text3] FLOOR2[Light1]]]");
+        expectLines(tree);
         user.clicks("Plant.FLOOR1");
         QCOMPARE(user.shownRows(), "Text1 Text2_of_a_long_name Text3");
         QCOMPARE(user.columns(),
@@ -97,6 +121,35 @@ class MainWindowTest : public QObject {
         QVERIFY(!user.window.close());
         QVERIFY(user.window.close());
         QCOMPARE(ends, QList({QVariantList{0}}));
+    }
+
+    /// Whatever is renamed, added, removed, expanded or collapsed.
+    static void treeIsAsWideAsItsWidestOpenRow() {
+        WindowUser user(configuration(
+            plc("P", branch("A", branch("B", tag("x") + tag("y")) + tag("z")) + tag("v"))));
+        Document& document = user.document;
+        std::mt19937 random(1);
+        const auto below = [&](std::size_t n) { return random() % n; };
+        const std::string wide(30, 'W');
+        const std::string names[] = {"i", wide, wide + "\ni", "i\n" + wide, "\u4e2d" + wide};
+        for (int step = 0; step < 1'000; ++step) {
+            auto node = document.tree().nodes().begin();
+            for (auto place = below(document.tree().nodes().size()); place > 0; --place)
+                ++node;
+            const bool isItem = (*node)->kind() == NodeKind::item;
+            if (!isItem && (*node)->kind() != NodeKind::branch) continue;
+            const std::string key = (*node)->key().string();
+            const SharedText name(names[below(5)] + std::to_string(step));
+            const auto doing = below(6);
+            if (doing < 2) user.tree.setExpanded(user.indexOf(key.c_str()), doing == 0);
+            for (auto undone = doing == 2 ? below(9) : 0; undone > 0; --undone)
+                document.undo();
+            const Document::Step undoable(document, "Change");
+            if (doing == 3 && document.tree().nodes().size() > 5) document.RemoveSubtree(**node);
+            if (doing > 3)
+                isItem ? document.renameItem(**node, name) : document.renameBranch(**node, name);
+            QCOMPARE(user.disagreement(), "");
+        }
     }
 
     /// Whatever standard keys the desktop has.
@@ -194,6 +247,20 @@ class MainWindowTest : public QObject {
             QCOMPARE(rows, QString(mode) == "icon"
                                ? "*EIS5:Text1 EIS10_S:Text2_of_a_long_name *EIS11_S:Text3"
                                : "*Text1 Text2_of_a_long_name *Text3");
+            const auto placeOf = [&](int row) {
+                return user.rows().visualRect(user.rows().model()->index(row, 0));
+            };
+            const QSize cell = placeOf(0).size();
+            QCOMPARE(placeOf(1).topLeft() - placeOf(0).topLeft(),
+                     QString(mode) == "list" ? QPoint(0, cell.height()) : QPoint(cell.width(), 0));
+            QVERIFY(cell.width() > 20 * user.list.fontMetrics().averageCharWidth());
+            QVERIFY(cell.height() > user.rows().iconSize().height());
+            QCOMPARE(user.rows().iconSize().height() > user.tree.iconSize().height(),
+                     QString(mode) == "icon");
+            const QFont font = user.list.font();
+            user.list.setFont(QFont(font.family(), 2 * font.pointSize()));
+            QVERIFY(placeOf(0).height() > cell.height() && placeOf(0).width() > cell.width());
+            user.list.setFont(font);
             user.window.resize(1, 1);
             QCoreApplication::processEvents();
             QCOMPARE(user.shownRows(), rows);
@@ -233,14 +300,68 @@ class MainWindowTest : public QObject {
         user.drags(header, border, border + QPoint(user.list.width() / 5, 0));
         QVERIFY(user.columns().startsWith("Item Name 4, "));
         const QByteArray wider = header.saveState();
+        const QToolBar& toolbar = *user.window.findChild<QToolBar*>();
+        const QString columns = user.columns();
         for (const QSize now : {2 * size, QSize(1, 1), QSize(1, 2 * size.height()), size}) {
             user.window.resize(now);
             QCoreApplication::processEvents();
             QCOMPARE(user.disagreement(), "");
+            QVERIFY(now.width() == 1 || user.columns() == columns);
+            QVERIFY(user.list.font().pointSizeF() >= 7);
+            if (now.width() == 1 && now.height() > 1) continue;  // not all buttons fit
+            for (const auto* button : toolbar.findChildren<QToolButton*>()) {
+                const bool isMore = button->objectName() == "qt_toolbar_ext_button";
+                const int icon = button->iconSize().height();
+                QVERIFY(isMore ? !button->isVisible()
+                               : toolbar.rect().contains(button->geometry()) && icon <= 32 &&
+                                     icon >= std::min(16, toolbar.height()));
+            }
         }
         QCOMPARE(header.saveState(), wider);
         user.entry("mnuCloseCfg").trigger();
         QVERIFY(!user.tree.isVisible() && !user.list.isVisible());
+    }
+
+    /// Only by Escape and the button of its panel, once that is shown.
+    static void loadingIsCancelledByItsPanel() {
+        for (const bool byKey : {false, true}) {
+            WindowUser user(twoFloors());
+            auto& panel = *user.window.findChild<QFrame*>("pnlImpStat");
+            auto& cancel = *panel.findChild<QPushButton*>("cmdCancel");
+            const QMenuBar& menus = *user.window.menuBar();
+            QWindow* const window = user.window.windowHandle();
+            // Input as from a desktop, which the editor processes when it allows that.
+            using Input = QWindowSystemInterface;
+            const auto clicks = [&](QPoint place, int key = 0) {
+                for (const auto held : {Qt::LeftButton, Qt::NoButton})
+                    Input::handleMouseEvent(window, place, window->mapToGlobal(place), held,
+                                            Qt::LeftButton,
+                                            held == Qt::NoButton ? QEvent::MouseButtonRelease
+                                                                 : QEvent::MouseButtonPress);
+                Input::handleKeyEvent(window, QEvent::KeyPress, key, {});
+                QTest::qSleep(50);
+                QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+            };
+            const QPoint about = menus.actionGeometry(&user.entry("mnuAbout")).center();
+            bool isFirst = true;
+            user.desktop.onPendingEvents = [&] {
+                if (!std::exchange(isFirst, false)) return;
+                const QPoint middle = cancel.mapTo(&user.window, cancel.rect().center());
+                const QSize size = panel.size();
+                clicks(middle, Qt::Key_Escape);
+                QVERIFY(panel.isVisible() && !cancel.isVisible());
+                user.form.loadingTakesLong();
+                user.form.pnlImpStat.progress = 42;
+                clicks(about, Qt::Key_F10);
+                QVERIFY(cancel.isVisible() && !cancel.hasFocus() && panel.size() == size);
+                QCOMPARE(panel.findChild<QProgressBar*>()->value(), 42);
+                expectValidLayout(panel);
+                clicks(byKey ? about : middle, byKey ? Qt::Key_Escape : Qt::Key_F10);
+            };
+            user.openText(twoFloors());
+            QVERIFY(!isFirst && !user.document.open && !panel.isVisible());
+            QVERIFY(user.forms.aboutShown == 0 && QApplication::activePopupWidget() == nullptr);
+        }
     }
 
     /// Exactly one file of a known type, and only with the copy action.
@@ -257,7 +378,8 @@ class MainWindowTest : public QObject {
             if (!enters.isAccepted()) return false;
             QCoreApplication::sendEvent(user.window.windowHandle(), &drops);
             QCoreApplication::processEvents();
-            return enters.dropAction() == Qt::CopyAction && drops.dropAction() == Qt::CopyAction;
+            return enters.dropAction() == Qt::CopyAction && drops.dropAction() == Qt::CopyAction &&
+                   drops.isAccepted();
         };
         QVERIFY(!isTaken({file}, Qt::MoveAction));
         QVERIFY(!isTaken({QUrl::fromLocalFile("/other.txt")}, Qt::CopyAction));

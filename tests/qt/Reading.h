@@ -20,19 +20,21 @@ inline QString accessible(QWidget& widget, QAccessible::Text text) {
     return QAccessible::queryAccessibleInterface(&widget)->text(text);
 }
 
-/// "Branch: Branch name:=B, [OK], Cancel": the title and, in tab order, all fields with their
-/// values and all buttons, the default button in brackets.
+/// "Branch: Branch name:*=B, [OK], Cancel": the title and, in tab order, all fields with their
+/// values and all buttons. Fields that can show a sign have "*", the default button has brackets.
 inline QString reading(const QWidget& window) {
     QStringList parts;
     for (QWidget* part : tabOrder(window)) {
         const auto* button = qobject_cast<QPushButton*>(part);
         QString text = accessible(*part, QAccessible::Name);
-        if (const auto* combo = qobject_cast<QComboBox*>(part)) {
-            text = combo->accessibleName() + "=" + combo->currentText();
-        } else if (qobject_cast<QLineEdit*>(part) != nullptr) {
+        const auto* combo = qobject_cast<QComboBox*>(part);
+        const auto* edit = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(part);
+        const QString is = edit != nullptr && !edit->actions().isEmpty() ? "*=" : "=";
+        if (combo != nullptr) {
+            text = combo->accessibleName() + is + combo->currentText();
+        } else if (edit != nullptr) {
             const QString which = accessible(*part, QAccessible::Description);
-            text += (which.isEmpty() ? "=" : " (" + which + ")=") +
-                    accessible(*part, QAccessible::Value);
+            text += (which.isEmpty() ? "" : " (" + which + ")") + is + edit->text();
         }
         parts.append(button != nullptr && button->isDefault() ? "[" + text + "]" : text);
     }

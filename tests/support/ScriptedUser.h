@@ -299,8 +299,6 @@ class ScriptedUser : public EditorWorld {
         } else if (verb == "search") {
             if (forms.find == nullptr) return false;
             playDialog(*forms.find);
-        } else if (verb == "toolbar") {
-            editor.Toolbar1_ButtonClick(what);
         } else if (verb == "drop") {
             editor.dropFile(what);
         } else if (verb == "clipboard") {
