@@ -167,6 +167,11 @@ void TreePane::keyPressEvent(QKeyEvent* event) {
         viewport()->update();
     }
     const QModelIndex before = currentIndex();
+    const bool isPlain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (event->key() == Qt::Key_Left && isPlain && model_->hasChildren(before) &&
+        isExpanded(before)) {
+        return collapse(before);  // the toolkit does not while the tree is scrolled sideways
+    }
     QTreeView::keyPressEvent(event);
     if (currentIndex() != before) reportClick();
 }

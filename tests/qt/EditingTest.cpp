@@ -156,7 +156,9 @@ class EditingTest : public QObject {
         for (int i = 100; i < 300; ++i)
             items += tag("Lamp" + std::to_string(i));
         WindowUser user(configuration(plc("Plant", branch("HALL", items))));
+        user.tree.setGeometry(0, 40, 260, 200);
         user.clicks("Plant.HALL");
+        user.tree.horizontalScrollBar()->setValue(5);
         user.presses("Left");
         user.forms.whenShown<frmItems>([](frmItems& form) {
             form.txtItemName.text = "Lamp250b";
@@ -165,9 +167,12 @@ class EditingTest : public QObject {
         });
         user.presses("Ctrl+I");
         const auto isSeen = [](const QAbstractItemView& view, const QModelIndex& index) {
-            return view.viewport()->rect().contains(view.visualRect(index));
+            const QRect place(view.visualRect(index).topLeft(), view.sizeHintForIndex(index));
+            return view.viewport()->rect().contains(place);
         };
-        QVERIFY(isSeen(user.tree, user.indexOf("Plant.HALL.Lamp250b")));
+        QTRY_VERIFY(isSeen(user.tree, user.indexOf("Plant.HALL.Lamp250b")));
+        QVERIFY(user.tree.horizontalScrollBar()->value() <
+                user.tree.horizontalScrollBar()->maximum());
         QVERIFY(isSeen(user.rows(), user.rows().model()->index(151, 0)));
     }
 

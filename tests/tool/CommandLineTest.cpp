@@ -40,8 +40,6 @@ branch,F, is branch,F,hall -> 4: error: comment: the branch has none: to be left
 branch,F is branch,1F -> 4: error: name: '1' at the start of a branch name: the OPC server cannot read a file that holds this
 Plant.F,branch is Plant.F,device -> 4: error: kind: a device stands below nothing
 Plant.F,branch,F,,,,,,,^ is  -> 4: error: path: no device or branch "Plant.F"
-Plant.F,branch is .F,branch -> 4: error: path: no path: ".F"
-Plant.F,branch is Plant\F,branch -> 4: error: path: no path: "Plant\F"
 item,Text is item, -> 5: error: name: Item name field is empty.
 item,Text is item,Lamp -> 6: error: name: Name already existing. Please use a different name
 Plant.F.Text is plant.f.lamp -> 6: error: path: also in line 5
