@@ -10,6 +10,9 @@ else()
                             -Wold-style-cast -Wnon-virtual-dtor -Woverloaded-virtual)
 endif()
 
+# A wrong index ends a debug build.
+target_compile_definitions(project_flags INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+
 if(MINGW)
   # Address space layout randomisation and data execution prevention are the linker's defaults. GCC
   # has no control flow protection for Windows.
