@@ -49,6 +49,8 @@ TEST(FileRules, FindACharacterAnywhereInAText) {
                     ASSERT_EQ(asRead(text, place), start + asRead(character, place) + end);
                     ASSERT_EQ(traitsOf(text).hasPoint, character == ".") << text;
                 }
+    EXPECT_EQ(asRead("\r\n\r\t\n\u20AC", FilePlace::content), "\n\n\t\n?");
+    EXPECT_EQ(asRead("\r\n\r\t\n\u20AC", FilePlace::attribute), "    ?");
 }
 
 TEST(FileRules, LimitTheLengthOfAllKeysTogether) {
