@@ -91,7 +91,7 @@ QWidget* ItemDialog::buildFields() {
     auto* frame = new QWidget(this);
     frame->setObjectName("frmMain");
     auto* rows = new QFormLayout(frame);
-    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setContentsMargins(QMargins());
     const auto add = [&](const Label& label, char accelerator, QWidget* field) {
         rows->addRow(bind(label, accelerator, field), field);
     };
@@ -124,7 +124,7 @@ QWidget* ItemDialog::buildFields() {
 QWidget* ItemDialog::buildAddress() {
     auto* parts = new QWidget(this);
     auto* row = new QHBoxLayout(parts);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(QMargins());
     const char* const names[] = {"txtAddress0", "txtAddress1", "txtAddress2"};
     const QString titles[] = {tr("main"), tr("middle"), tr("sub")};
     for (std::size_t i = 0; i < form_.txtAddress.size(); ++i) {
@@ -148,7 +148,7 @@ QWidget* ItemDialog::buildFlag() {
     auto* frame = new QWidget(this);
     frame->setObjectName("frmOption");
     auto* row = new QHBoxLayout(frame);
-    row->setContentsMargins(0, 0, 0, 0);
+    row->setContentsMargins(QMargins());
     auto* group = new QButtonGroup(frame);
     const char* const names[] = {"optLettura0", "optLettura1"};
     const char accelerators[] = {'e', 'T'};

@@ -146,7 +146,7 @@ void MainWindow::buildToolbar() {
     if (auto* more = toolbar_->findChild<QToolButton*>("qt_toolbar_ext_button")) {
         more->setAccessibleName(tr("More commands"));
     }
-    toolbar_->layout()->setContentsMargins(0, 0, 0, 0);
+    toolbar_->layout()->setContentsMargins(QMargins());
     toolbar_->layout()->setSpacing(0);
     auto* viewModes = new QActionGroup(this);
     auto group = ToolbarButton::Group::none;

@@ -114,31 +114,4 @@ TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
     EXPECT_GT(goneBack, steps / 20);
 }
 
-TEST_F(Undo, CountsTheTextsThatAStepKeeps) {
-    constexpr std::size_t items = 10;
-    constexpr std::size_t length = 10'000;  // of each name and comment
-    std::string contents;
-    for (std::size_t i = 0; i < items; ++i)
-        contents += tag(std::to_string(i) + std::string(length, 'x'));
-    open("/house.xml", configuration(plc("P", branch("F", contents)) + plc("Q")));
-    Node& branch = document.tree().nodeAt("P.F");
-
-    /// The step of `act` must count `kept` bytes for each item, and not much more.
-    const auto expectBytes = [&](std::size_t kept, const std::function<void(Node&)>& act) {
-        const std::size_t before = document.historyBytes();
-        {
-            const Document::Step step(document, "Change");
-            for (Node* item : std::vector(branch.GetChildren()))
-                act(*item);
-        }
-        const std::size_t bytes = document.historyBytes() - before;
-        EXPECT_GE(bytes, kept * items);
-        EXPECT_LE(bytes, kept * items + items * 800 + 800);
-    };
-    expectBytes(0, [&](Node& item) { document.setComment(item, std::string(length, 'y')); });
-    expectBytes(length, [&](Node& item) { document.setComment(item, std::string(length, 'z')); });
-    expectBytes(length + 100, [&](Node& item) { document.renameItem(item, item.key()); });
-    expectBytes(2 * length + 300, [&](Node& item) { document.RemoveSubtree(item); });
-}
-
 }  // namespace

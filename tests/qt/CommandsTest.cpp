@@ -71,6 +71,7 @@ class CommandsTest : public QObject {
         const QWidget& hint = *world.window.findChild<QWidget*>("hint");
         QVERIFY(hint.isVisible() && hint.rect() == world.window.centralWidget()->rect());
         expectCommandsAsInTheTable(world);
+        world.window.resize(world.window.size() * 3 / 4);
         bool loading = false;
         world.desktop.onPendingEvents = [&] {
             if (std::exchange(loading, true)) return;
@@ -88,10 +89,12 @@ class CommandsTest : public QObject {
         world.clickNode("Plant.FLOOR1");
         expectCommandsAsInTheTable(world);
         world.clickRow(0);
+        QCOMPARE(world.rows().accessibleName(), "Contents");
         world.button("list").click();
         expectCommandsAsInTheTable(world);
         QCOMPARE(reading(world.window), "QUONAutomation - OPCOlvan: Contents, Configuration tree");
         // At the opening size the parts have fixed fractions of the inner area.
+        world.window.resize(world.form.referenceSize.width, world.form.referenceSize.height);
         const QSize inner = world.window.centralWidget()->size();
         const auto layout = frmEditing::layoutFor({inner.width(), inner.height()});
         for (const auto& [part, place] :
@@ -144,7 +147,16 @@ class CommandsTest : public QObject {
                            }),
                  "Group Address Properties: INSERT NUMBER OF ITEMS TO ADD=1, [OK], Add and Exit, "
                  "Add and Increment, Add Vector...., Exit");
-        QCOMPARE(readingOf(node("Plant.FLOOR1.Text1")),
+        const auto isAligned = [](QWidget& dialog) {
+            const auto left = [&](const char* name) {
+                return dialog.findChild<QWidget*>(name)->mapTo(&dialog, QPoint()).x();
+            };
+            QCOMPARE(left("txtAddress0"), left("txtItemName"));
+            QCOMPARE(left("optLettura0"), left("txtItemName"));
+            const QRect last = dialog.findChild<QWidget*>("cmdCancel")->geometry();
+            QVERIFY(last.right() > dialog.width() - dialog.fontMetrics().height());
+        };
+        QCOMPARE(readingOf(node("Plant.FLOOR1.Text1"), isAligned),
                  "Group Address Properties: Item Name*=Text1, Comment*=, " +
                      address.arg("1", "2", "3") +
                      "Data Type=EIS1, Access Right=READ, Read, [Confirm Modify], Exit");
@@ -183,7 +195,8 @@ class CommandsTest : public QObject {
                 QCOMPARE(tip, (isFaulty ? fault + "\n" : "") + cell(at / 3, at % 3).toString());
                 QCOMPARE(fault.startsWith("'&'"), isFaulty);
             }
-            QVERIFY(!view.horizontalHeader()->sectionsClickable());
+            QVERIFY(!view.horizontalHeader()->sectionsClickable() &&
+                    view.verticalHeader()->isHidden());
             const int arrow = view.fontMetrics().horizontalAdvance("<---");
             QVERIFY(view.columnWidth(1) > arrow &&
                     view.columnWidth(1) < 2 * view.columnWidth(0) / 5);

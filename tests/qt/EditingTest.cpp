@@ -171,6 +171,9 @@ class EditingTest : public QObject {
             return view.viewport()->rect().contains(place);
         };
         QTRY_VERIFY(isSeen(user.tree, user.indexOf("Plant.HALL.Lamp250b")));
+        user.tree.horizontalScrollBar()->setValue(0);
+        QTest::qWait(5);
+        QCOMPARE(user.tree.horizontalScrollBar()->value(), 0);
         const auto row = user.names().split(' ').indexOf("Lamp250b");
         QVERIFY(isSeen(user.rows(), user.rows().model()->index(static_cast<int>(row), 0)));
     }

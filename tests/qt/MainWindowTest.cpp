@@ -56,6 +56,7 @@ class MainWindowTest : public QObject {
                  "*/plant.xml[Annex[!Door\u263a] Plant[FLOOR1[Text1 "
                  "Text2_of_a_long_name Text3] FLOOR2[Light1]]]");
         expectLines(tree);
+        QVERIFY(!tree.header()->isVisible());
         user.clicks("Plant.FLOOR1");
         QCOMPARE(user.shownRows(), "Text1 Text2_of_a_long_name Text3");
         QCOMPARE(user.columns(),
@@ -239,6 +240,8 @@ class MainWindowTest : public QObject {
         user.presses("Ctrl+A Home");
         user.clicks(2, Qt::LeftButton, Qt::ControlModifier);
         QCOMPARE(user.shownRows(), "*Text1 Text2_of_a_long_name *Text3");
+        user.presses("F2");
+        QCOMPARE(user.opened(), "Text3");
         const QSize size = user.window.size();
         for (const char* mode : {"icon", "smallicon", "list"}) {
             user.button(mode).click();
@@ -273,6 +276,7 @@ class MainWindowTest : public QObject {
                  "Paste Item comments from Clipboard");
         QCOMPARE(user.shownRows(), "Text1 *Text2_of_a_long_name Text3");
         user.entry("mnuReport").trigger();
+        QVERIFY(user.rows().visualRect(user.rows().model()->index(0, 0)).height() < 30);
         user.drags(user.rows(), user.spotOnRow(0), user.spotOnRow(2), Qt::RightButton);
         QCOMPARE(user.shownRows(), "*Text1 Text2_of_a_long_name Text3");
         user.presses("Down Menu");
@@ -314,6 +318,7 @@ class MainWindowTest : public QObject {
                 const int icon = button->iconSize().height();
                 QVERIFY(isMore ? !button->isVisible()
                                : toolbar.rect().contains(button->geometry()) && icon <= 32 &&
+                                     button->height() - icon <= 9 &&
                                      icon >= std::min(16, toolbar.height()));
             }
         }
@@ -354,6 +359,7 @@ class MainWindowTest : public QObject {
                 user.form.pnlImpStat.progress = 42;
                 clicks(about, Qt::Key_F10);
                 QVERIFY(cancel.isVisible() && !cancel.hasFocus() && panel.size() == size);
+                QCOMPARE(panel.accessibleName(), "Loading");
                 QCOMPARE(panel.findChild<QProgressBar*>()->value(), 42);
                 expectValidLayout(panel);
                 clicks(byKey ? about : middle, byKey ? Qt::Key_Escape : Qt::Key_F10);
