@@ -38,7 +38,7 @@ TEST_F(RandomWalk, EditorAgreesWithTheNaiveModel) {
     std::mt19937 random(walkSetting("WALK_SEED", 7));
     RandomSteps generator([&](std::size_t below) { return random() % below; }, *this);
     std::vector<std::string> steps;
-    const unsigned count = walkSetting("WALK_STEPS", 30000);
+    const unsigned count = walkSetting("WALK_STEPS", 100000);
     for (unsigned i = 1; i <= count && !HasFailure(); ++i) {
         steps.push_back(generator.nextStep());
         if (steps.back().starts_with("mnuNew")) steps = {steps.back()};

@@ -91,7 +91,7 @@ class Undo : public ::testing::Test, protected ScriptedUser {
 };
 
 TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
-    const unsigned steps = walkSetting("WALK_STEPS", 10000);
+    const unsigned steps = walkSetting("WALK_STEPS", 30000);
     for (unsigned i = 1; i <= steps && !HasFailure(); ++i) {
         const State before = stateOf(document);
         const std::string step = generator.nextStep();

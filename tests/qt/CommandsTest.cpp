@@ -68,7 +68,8 @@ class CommandsTest : public QObject {
         WindowWorld world;
         QVERIFY(QTest::qWaitForWindowActive(&world.window));
         QCOMPARE(world.window.windowTitle(), "QUONAutomation - OPCOlvan");
-        const QWidget& hint = *world.window.findChild<QWidget*>("hint");
+        const QLabel& hint = *world.window.findChild<QLabel*>("hint");
+        QVERIFY(hint.text().startsWith("Begin with <b>New Configuration</b>, <b>Open Config"));
         QVERIFY(hint.isVisible() && hint.rect() == world.window.centralWidget()->rect());
         expectCommandsAsInTheTable(world);
         world.window.resize(world.window.size() * 3 / 4);
@@ -139,7 +140,7 @@ class CommandsTest : public QObject {
         QCOMPARE(readingOf(entry("mnuAddItem")),
                  "Group Address Properties: Item Name*=New Item 3, Comment*=, " +
                      address.arg("", "", "") +
-                     "Data Type=EIS1, Access Right=READWRITE, Read, [Add and Exit], "
+                     "Data Type: EIS1, Access Right: READWRITE, Read, [Add and Exit], "
                      "Add and Increment, Add Vector...., Exit");
         QCOMPARE(readingOf(entry("mnuAddItem"),
                            [](QWidget& dialog) {
@@ -159,7 +160,7 @@ class CommandsTest : public QObject {
         QCOMPARE(readingOf(node("Plant.FLOOR1.Text1"), isAligned),
                  "Group Address Properties: Item Name*=Text1, Comment*=, " +
                      address.arg("1", "2", "3") +
-                     "Data Type=EIS1, Access Right=READ, Read, [Confirm Modify], Exit");
+                     "Data Type: EIS1, Access Right: READ, Read, [Confirm Modify], Exit");
         const auto showsItself = [](QWidget& about) {
             const auto labels = about.findChildren<QLabel*>();
             QCOMPARE(labels[0]->pixmap().deviceIndependentSize(), QSizeF(64, 64));
@@ -170,9 +171,10 @@ class CommandsTest : public QObject {
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
-        QCOMPARE(readingOf(entry("mnuItemProperties")),
-                 "Properties of Several Items: Data Type=EIS1, Access Right=READ, Olvan Flag=Read, "
-                 "[OK], Cancel");
+        QCOMPARE(
+            readingOf(entry("mnuItemProperties")),
+            "Properties of Several Items: Data Type: EIS1, Access Right: READ, Olvan Flag: Read, "
+            "[OK], Cancel");
         world.desktop.clipboard = "Gate\r\nA&B\r\n";
         const auto showsNames = [](QWidget& dialog) {
             auto& view = *dialog.findChild<QTableView*>();

@@ -129,6 +129,8 @@ class EditingTest : public QObject {
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         QCOMPARE(reading(*dialog),
                  "Find Item: Type the name of the item to find*=, [Find], Find Next, Exit");
+        expectMnemonics(*dialog);
+        expectValidLayout(*dialog);
         dialog->findChild<QLineEdit*>("txtFind")->setText("lam");
         dialog->findChild<QPushButton*>("cmdFind")->click();
         QCOMPARE(user.shownTree(), "/plant.xml[Plant[HALL[*Lamp Lamp2]]]");

@@ -21,7 +21,8 @@ inline QString accessible(QWidget& widget, QAccessible::Text text) {
 }
 
 /// "Branch: Branch name:*=B, [OK], Cancel": the title and, in tab order, all fields with their
-/// values and all buttons. Fields that can show a sign have "*", the default button has brackets.
+/// values and all buttons. Fields that can show a sign have "*", the default button has brackets;
+/// "Data Type: EIS1" is a field without free text.
 inline QString reading(const QWidget& window) {
     QStringList parts;
     for (QWidget* part : tabOrder(window)) {
@@ -29,7 +30,7 @@ inline QString reading(const QWidget& window) {
         QString text = accessible(*part, QAccessible::Name);
         const auto* combo = qobject_cast<QComboBox*>(part);
         const auto* edit = combo ? combo->lineEdit() : qobject_cast<QLineEdit*>(part);
-        const QString is = edit != nullptr && !edit->actions().isEmpty() ? "*=" : "=";
+        const QString is = edit == nullptr ? ": " : edit->actions().isEmpty() ? "=" : "*=";
         if (combo != nullptr) {
             text = combo->accessibleName() + is + combo->currentText();
         } else if (edit != nullptr) {

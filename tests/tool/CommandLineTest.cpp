@@ -46,7 +46,6 @@ Plant.F.Text is plant.f.lamp -> 6: error: path: also in line 5
 1/2/3 is 1/2 -> 5: error: address: Group Address field is empty.
 1/2/3 is 1/2/256 -> 5: error: address: Group Address field is not valid. It must be between 0 and 255.
 EIS15,14 is EIS15, -> 5: error: elements: Number of elements field is empty.
-EIS15,14 is EIS15,-1 -> 5: error: elements: Number of elements field is not valid.
 EIS15,14 is EIS15,32768 -> 5: error: elements: Overflow
 EIS15,14 is EIS5,14 -> 5: error: elements: the data type has none: to be left empty
 14,READ is 14,YES -> 5: error: flag: neither READ nor TRANSMIT
