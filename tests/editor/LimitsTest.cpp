@@ -379,6 +379,21 @@ TEST(Costs, GrowLinearlyWithTheInputAndNeverBlockTheWindows) {
         }
     }
 }
+
+TEST_F(Limits, MemoryDoesNotGrowInAThousandRounds) {
+    std::size_t before = 0;
+    for (int round = 1; round <= 1000; ++round) {
+        open("/house.xml", configuration(plc("Plant", branch("F", tag("x")))));
+        click("Plant");
+        willEnterBranchName("G");
+        editor.mnuAddBranch_Click();
+        EXPECT_EQ(saved(), "/house.xml saved\n");
+        editor.mnuCloseCfg_Click();
+        registry.calls.clear();
+        if (round == 100) before = ::mallinfo2().uordblks;
+    }
+    EXPECT_LT(::mallinfo2().uordblks, before + 10'000) << "12 bytes per round";
+}
 #endif
 
 }  // namespace

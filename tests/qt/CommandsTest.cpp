@@ -161,13 +161,7 @@ class CommandsTest : public QObject {
                  "Group Address Properties: Item Name*=Text1, Comment*=, " +
                      address.arg("1", "2", "3") +
                      "Data Type: EIS1, Access Right: READ, Read, [Confirm Modify], Exit");
-        const auto showsItself = [](QWidget& about) {
-            const auto labels = about.findChildren<QLabel*>();
-            QCOMPARE(labels[0]->pixmap().deviceIndependentSize(), QSizeF(64, 64));
-            QVERIFY(labels[1]->font().bold() && labels[1]->height() > 1.4 * labels[2]->height());
-            QVERIFY(labels[4]->y() > labels[3]->geometry().bottom() + labels[3]->height());
-        };
-        QVERIFY(readingOf(entry("mnuAbout"), showsItself).startsWith("About OPCOlvan: [OK], "));
+        QVERIFY(readingOf(entry("mnuAbout")).startsWith("About OPCOlvan: [OK], "));
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
