@@ -234,6 +234,8 @@ void TreePane::mouseMoveEvent(QMouseEvent* event) {
 }
 
 void TreePane::mouseReleaseEvent(QMouseEvent* event) {
+    // The next press may not reach the tree: it may only close the context menu.
+    mayDrag_ = false;
     const bool right = event->button() == Qt::RightButton;
     if (right) {
         if (pressedOnNode_) setCurrentIndex(indexAt(pressedAt_));

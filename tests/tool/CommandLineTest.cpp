@@ -259,7 +259,7 @@ TEST(CommandLine, HelpIsPrintedAndWrongArgumentsAreRefused) {
         EXPECT_EQ(world.run(command), 2);
         EXPECT_NE(world.err, "");
     }
-    // As the page of the documents has it.
+    // The page of the program lists all options, in the same words.
     const auto squeezed = [](std::string text) {
         std::erase_if(
             text, [](char c) { return std::string_view(" \r\n`|").find(c) != std::string::npos; });
@@ -271,8 +271,7 @@ TEST(CommandLine, HelpIsPrintedAndWrongArgumentsAreRefused) {
         if (cells.size() != 3 || !cells[1].starts_with("`-")) continue;
         world.must(squeezed(cells[0]) + " --help");
         EXPECT_NE(squeezed(world.out).find(squeezed(cells[1] + cells[2])), std::string::npos)
-            << row << "\n"
-            << world.out;
+            << row;
         ++options;
     }
     EXPECT_EQ(options, 14);
