@@ -14,22 +14,20 @@
 namespace {
 
 /// Calls `take` with each line of a text from the clipboard, without leading and trailing blanks,
-/// until it returns false. Lines end with CR LF. If the text contains none, lines end with LF, as
-/// some desktops convert CR LF to LF. Text after the last line end is ignored. A text without a
-/// line end is one line, and its blanks are kept.
-void forEachPastedLine(std::string_view text,
+/// until it returns false. Returns whether it always returned true. Lines end with CR LF. If the
+/// text contains none, lines end with LF, as some desktops convert CR LF to LF. Text after the last
+/// line end is ignored. A text without a line end is one line, and its blanks are kept.
+bool forEachPastedLine(std::string_view text,
                        const std::function<bool(std::string_view line)>& take) {
     const std::string_view lineEnd = text.find("\r\n") == std::string_view::npos ? "\n" : "\r\n";
     auto end = text.find(lineEnd);
     // Deliberate: a last line without a line end is used only when it is the only line.
-    if (end == std::string_view::npos) {
-        take(text);
-        return;
-    }
+    if (end == std::string_view::npos) return take(text);
     for (; end != std::string_view::npos; end = text.find(lineEnd)) {
-        if (!take(withoutBlanks(text.substr(0, end)))) return;
+        if (!take(withoutBlanks(text.substr(0, end)))) return false;
         text.remove_prefix(end + lineEnd.size());
     }
+    return true;
 }
 
 /// Predicts which names will be refused when many items are renamed one after another.
@@ -124,10 +122,9 @@ void PastedTexts::paste(const Kind& kind) {
     if (text.empty()) return desktop_.showMessage("Empty clipboard !");
     // Counted before they are stored: a clipboard may contain millions of lines.
     std::size_t count = 0;
-    bool passed = true;
-    forEachPastedLine(text, [&](std::string_view line) {
+    const bool passed = forEachPastedLine(text, [&](std::string_view line) {
         ++count;
-        return passed = kind.check(line);
+        return kind.check(line);
     });
     if (!passed) return;
     Rows rows;

@@ -22,26 +22,30 @@ class RandomSteps {
         : below_(std::move(choose)), world_(world) {}
 
     std::string nextStep() {
+        if (!next_.empty()) return std::exchange(next_, "");
         const Document& document = world_.document;
         const auto records = document.items().count() + document.branches().count();
         const bool isStuck = document.tree().nodes().size() < 5 && document.devices().count() > 2;
         if (!document.open || records > 40 || isStuck || below_(400) == 0) return "mnuNewCfg ? no";
+        const auto& rows = world_.editor.ListView1.rows();
+        if (below_(3) == 0 && std::ranges::any_of(rows, &ListView::Row::selected)) {
+            next_ = oneOf({"mnuCopy", "mnuPasteName: Replace", "mnuPasteName: Replace",
+                           "mnuPasteComment: Replace", "mnuPasteName: Cancel", ""});
+            return "clipboard " + newTexts();
+        }
         const auto action = below_(20);
         if (action < 4) return "click " + anyKey();
-        if (action < 7) return drag();
+        if (action < 6) return drag();
         switch (action) {
+            case 6:
             case 7: return "rows" + anyRows();
             case 8: return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1"});
             case 9: return "doubleclick: " + properties(document.tree().selected());
             case 10: return doubleClickOnRow();
             case 11:
-                return std::string("clipboard ") +
-                       oneOf({"", "A~^", "A.x^", "x^y^", "X^A^", "z^New_Item^", "b", "x~^b"});
             case 12: return std::string(oneOf({"mnuDelete", "mnuCut"})) + " ? yes";
             case 13: return oneOf({"mnuDelete ? no", "mnuCut ? no", "mnuCopy"});
             case 14:
-                return oneOf(
-                    {"mnuPasteName: Replace", "mnuPasteComment: Replace", "mnuPasteName: Cancel"});
             case 15: return "mnuAddBranch: Branch name: = " + anyName() + "; OK; Cancel";
             case 16: return "mnuAddPlc: Object Name = " + anyName() + "; OK; Exit";
             case 17: return "mnuAddItem: " + newItem();
@@ -77,6 +81,14 @@ class RandomSteps {
             if (below_(2) == 0) texts += " " + row.text();
         return texts;
     }
+    /// Most often as many lines as there are selected rows.
+    std::string newTexts() {
+        const std::string lineEnd = oneOf({"^", "^", "~^", ""});
+        std::string lines;
+        for (const auto& row : world_.editor.ListView1.rows())
+            if (row.selected != (below_(20) == 0)) lines += anyName() + lineEnd;
+        return lines;
+    }
     std::string drag() {
         const std::string from = anyKey(), to = anyKey();
         // Rarely to the root, as a node there cannot be saved.
@@ -97,5 +109,6 @@ class RandomSteps {
     }
 
     Choose below_;
+    std::string next_;  // follows in any case, if not empty
     const EditorWorld& world_;
 };

@@ -241,6 +241,10 @@ class ScriptedUser : public EditorWorld {
                        shown != expected && cut(shown, " of ").first != expected) {
                 differs(seen, expected, shown);
             }
+            if constexpr (requires { form.closed(); }) {
+                if (form.closed()) return;
+                if (&entry == &entries_.back()) differs("dialog", "closed", "open");
+            }
         }
     }
 
