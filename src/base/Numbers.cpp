@@ -13,32 +13,30 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\n";
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-std::size_t skipDigits(std::string_view text, std::size_t i) {
-    while (i < text.size() && isDigit(text[i]))
-        ++i;
-    return i;
+/// Removes the digits at the beginning of the text. Returns how many there were.
+std::size_t skipDigits(std::string_view& text) {
+    const auto count = std::min(text.size(), text.find_first_not_of("0123456789"));
+    text.remove_prefix(count);
+    return count;
 }
 
 /// Returns the length of the unsigned decimal number at the beginning of the text; 0 when there is
 /// none.
 std::size_t numberLength(std::string_view text) {
-    std::size_t end = skipDigits(text, 0);
-    std::size_t digits = end;
-    if (end < text.size() && text[end] == '.') {
-        const std::size_t fractionEnd = skipDigits(text, end + 1);
-        digits += fractionEnd - (end + 1);
-        end = fractionEnd;
+    std::string_view rest = text;
+    std::size_t digits = skipDigits(rest);
+    if (rest.starts_with('.')) {
+        rest.remove_prefix(1);
+        digits += skipDigits(rest);
     }
     if (digits == 0) return 0;
-    if (end < text.size() && (text[end] == 'e' || text[end] == 'E')) {
-        std::size_t exponent = end + 1;
-        if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
-        const std::size_t exponentEnd = skipDigits(text, exponent);
-        if (exponentEnd > exponent) end = exponentEnd;
+    std::string_view exponent = rest;
+    if (rest.starts_with('e') || rest.starts_with('E')) {
+        exponent.remove_prefix(1);
+        if (exponent.starts_with('+') || exponent.starts_with('-')) exponent.remove_prefix(1);
+        if (skipDigits(exponent) > 0) rest = exponent;
     }
-    return end;
+    return text.size() - rest.size();
 }
 
 /// The number at the beginning of a text, after blanks: its sign, and its characters after the
@@ -98,9 +96,7 @@ Integer roundTo(double number) {
 
 double leadingNumber(std::string_view text) {
     const auto [negative, digits] = numberIn(text);
-    if (digits.empty()) return 0;
-
-    double number = 0;
+    double number = 0;  // stays 0 when there is none
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
         number = isHuge(digits) ? std::numeric_limits<double>::infinity() : 0;
@@ -116,7 +112,8 @@ bool isNumber(std::string_view text) {
 }
 
 std::string plainDecimal(double number) {
-    std::array<char, 512> digits{};  // the longest double has 309 before its point
+    // 1,024 characters: the longest double has 309 before its point.
+    std::array<char, std::numeric_limits<double>::max_exponent> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                    std::chars_format::fixed);
     return {digits.data(), end.ptr};

@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <compare>
 #include <cstdint>
 #include <cstring>
-#include <optional>
+#include <iterator>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -15,6 +17,8 @@ constexpr char32_t replacement = 0xFFFD;
 bool isAscii(char c) { return static_cast<unsigned char>(c) < 0x80; }
 
 constexpr std::uint64_t everyByte(std::uint64_t byte) { return byte * 0x0101010101010101U; }
+
+bool isAsciiBlock(std::uint64_t bytes) { return (bytes & everyByte(0x80)) == 0; }
 
 char upperAscii(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
@@ -67,26 +71,6 @@ void appendUtf8(std::string& out, char32_t c) {
     }
 }
 
-/// Returns the first eight bytes of the text, if it has that many and all are ASCII.
-std::optional<std::uint64_t> asciiBlock(std::string_view text) {
-    std::uint64_t bytes = 0;
-    if (text.size() < sizeof bytes) return std::nullopt;
-    std::memcpy(&bytes, text.data(), sizeof bytes);
-    if ((bytes & everyByte(0x80)) != 0) return std::nullopt;
-    return bytes;
-}
-
-/// Returns the bytes of a text shorter than eight bytes, and their number in the top byte, if all
-/// are ASCII.
-std::optional<std::uint64_t> asciiEnd(std::string_view text) {
-    std::uint64_t bytes = 0;
-    if (text.size() >= sizeof bytes) return std::nullopt;
-    for (const char c : text)
-        bytes = bytes << 8U | static_cast<unsigned char>(c);
-    if ((bytes & everyByte(0x80)) != 0) return std::nullopt;
-    return bytes | std::uint64_t{text.size()} << 56U;
-}
-
 /// Returns eight ASCII characters in upper case.
 std::uint64_t upperAscii(std::uint64_t block) {
     const std::uint64_t fromA = block + everyByte(0x80 - 'a');       // top bit: not before "a"
@@ -123,34 +107,40 @@ std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
-/// Returns the digits from `position` on without leading zeros, and moves `position` after them.
-std::string_view takeNumber(std::string_view text, std::size_t& position) {
-    while (position < text.size() && text[position] == '0')
-        ++position;
-    const std::size_t start = position;
-    while (position < text.size() && isDigit(text[position]))
-        ++position;
-    return text.substr(start, position - start);
+/// Removes the digits at the beginning of the text. Returns them without leading zeros.
+std::string_view takeNumber(std::string_view& text) {
+    const auto digits = text.substr(0, std::min(text.size(), text.find_first_not_of("0123456789")));
+    text.remove_prefix(digits.size());
+    return digits.substr(std::min(digits.size(), digits.find_first_not_of('0')));
+}
+
+/// Removes the first character of the text. Returns its base letter.
+char32_t takeBaseLetter(std::string_view& text) {
+    std::size_t length = 0;
+    const char32_t letter = baseLetter(nextCharacter(text, length));
+    text.remove_prefix(length);
+    return letter;
 }
 
 /// Returns the number of ASCII characters at the beginning of the text.
 std::size_t asciiLength(std::string_view text) {
     std::size_t i = 0;
-    for (std::uint64_t block = 0; text.size() - i >= sizeof block; i += sizeof block) {
+    for (std::uint64_t block{}; text.size() - i >= sizeof block; i += sizeof block) {
         std::memcpy(&block, text.data() + i, sizeof block);
-        if ((block & everyByte(0x80)) != 0) break;
+        if (!isAsciiBlock(block)) break;
     }
-    while (i < text.size() && isAscii(text[i]))
-        ++i;
-    return i;
+    const auto rest = text.substr(i);
+    return i + static_cast<std::size_t>(std::ranges::find_if_not(rest, isAscii) - rest.begin());
 }
 
-/// Returns the number of continuation bytes after a lead byte; 0 for any other byte.
-std::size_t continuationBytes(unsigned char lead) {
-    if (lead >= 0xC2 && lead <= 0xDF) return 1;
-    if (lead >= 0xE0 && lead <= 0xEF) return 2;
-    if (lead >= 0xF0 && lead <= 0xF4) return 3;
-    return 0;
+/// True when texts of the same size differ in nothing but case.
+bool haveEqualLetters(std::string_view a, std::string_view b) {
+    for (std::size_t i = 0; i != a.size();) {
+        std::size_t j = i;
+        // U+FFFD itself is longer than a byte that counts as one.
+        if (upper(nextCharacter(a, i)) != upper(nextCharacter(b, j)) || i != j) return false;
+    }
+    return true;
 }
 
 }  // namespace
@@ -158,30 +148,25 @@ std::size_t continuationBytes(unsigned char lead) {
 char32_t nextCharacter(std::string_view text, std::size_t& position) {
     const auto lead = static_cast<unsigned char>(text[position++]);
     if (lead < 0x80) return lead;
-    const std::size_t count = continuationBytes(lead);
-    if (count == 0 || position + count > text.size()) return replacement;
-    auto c = static_cast<char32_t>(lead & (0x3FU >> count));
-    for (std::size_t i = 0; i < count; ++i) {
-        const auto next = static_cast<unsigned char>(text[position + i]);
-        if ((next & 0xC0) != 0x80) return replacement;
-        c = (c << 6) | (next & 0x3FU);
+    const auto length = static_cast<std::size_t>(std::countl_one(lead));
+    const auto others = text.substr(position, length - 1);
+    auto c = static_cast<char32_t>(lead & (0xFFU >> length));
+    for (const char next : others) {
+        if ((static_cast<unsigned char>(next) & 0xC0) != 0x80) return replacement;
+        c = (c << 6) | (static_cast<unsigned char>(next) & 0x3FU);
     }
     // Overlong forms, surrogates and numbers above U+10FFFF are not valid UTF-8. An overlong form
-    // could hide a "<".
-    const bool wellFormed = count == 1 ||
-                            (count == 2 && c >= 0x800 && (c < 0xD800 || c > 0xDFFF)) ||
-                            (count == 3 && c >= 0x10000 && c <= 0x10FFFF);
-    if (!wellFormed) return replacement;
-    position += count;
+    // could hide a "<". When bytes are missing at the end of the text, the number is too small too.
+    static constexpr char32_t none = 0xFFFFFFFF;
+    static constexpr auto smallest =  // by length
+        std::to_array<char32_t>({none, none, 0x80, 0x800, 0x10000, none, none, none, none});
+    if (c < smallest.at(length) || (c >= 0xD800 && c <= 0xDFFF) || c > 0x10FFFF) return replacement;
+    position += others.size();
     return c;
 }
 
 void appendUpperCase(std::string& out, std::string_view text) {
-    for (std::size_t i = 0; i < text.size();) {
-        if (isAscii(text[i])) {
-            out += upperAscii(text[i++]);
-            continue;
-        }
+    for (std::size_t i = 0; i != text.size();) {
         const std::size_t start = i;
         const char32_t c = nextCharacter(text, i);
         if (c == replacement) {
@@ -201,63 +186,52 @@ std::string upperCase(std::string_view text) {
 
 bool equalIgnoringCase(std::string_view a, std::string_view b) {
     // A change of case never changes the length. Most compared texts are equal byte by byte.
-    if (a.size() != b.size()) return false;
-    if (a == b) return true;
-    std::size_t i = 0;
-    std::size_t j = 0;
-    while (i < a.size() && j < b.size()) {
-        if (isAscii(a[i]) && isAscii(b[j])) {
-            if (upperAscii(a[i++]) != upperAscii(b[j++])) return false;
-        } else if (upper(nextCharacter(a, i)) != upper(nextCharacter(b, j))) {
-            return false;
-        }
-    }
-    return i == j;
+    return a == b || (a.size() == b.size() && haveEqualLetters(a, b));
 }
 
 std::uint32_t hashIgnoringCase(std::string_view text) {
-    // Hashes eight ASCII characters at a time, or fewer at the end, else one character. Texts that
-    // differ only in case are split at the same places.
+    // Hashes up to eight ASCII characters at a time, else one character. Texts that differ only in
+    // case are split at the same places.
     static const HashSecrets secrets;
-    std::uint64_t hash = secrets.start;
-    for (std::size_t i = 0; i < text.size();) {
-        if (const auto block = asciiBlock(text.substr(i))) {
-            hash = mixed(hash ^ upperAscii(*block), secrets.factor);
-            i += sizeof *block;
-        } else if (const auto end = asciiEnd(text.substr(i))) {
-            hash = mixed(hash ^ upperAscii(*end), secrets.factor);
-            break;
+    std::uint64_t hash = secrets.start ^ text.size();
+    while (!text.empty()) {
+        std::uint64_t block{};
+        std::size_t length = std::min(text.size(), sizeof block);
+        std::memcpy(&block, text.data(), length);
+        if (isAsciiBlock(block)) {
+            block = upperAscii(block);
         } else {
-            hash = mixed(hash ^ upper(nextCharacter(text, i)), secrets.factor);
+            length = 0;
+            block = upper(nextCharacter(text, length));
         }
+        hash = mixed(hash ^ block, secrets.factor);
+        text.remove_prefix(length);
     }
     return static_cast<std::uint32_t>(hash ^ (hash >> 32U));
 }
 
 bool alphabeticallyBefore(std::string_view a, std::string_view b) {
-    // Skip the equal beginning, which names of one kind often have. Go back to the first digit of a
-    // number, so that numbers are compared as a whole.
-    const auto shortest = std::min(a.size(), b.size());
-    std::size_t i = 0;
-    while (i < shortest && a[i] == b[i] && isAscii(a[i]))
-        ++i;
-    while (i > 0 && isDigit(a[i - 1]))
-        --i;
-    std::size_t j = i;
-    while (i < a.size() && j < b.size()) {
-        if (isDigit(a[i]) && isDigit(b[j])) {
-            const std::string_view x = takeNumber(a, i);
-            const std::string_view y = takeNumber(b, j);
-            if (x.size() != y.size()) return x.size() < y.size();
-            if (x != y) return x < y;
+    // Skip the equal beginning, which names of one kind often have. Go back to the beginning of a
+    // number or a character, so that these are compared as a whole.
+    const auto end = std::make_reverse_iterator(std::ranges::mismatch(a, b).in1);
+    const auto start =
+        std::find_if(end, a.rend(), [](char c) { return isAscii(c) && !isDigit(c); });
+    const auto equal = static_cast<std::size_t>(a.rend() - start);
+    std::string_view x = a.substr(equal);
+    std::string_view y = b.substr(equal);
+    auto order = std::strong_ordering::equal;
+    while (order == 0 && !x.empty() && !y.empty()) {
+        if (isDigit(x.front()) && isDigit(y.front())) {
+            const std::string_view first = takeNumber(x);
+            const std::string_view second = takeNumber(y);
+            order = std::pair(first.size(), first) <=> std::pair(second.size(), second);
         } else {
-            const char32_t x = baseLetter(nextCharacter(a, i));
-            const char32_t y = baseLetter(nextCharacter(b, j));
-            if (x != y) return x < y;
+            order = takeBaseLetter(x) <=> takeBaseLetter(y);
         }
     }
-    if (i < a.size() || j < b.size()) return i == a.size();
-    return a < b;
+    if (order == 0) order = x.size() <=> y.size();
+    if (order == 0) order = a <=> b;
+    return order < 0;
 }
 
 std::string_view withoutBlanks(std::string_view text) {
@@ -280,23 +254,16 @@ void appendLatin1(std::string& out, std::string_view text) {
 }
 
 std::string shortened(std::string_view text) {
-    constexpr int maxCharacters = 60;
+    constexpr std::size_t half = 30;
+    std::size_t count = 0;
+    for (std::size_t i = 0; i != text.size(); ++count)
+        nextCharacter(text, i);
+    if (count <= 2 * half) return std::string(text);
     std::size_t head = 0;
-    std::size_t end = 0;
-    for (int count = 0; count < maxCharacters && end < text.size(); ++count) {
-        nextCharacter(text, end);
-        if (count < maxCharacters / 2) head = end;
-    }
-    if (end == text.size()) return std::string(text);
-    const auto isContinuation = [&](std::size_t place) {
-        return (static_cast<unsigned char>(text[place]) & 0xC0U) == 0x80;
-    };
-    std::size_t tail = text.size();
-    for (int count = 1; count < maxCharacters / 2; ++count) {
-        do {
-            --tail;
-        } while (tail > head && isContinuation(tail));
-        if (tail <= head) break;
+    std::size_t tail = 0;
+    for (std::size_t i = 0; i != count - half + 1; ++i) {
+        nextCharacter(text, tail);
+        if (i < half) head = tail;
     }
     return std::string(text.substr(0, head)).append("\u2026").append(text.substr(tail));
 }
