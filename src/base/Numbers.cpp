@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <system_error>
 
 #include "base/RunTimeError.h"
@@ -65,7 +66,7 @@ bool isHuge(std::string_view number) {
         constexpr long beyondAnyText = std::numeric_limits<long>::max() / 4;
         const bool negative = number[end + 1] == '-';
         const auto digits = number.substr(number.find_first_of("0123456789", end));
-        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
+        const auto result = std::from_chars(digits.data(), std::to_address(digits.end()), exponent);
         if (result.ec != std::errc()) exponent = beyondAnyText;
         exponent = std::min(exponent, beyondAnyText);
         if (negative) exponent = -exponent;
@@ -97,7 +98,7 @@ Integer roundTo(double number) {
 double leadingNumber(std::string_view text) {
     const auto [negative, digits] = numberIn(text);
     double number = 0;  // stays 0 when there is none
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    const auto result = std::from_chars(digits.data(), std::to_address(digits.end()), number);
     if (result.ec == std::errc::result_out_of_range) {
         number = isHuge(digits) ? std::numeric_limits<double>::infinity() : 0;
     }

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <memory>
 #include <string_view>
 #include <system_error>
 
@@ -69,7 +70,7 @@ std::optional<Number> takeField(std::string_view& tag) {
     const std::string_view field = tag.substr(0, tag.find('|'));
     tag.remove_prefix(std::min(field.size() + 1, tag.size()));
     Number number{};
-    const auto end = std::from_chars(field.data(), field.data() + field.size(), number);
+    const auto end = std::from_chars(field.data(), std::to_address(field.end()), number);
     return end.ec == std::errc() ? std::optional(number) : std::nullopt;
 }
 
@@ -81,10 +82,8 @@ clsResizeControl recordOf(const ResizableControl& control) {
         record.Tag += fieldText(control.measure(field.measure)) + "|";
     record.Tag.pop_back();
     if (const auto size = control.fontSize()) record.Tag += "|" + fieldText(size);
-    if (const auto type = control.typeName(); type == "MSFlexGrid" || type == "Grid") {
-        record.ColWidth = control.colWidths();
-        record.RowHeight = control.rowHeights();
-    }
+    record.ColWidth = control.colWidths();
+    record.RowHeight = control.rowHeights();
     return record;
 }
 

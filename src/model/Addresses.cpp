@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
+#include <memory>
 
 #include "base/Numbers.h"
 
@@ -27,10 +28,10 @@ std::string AddressToHex(std::string_view address, std::size_t width) {
 std::optional<std::uint16_t> busAddress(std::string_view address) {
     std::uint32_t index = 0;
     const char* next = address.data();
-    const char* const end = next + address.size();
+    const char* const end = std::to_address(address.end());
     for (const std::uint32_t last : {31U, 7U, 255U}) {
         if (next != address.data() && (next == end || *next++ != '/')) return std::nullopt;
-        std::uint32_t part = 0;
+        std::uint32_t part{};
         const auto [stop, error] = std::from_chars(next, end, part);
         if (error != std::errc() || part > last) return std::nullopt;
         index = index * (last + 1) + part;

@@ -214,8 +214,7 @@ std::size_t RenameChange::bytes() const {
 
 void RenameChange::collect(ReservedPlaces& places) {
     for (Entry& entry : entries_) {
-        if (entry.record == nullptr) continue;
-        switch (entry.node->kind()) {
+        switch (entry.node->kind()) {  // a dropped device has no entry, and its place no meaning
             case NodeKind::plc: places.devices.push_back(&entry.place); break;
             case NodeKind::branch: places.branches.push_back(&entry.place); break;
             case NodeKind::item: places.items.push_back(&entry.place); break;

@@ -209,8 +209,9 @@ void Document::UpdateChildKeys(const Node& node) {
 
 Document::Placement Document::placementOf(Node& source, Node& target) const {
     Placement placement(source, target);
-    placement.keys_.push_back(joinKey(target.key(), source.text()));
-    if (!source.isDevice()) requireFreeKey(source, placement.keys_.front());
+    const SharedText key = joinKey(target.key(), source.text());
+    if (!source.isDevice()) requireFreeKey(source, key);
+    placement.keys_.push_back(key);
     return placement;
 }
 
@@ -219,7 +220,7 @@ void Document::placeContents(Placement& placement) const {
     // detached, and their records stay. A dropped device moves with its contents: they have no
     // other place.
     if (placement.source_.isDevice()) return;
-    std::vector<SharedText> path{placement.keys_.front()};  // from the source down to `below`
+    std::vector<SharedText> path = placement.keys_;  // from the source down to `below`
     for (TreeWalk walk(placement.source_); const Node* below = walk.next();) {
         path.resize(walk.depth());
         placement.keys_.push_back(joinKey(path.back(), below->text()));
@@ -315,7 +316,6 @@ void Document::setCountersFromRecords() {
 }
 
 void Document::clear() {
-    [[maybe_unused]] const bool hadItems = items().count() > 0 || history_.bytes() > 0;
     history_.clear();
     contents_.tree.clear();
     contents_.detached.clear();
@@ -324,7 +324,7 @@ void Document::clear() {
     contents_.branches.clear();
 #ifdef __GLIBC__
     // glibc keeps freed memory that is below the last block in use: here, a large configuration.
-    if (hadItems) ::malloc_trim(0);
+    ::malloc_trim(0);
 #endif
 }
 

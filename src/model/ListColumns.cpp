@@ -1,6 +1,8 @@
 #include "model/ListColumns.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "base/Text.h"
 #include "model/Addresses.h"
@@ -11,7 +13,7 @@ namespace {
 
 /// Compares hexadecimal numbers that are padded to one width; a longer one is larger.
 bool isLowerHex(std::string_view a, std::string_view b) {
-    return a.size() != b.size() ? a.size() < b.size() : a < b;
+    return std::pair(a.size(), a) < std::pair(b.size(), b);
 }
 
 // Widths are fractions of the width of the list. Deliberate: those of the items add up to more than

@@ -1,6 +1,5 @@
 #include "model/clsItem.h"
 
-#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -50,7 +49,7 @@ std::int16_t byteCount(std::string_view text) {
 /// The text before each value, and after the last value, in the element of an item that is indented
 /// by `level` tabs.
 struct Markup {
-    explicit Markup(std::size_t level) {
+    explicit Markup(std::size_t itsLevel) : level(itsLevel) {
         const std::string line = "\r\n" + Indent(level) + "\t";
         name = Indent(level) + "<tag>" + line + "<name>";
         comment = "</name>" + line + "<comment>";
@@ -62,19 +61,16 @@ struct Markup {
         end = "\r\n" + Indent(level) + "</tag>";
     }
 
+    std::size_t level;
     std::string name, comment, address, dataType, flag, accessRight, elements, end;
 };
 
-/// The markup of the first levels, made once: making it for each item would take longer than the
-/// rest of writing.
-const std::vector<Markup>& usualMarkup() {
-    static const std::vector<Markup> markup = [] {
-        std::vector<Markup> levels;
-        for (std::size_t level = 0; level < 16; ++level)
-            levels.emplace_back(level);
-        return levels;
-    }();
-    return markup;
+/// The markup of a level, until the next call. Neighbours mostly have the same level: making the
+/// markup for each item would take longer than the rest of writing.
+const Markup& markupOf(std::size_t level) {
+    static Markup last(level);
+    if (last.level != level) last = Markup(level);
+    return last;
 }
 
 }  // namespace
@@ -146,13 +142,10 @@ SharedText clsItem::SetByEts(const std::vector<std::string>& fields) {
 void clsItem::SetByCopy(const clsItem& source, const SharedText& targetParentKey,
                         std::int16_t pasteCounter) {
     const bool isBeside = parentKeyOf(source.sKey) == targetParentKey;
-    sName = isBeside ? SharedText(source.sName, "_", std::to_string(pasteCounter)) : source.sName;
-    sComment = source.sComment;
-    sDataType = source.sDataType;
-    nElements = source.nElements;
-    sAddress = source.sAddress;
-    sAccessRight = source.sAccessRight;
-    bFlag = source.bFlag;
+    const SharedText device = sPlcname;
+    *this = source;
+    sPlcname = device;
+    if (isBeside) sName = SharedText(source.sName, "_", std::to_string(pasteCounter));
     sKey = joinKey(targetParentKey, sName);
 }
 
@@ -169,9 +162,7 @@ void clsItem::AddToListView(ListView& list, bool withIndex, const ShowMessage& s
 }
 
 void clsItem::GetXmlTag(std::int16_t level, std::string& out) const {
-    const auto tabs = static_cast<std::size_t>(level);
-    std::optional<Markup> rare;
-    const Markup& markup = tabs < usualMarkup().size() ? usualMarkup()[tabs] : rare.emplace(tabs);
+    const Markup& markup = markupOf(static_cast<std::size_t>(level));
     out.append(markup.name).append(sName);
     out.append(markup.comment).append(sComment);
     out.append(markup.address).append(sAddress);

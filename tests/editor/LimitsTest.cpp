@@ -45,8 +45,8 @@ class Limits : public ::testing::Test, protected EditorWorld {
     }
     /// Imports it. Returns the messages and the numbers of devices and items.
     std::string imported(const std::string& text) {
-        disk.files["/plans/house.esf"] = text;
-        desktop.willChoose("/plans/house.esf");
+        disk.files["/plans/house.\u00E9\u00DFf"] = text;
+        desktop.willChoose("/plans/house.\u00E9\u00DFf");
         editor.mnuImpCfg_Click();
         expectTreeAndRegistriesAgree(document);
         return takeMessages() + std::to_string(document.devices().count()) + " " +

@@ -14,7 +14,7 @@ class NaiveEditor : private NaiveModel {
         refused_.clear();
         step_ = &step;
         act(step.verb, step.what);
-        if (sortColumn_) sortRows();
+        if (sortColumn_ && *sortColumn_ < 2) sortRows();  // no list has a column 6
     }
 
     State state() const {

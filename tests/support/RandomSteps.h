@@ -39,7 +39,9 @@ class RandomSteps {
         switch (action) {
             case 6:
             case 7: return "rows" + anyRows();
-            case 8: return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1"});
+            case 8:
+                return oneOf(
+                    {"focus tree", "focus list", "focus none", "sort 0", "sort 1", "sort 6"});
             case 9: return "doubleclick: " + properties(document.tree().selected());
             case 10: return doubleClickOnRow();
             case 11:
