@@ -84,6 +84,8 @@ TEST_F(Limits, BinaryFilesAreReadOrRefused) {
     EXPECT_EQ(imported(std::string(100'000'000, 'x')), "0 0");
     EXPECT_EQ(imported(std::string("A.L.1/1/0\tNa\0me\tEIS 1\r\n", 23)), "1 1");
     EXPECT_EQ(outline(document), "L[Na_me]");
+    EXPECT_EQ(document.devices().at(std::string("L")).GetXmlTag(),
+              "\t\t<DEVICE name=\"L\" port=\"COM1\" editype=\"PEI16x9600\" timeout=\"1000\">");
     EXPECT_EQ(document.currentPath(), "/plans/house.xml");
     const std::string nul = opened(configuration(plc("A")) + '\0');
     EXPECT_EQ(nul, " Error n. 321  Line 1: not well-formed (invalid token) in ImportXML\n");
@@ -137,17 +139,12 @@ TEST_F(Limits, NestingThatIsTooDeepIsRefused) {
     std::string written = disk.files["/house.xml"];
     std::erase_if(written, [](char c) { return c < ' '; });
     EXPECT_NE(written.find(deepest), std::string::npos);
-    const Node* branch = document.tree().root();
-    for (TreeWalk walk(*branch); const Node* node = walk.next();)
-        if (node->kind() == NodeKind::branch) branch = node;
-    click(branch->key().string());
+    click("P" + repeated(1000, [](int /*level*/) { return ".F"; }));
     willEnterBranchName("G");
     editor.mnuAddBranch_Click();
-    const std::string message = saved();
-    const std::string end =
-        ".F.F.F.F.F.F.F.F.F.F.F.F.F.G\" lies more than 1,000 deep and cannot be saved in "
-        "CreateXML\n";
-    EXPECT_EQ(message.substr(message.find("\u2026") + 4), end) << message;
+    EXPECT_EQ(saved(),
+              " Error n. 5  \"P.F.F.F.F.F.F.F.F.F.F.F.F.F.F.\u2026F.F.F.F.F.F.F.F.F.F.F.F.F.F.G\" "
+              "lies more than 1,000 deep and cannot be saved in CreateXML\n");
 }
 
 TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedWithProgressAndEditedQuickly) {
@@ -250,6 +247,18 @@ TEST_F(Limits, UndoIsLimitedInBytesButAlwaysKeepsTheLastStep) {
     editor.mnuUndo_Click();
     EXPECT_EQ(outline(document), before);
     expectTreeAndRegistriesAgree(document);
+
+    const std::string text(1'000'000, 'n');
+    Node& changed = document.tree().nodeAt("P.A.Item_1");
+    document.setComment(changed, text);
+    const auto bytes = document.historyBytes();
+    const auto megabytes = [&] { return (document.historyBytes() - bytes) / text.size(); };
+    document.renameItem(changed, text);
+    document.RemoveSubtree(changed);
+    EXPECT_EQ(megabytes(), 2U) << "key and comment of the removed item";
+    for (int i = 0; i < 3; ++i)
+        document.undo();
+    EXPECT_EQ(megabytes(), 2U) << "comment and key to redo";
 }
 
 TEST_F(Limits, PastesAreCountedIn16Bits) {

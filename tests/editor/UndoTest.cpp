@@ -14,8 +14,7 @@ struct State {
 State stateOf(const Document& document) {
     std::ostringstream out;
     for (const auto& node : document.tree().nodes())
-        if (node->parent() != nullptr)
-            out << node->key().string() << "=" << node->text().string() << "\n";
+        out << node->key().string() << "=" << node->text().string() << "\n";
     for (const auto& [key, device] : document.devices())
         out << key.string() << device << device->GetXmlTag() << "\n";
     for (const auto& [key, branch] : document.branches())
@@ -29,11 +28,8 @@ State stateOf(const Document& document) {
     out << settings.port << settings.ediType << settings.timeout << " " << document.deviceCounter()
         << " " << document.branchCounter() << " " << document.itemCounter() << "\n";
     const std::string registries = out.str();
-    for (const ConfigTree* tree : {&document.tree(), &document.detached()}) {
-        if (tree->root() == nullptr) continue;
-        for (TreeWalk walk(*tree->root()); const Node* node = walk.next();)
-            out << walk.depth() << node->key().string() << "=" << node->text().string() << "\n";
-    }
+    for (const ConfigTree* tree : {&document.tree(), &document.detached()})
+        out << (tree->root() == nullptr ? "" : contentsOf(*tree->root())) << "\n";
     FakeDisk disk;
     disk.writesSpoiledFiles = true;
     FakeDesktop desktop;
@@ -101,6 +97,7 @@ TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
         desktop.forgetMessages();
         if (step.starts_with("mnuNew") && before.all != after.all) {  // not refused
             EXPECT_EQ(document.undoName() + document.redoName(), "");
+            EXPECT_TRUE(document.undo() == nullptr && document.redo() == nullptr);
             past.clear();
             continue;
         }
@@ -112,6 +109,19 @@ TEST_F(Undo, UndoAndRedoRestoreEachStateExactly) {
         EXPECT_EQ(takeMessages(), "");
     }
     EXPECT_GT(goneBack, steps / 20);
+}
+
+TEST_F(Undo, ShowsTheParentOfTheFirstOfSeveralNodes) {
+    open("/a", configuration(plc("P", branch("A", tag("x")) + branch("B", tag("y")))));
+    {
+        const Document::Step step(document, "Change");
+        for (const std::string key : {"P.A.x", "P.B.y"})
+            document.setComment(document.tree().nodeAt(key), "c");
+        EXPECT_EQ(document.undo(), nullptr) << "within a step";
+    }
+    EXPECT_EQ(document.undo(), document.tree().FindNode(std::string("P.A")));
+    document.setSettings({});  // outside of a step
+    EXPECT_EQ(document.redo(), nullptr);
 }
 
 }  // namespace
