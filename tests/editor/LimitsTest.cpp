@@ -22,11 +22,12 @@ std::string repeated(int count, const std::function<std::string(int)>& piece) {
     return text;
 }
 
+std::string repeated(int count, const std::string& text) {
+    return repeated(count, [&](int /*i*/) { return text; });
+}
+
 std::string nested(int levels, const std::string& name, const std::string& contents) {
-    const auto all = [&](const std::string& tag) {
-        return repeated(levels, [&](int /*level*/) { return tag; });
-    };
-    return all("<" + name + ">") + contents + all("</" + name + ">");
+    return repeated(levels, "<" + name + ">") + contents + repeated(levels, "</" + name + ">");
 }
 
 std::string branchOf(int number) { return "<B" + std::to_string(number) + "/>"; }
@@ -102,10 +103,9 @@ TEST_F(Limits, ForeignExceptionsAreShownAsInternalErrors) {
 }
 
 TEST_F(Limits, OnlyTheFirstOfManyFaultsAreShown) {
-    const std::string shown = repeated(
-        5, [](int /*i*/) { return " Error n. 94  Invalid use of Null in BrowseBranch\n"; });
+    const std::string shown = repeated(5, " Error n. 94  Invalid use of Null in BrowseBranch\n");
     for (const auto& [faults, more] : {std::pair(205, "200"), {1209, "1,204"}}) {
-        const std::string items = repeated(faults, [](int /*i*/) { return "<tag/>"; });
+        const std::string items = repeated(faults, "<tag/>");
         EXPECT_EQ(opened(device(items + tag("x"))), shown + "\u2026 and " + more + " more\nP[x]");
     }
 }
@@ -139,7 +139,7 @@ TEST_F(Limits, NestingThatIsTooDeepIsRefused) {
     std::string written = disk.files["/house.xml"];
     std::erase_if(written, [](char c) { return c < ' '; });
     EXPECT_NE(written.find(deepest), std::string::npos);
-    click("P" + repeated(1000, [](int /*level*/) { return ".F"; }));
+    click("P" + repeated(1000, ".F"));
     willEnterBranchName("G");
     editor.mnuAddBranch_Click();
     EXPECT_EQ(saved(),
@@ -296,8 +296,7 @@ Cost costOf(const std::function<void(EditorWorld&)>& act) {
         EditorWorld world;
         world.disk.writesSpoiledFiles = true;
         Cost cost;
-        const double memory = peak();
-        const double start = now();
+        const double memory = peak(), start = now();
         double last = start;
         world.desktop.onPendingEvents = [&] {
             cost.wait = std::max(cost.wait, now() - last);
@@ -358,9 +357,8 @@ TEST(Costs, GrowLinearlyWithTheInputAndNeverBlockTheWindows) {
          [](int n) { return device(repeated(n, colliding)); }, opens},
         {"branches", 20'000, [](int n) { return device(repeated(n, branchOf)); }, opens},
         {"branches with the same name", 10'000,
-         [](int n) { return device(repeated(n, [](int /*i*/) { return branchOf(1); })); }, opens},
-        {"comments", 50'000,
-         [](int n) { return device(repeated(n, [](int /*i*/) { return "<!---->"; })); }, opens},
+         [](int n) { return device(repeated(n, branchOf(1))); }, opens},
+        {"comments", 50'000, [](int n) { return device(repeated(n, "<!---->")); }, opens},
         {"nested unknown elements", 50'000, [](int n) { return nested(n, "a", ""); }, opens},
         {"nested elements in an item", 50'000,
          [](int n) { return device("<tag>" + nested(n, "a", "") + "</tag>"); }, opens},

@@ -35,8 +35,7 @@ State stateOf(const Document& document) {
     FakeDesktop desktop;
     CreateXML("/a", document, disk, desktop);
     out << disk.files["/a"] << (document.saved ? "saved\n" : "not saved\n");
-    for (const std::string& message : desktop.messages())
-        out << message;
+    out << joined(desktop.messages(), "\n");
     return {registries, out.str()};
 }
 

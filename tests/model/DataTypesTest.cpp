@@ -27,11 +27,9 @@ TEST(DataTypes, AgreeWithTheDocuments) {
     }
     EXPECT_NE(textOf("file-format.md").find(rows + "\n"), std::string::npos) << rows;
     const auto [first, second] = cut(textOf("configuration.rng"), "<element name=\"elements\">");
-    const auto choice = [](const std::string& values) {
-        return "<choice>\n" + values + "            </choice>";
-    };
-    EXPECT_NE(first.find(choice(without)), std::string::npos) << without;
-    EXPECT_NE(first.find(choice(with)), std::string::npos) << with;
+    for (const std::string& values : {without, with})
+        EXPECT_NE(first.find("<choice>\n" + values + "            </choice>"), std::string::npos)
+            << values;
     EXPECT_EQ(descriptionOf(*findDataType("EIS6_D")),
               "Scaling in degrees, 1 byte, 0 to 360° (DPT 5.003)");
     EXPECT_EQ(findDataType("eis1"), nullptr);
