@@ -115,11 +115,10 @@ Node* History::undoOrRedo(bool back, DocumentState& state, Contents& contents) {
 }
 
 void History::count(Step& step) {
-    bytes_ -= std::exchange(step.bytes, 0);
-    step.bytes = sizeof step;
+    std::size_t bytes = sizeof step;
     for (const Change& change : step.changes)
-        step.bytes += std::visit([](const auto& each) { return each.bytes(); }, change);
-    bytes_ += step.bytes;
+        bytes += std::visit([](const auto& each) { return each.bytes(); }, change);
+    bytes_ += bytes - std::exchange(step.bytes, bytes);
 }
 
 void History::dropOldest(Contents& contents) {
