@@ -3,16 +3,19 @@
 #include <fcntl.h>
 #include <linux/limits.h>
 #include <sys/stat.h>
+#include <sys/utsname.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <random>
+#include <set>
+#include <span>
 #include <system_error>
 #include <utility>
 #include <vector>
@@ -24,15 +27,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
+fs::path folderOf(const fs::path& path) {
+    return path.has_parent_path() ? path.parent_path() : ".";
+}
+
 /// The error to raise for a value of errno, after opening or changing `path` failed.
 RunTimeError errorFor(int code, const fs::path& path) {
     switch (code) {
         case ENOENT: {
             std::error_code ignored;
-            const bool folderThere =
-                !path.has_parent_path() || fs::is_directory(path.parent_path(), ignored);
-            return RunTimeError(folderThere ? ErrorNumber::fileNotFound
-                                            : ErrorNumber::pathNotFound);
+            const bool isFolderThere = fs::is_directory(folderOf(path), ignored);
+            return RunTimeError(isFolderThere ? ErrorNumber::fileNotFound
+                                              : ErrorNumber::pathNotFound);
         }
         case ENOTDIR: return RunTimeError(ErrorNumber::pathNotFound);
         case EACCES:
@@ -43,6 +49,24 @@ RunTimeError errorFor(int code, const fs::path& path) {
         case EFBIG: return RunTimeError(ErrorNumber::diskFull);
         default: return RunTimeError(ErrorNumber::pathFileAccessError);
     }
+}
+
+/// Returns the result of a call of the system for `path`. Raises an error if the call failed.
+template <typename Result>
+Result checked(Result result, const fs::path& path) {
+    if (result < 0) throw errorFor(errno, path);
+    return result;
+}
+
+/// Calls a function of the system that reads or writes, again if a signal interrupts it. Returns
+/// the number of bytes.
+template <typename Call>
+std::size_t transferred(const Call& call, const fs::path& path) {
+    ssize_t bytes = 0;
+    do {
+        bytes = call();
+    } while (bytes < 0 && errno == EINTR);
+    return static_cast<std::size_t>(checked(bytes, path));
 }
 
 /// Owns a file descriptor and closes it.
@@ -56,9 +80,7 @@ class File {
         std::swap(descriptor_, other.descriptor_);
         return *this;
     }
-    ~File() {
-        if (descriptor_ >= 0) ::close(descriptor_);
-    }
+    ~File() { ::close(descriptor_); }  // fails without effect if there is none
 
     int descriptor() const { return descriptor_; }
 
@@ -69,9 +91,9 @@ class File {
 /// The beginning of the names of this machine's temporary files. It contains the host name, because
 /// machines may share a folder, and not every file system shows one machine the locks of another.
 std::string temporaryPrefix() {
-    std::array<char, HOST_NAME_MAX + 1> host{};
-    ::gethostname(host.data(), HOST_NAME_MAX);
-    return ".new-" + std::string(host.data()) + "-";
+    struct utsname machine {};
+    ::uname(&machine);
+    return ".new-" + std::string(machine.nodename) + "-";
 }
 
 /// Locks an open file until it is closed; the end of the process closes it in any case (fcntl(2),
@@ -87,9 +109,8 @@ bool lock(int file) {
 /// them locked. Errors are ignored, so that they do not fail a save.
 void removeStaleTemporaries(const fs::path& folder) {
     const std::string prefix = temporaryPrefix();
-    std::error_code failure;
-    for (fs::directory_iterator each(folder, failure), end; !failure && each != end;
-         each.increment(failure)) {
+    std::error_code ignored;  // it ends the loop
+    for (fs::directory_iterator each(folder, ignored), end; each != end; each.increment(ignored)) {
         if (!each->path().filename().native().starts_with(prefix)) continue;
         const File file(::open(each->path().c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
         if (lock(file.descriptor())) ::unlink(each->path().c_str());
@@ -98,13 +119,13 @@ void removeStaleTemporaries(const fs::path& folder) {
 
 struct stat statusOf(int file, const fs::path& path) {
     struct stat status {};
-    if (::fstat(file, &status) != 0) throw errorFor(errno, path);
+    checked(::fstat(file, &status), path);
     return status;
 }
 
 /// A new file with a unique name, locked if the file system has locks. The destructor removes it
-/// unless keep() was called. The name does not contain that of the target, which may already have
-/// the maximum length.
+/// unless it was renamed. The name does not contain that of the target, which may already have the
+/// maximum length.
 class TemporaryFile {
  public:
     TemporaryFile(const fs::path& folder, mode_t mode) {
@@ -113,8 +134,8 @@ class TemporaryFile {
         constexpr int maxTries = 16;
         for (int tries = 0; tries < maxTries; ++tries) {
             path_ = folder / (temporaryPrefix() + std::to_string(random()));
-            file_ = File(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
-            if (file_.descriptor() < 0) throw errorFor(errno, path_);
+            constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC;
+            file_ = File(checked(::open(path_.c_str(), flags, mode), path_));
             struct stat status {};
             const bool isLocked = lock(file_.descriptor());
             const bool isRemoved =
@@ -125,13 +146,10 @@ class TemporaryFile {
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!path_.empty()) ::unlink(path_.c_str());
-    }
+    ~TemporaryFile() { ::unlink(path_.c_str()); }
 
     const fs::path& path() const { return path_; }
     int descriptor() const { return file_.descriptor(); }
-    void keep() { path_.clear(); }
 
  private:
     fs::path path_;
@@ -140,35 +158,41 @@ class TemporaryFile {
 
 /// Follows a chain of symbolic links to its end. The file there need not exist.
 fs::path followLinks(fs::path path) {
-    constexpr int maxLinks = 40;  // the limit of Linux
-    for (int links = 0; links <= maxLinks; ++links) {
+    for (std::set<fs::path> followed; followed.insert(path).second;) {
         std::error_code notALink;
         const fs::path next = fs::read_symlink(path, notALink);
         if (notALink) return path;
         path = path.parent_path() / next;
     }
-    throw RunTimeError(ErrorNumber::pathFileAccessError);
+    throw RunTimeError(ErrorNumber::pathFileAccessError);  // the links form a circle
+}
+
+/// The status of the file at the path, after links. Returns nothing and sets errno if it fails.
+std::optional<struct stat> statusAt(const fs::path& path) {
+    struct stat status {};
+    return ::stat(path.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
+}
+
+/// Only a regular file has an end for sure; a pipe or a device may have none.
+void requireRegular(const struct stat& status) {
+    if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
 }
 
 /// The status of the file to be replaced, or nothing if there is none. Raises an error for a target
 /// that is not a regular file or must not be written.
 std::optional<struct stat> statusOfTarget(const fs::path& target) {
-    struct stat status {};
-    if (::stat(target.c_str(), &status) != 0) {
-        if (errno == ENOENT) return std::nullopt;
-        throw errorFor(errno, target);
-    }
-    if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
-    if (::access(target.c_str(), W_OK) != 0) throw errorFor(errno, target);
+    const auto status = statusAt(target);
+    if (!status && errno == ENOENT) return std::nullopt;
+    if (!status) throw errorFor(errno, target);
+    requireRegular(*status);
+    checked(::access(target.c_str(), W_OK), target);
     return status;
 }
 
 void writeAll(int descriptor, std::string_view bytes, const fs::path& path) {
     while (!bytes.empty()) {
-        const auto written = ::write(descriptor, bytes.data(), bytes.size());
-        if (written < 0 && errno == EINTR) continue;
-        if (written < 0) throw errorFor(errno, path);
-        bytes.remove_prefix(static_cast<std::size_t>(written));
+        bytes.remove_prefix(
+            transferred([&] { return ::write(descriptor, bytes.data(), bytes.size()); }, path));
     }
 }
 
@@ -176,12 +200,16 @@ void writeAll(int descriptor, std::string_view bytes, const fs::path& path) {
 /// all. Returns nothing and sets errno if the call fails.
 template <typename Call>
 std::optional<std::string> attribute(const Call& call) {
-    std::string value(XATTR_SIZE_MAX, '\0');
+    std::string value;
+    value.resize(XATTR_SIZE_MAX);
     const ssize_t length = call(value.data(), value.size());
     if (length < 0) return std::nullopt;
     value.resize(static_cast<std::size_t>(length));
     return value;
 }
+
+/// After a failed call: true if there is no such attribute, or the file system has none at all.
+bool isAttributeMissing() { return errno == ENODATA || errno == ENOTSUP; }
 
 /// Copies the access list of the old file. Without one, removes the list that the file may have
 /// inherited from its folder: it could grant rights that the old file did not grant.
@@ -190,10 +218,10 @@ void copyAccessList(const fs::path& old, int file) {
     const auto list = attribute([&](char* value, std::size_t size) {
         return ::getxattr(old.c_str(), accessList, value, size);
     });
-    if (!list && errno != ENODATA && errno != ENOTSUP) throw errorFor(errno, old);
+    if (!list && !isAttributeMissing()) throw errorFor(errno, old);
     const int result = list ? ::fsetxattr(file, accessList, list->data(), list->size(), 0)
                             : ::fremovexattr(file, accessList);
-    if (result != 0 && (list || (errno != ENODATA && errno != ENOTSUP))) throw errorFor(errno, old);
+    if (list || !isAttributeMissing()) checked(result, old);
 }
 
 /// Copies the attributes that users attached to the old file. Errors are ignored: no program needs
@@ -216,81 +244,76 @@ void copyUserAttributes(const fs::path& old, int file) {
 /// that fails too, unless the group has the same rights as all others. Properties that are already
 /// equal are not set, because not every file system can set them.
 void copyRights(const fs::path& old, const struct stat& before, int file) {
-    struct stat status = statusOf(file, old);
+    constexpr auto owners = [](const struct stat& of) { return std::pair(of.st_uid, of.st_gid); };
     const bool groupHasOwnRights = ((before.st_mode ^ (before.st_mode >> 3U)) & 7U) != 0;
-    if ((status.st_uid != before.st_uid || status.st_gid != before.st_gid) &&
-        ::fchown(file, before.st_uid, before.st_gid) != 0 && status.st_gid != before.st_gid &&
-        ::fchown(file, static_cast<uid_t>(-1), before.st_gid) != 0 && groupHasOwnRights) {
-        throw errorFor(errno, old);
+    const auto setOwner = [&](uid_t owner) { return ::fchown(file, owner, before.st_gid); };
+    struct stat status = statusOf(file, old);
+    if (owners(status) != owners(before) && setOwner(before.st_uid) < 0 &&
+        status.st_gid != before.st_gid) {
+        const int result = setOwner(static_cast<uid_t>(-1));
+        if (groupHasOwnRights) checked(result, old);
     }
     copyAccessList(old, file);
     copyUserAttributes(old, file);
     status = statusOf(file, old);
     mode_t mode = before.st_mode & 07777U;
     // The set-user-ID and set-group-ID bits are valid only for the old owner and group.
-    if (status.st_uid != before.st_uid || status.st_gid != before.st_gid) mode &= 0777U;
-    if ((status.st_mode & 07777U) != mode && ::fchmod(file, mode) != 0) throw errorFor(errno, old);
+    if (owners(status) != owners(before)) mode &= 0777U;
+    if ((status.st_mode & 07777U) != mode) checked(::fchmod(file, mode), old);
 }
 
 /// Flushes the folder, so that the new name is on the disk too. Errors are ignored: not every file
 /// system can flush a folder, and the bytes of the file are already on the disk.
 void flushFolder(const fs::path& folder) {
     const File file(::open(folder.c_str(), O_RDONLY | O_CLOEXEC | O_DIRECTORY));
-    if (file.descriptor() >= 0) static_cast<void>(::fsync(file.descriptor()));
+    static_cast<void>(::fsync(file.descriptor()));
 }
 
 /// Renames the file to the target. A network file system may report a failure although it renamed
 /// the file: the answer was lost, and when asked again the server did not find the old name. So
 /// after a failure this checks whether the target is our file.
 void renameToTarget(const TemporaryFile& file, const fs::path& target) {
-    if (::rename(file.path().c_str(), target.c_str()) == 0) return;
-    const auto error = errorFor(errno, target);
-    struct stat present {};
-    const struct stat ours = statusOf(file.descriptor(), target);
-    if (::lstat(target.c_str(), &present) != 0 || present.st_dev != ours.st_dev ||
-        present.st_ino != ours.st_ino) {
-        throw error;
+    constexpr auto idOf = [](const struct stat& of) { return std::pair(of.st_dev, of.st_ino); };
+    try {
+        checked(::rename(file.path().c_str(), target.c_str()), target);
+    } catch (const RunTimeError&) {
+        const struct stat ours = statusOf(file.descriptor(), target);
+        struct stat present {};  // stays so if there is no target
+        ::lstat(target.c_str(), &present);
+        if (idOf(present) != idOf(ours)) throw;
     }
 }
 
 class PosixDisk : public Disk {
  public:
-    bool exists(const std::string& path) override {
-        struct stat status {};
-        return ::stat(path.c_str(), &status) == 0;
-    }
+    bool exists(const std::string& path) override { return statusAt(path).has_value(); }
 
     std::optional<FileStamp> stampOf(const std::string& path) override {
-        struct stat status {};
-        if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+        const auto status = statusAt(path);
+        if (!status) return std::nullopt;
         const auto nanoseconds = [](const timespec& time) {
-            return time.tv_sec * std::int64_t{1'000'000'000} + time.tv_nsec;
+            return (std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec))
+                .count();
         };
-        return FileStamp{static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
-                         status.st_ino, nanoseconds(status.st_ctim)};
+        return FileStamp{static_cast<std::uint64_t>(status->st_size), nanoseconds(status->st_mtim),
+                         status->st_ino, nanoseconds(status->st_ctim)};
     }
 
     InputFile openToRead(const std::string& path) override {
-        const auto file =
-            std::make_shared<File>(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-        struct stat status {};
-        if (file->descriptor() < 0 || ::fstat(file->descriptor(), &status) != 0) {
-            throw errorFor(errno, path);
-        }
-        // Only a regular file has an end for sure; a pipe or a device may have none.
-        if (!S_ISREG(status.st_mode)) throw RunTimeError(ErrorNumber::pathFileAccessError);
+        const auto file = std::make_shared<File>(
+            checked(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK), path));
+        const struct stat status = statusOf(file->descriptor(), path);
+        requireRegular(status);
         const auto size = static_cast<std::uint64_t>(status.st_size);
         if (size > maxBytesRead) throw RunTimeError(ErrorNumber::outOfMemory);
         return {size, [file, path](char* to, std::size_t bytes) {
-                    std::size_t done = 0;
-                    while (done < bytes) {
-                        const auto got = ::read(file->descriptor(), to + done, bytes - done);
-                        if (got < 0 && errno == EINTR) continue;
-                        if (got < 0) throw errorFor(errno, path);
-                        if (got == 0) break;
-                        done += static_cast<std::size_t>(got);
-                    }
-                    return done;
+                    std::span rest(to, bytes);
+                    const auto readMore = [&] {
+                        return ::read(file->descriptor(), rest.data(), rest.size());
+                    };
+                    while (const std::size_t got = transferred(readMore, path))
+                        rest = rest.subspan(got);
+                    return bytes - rest.size();
                 }};
     }
 
@@ -298,7 +321,7 @@ class PosixDisk : public Disk {
                  const std::function<void(const Write&)>& contents) override {
         const fs::path target = followLinks(path);
         const auto old = statusOfTarget(target);
-        const fs::path folder = target.has_parent_path() ? target.parent_path() : ".";
+        const fs::path folder = folderOf(target);
         removeStaleTemporaries(folder);
 
         // No other user may read it before it has the rights of the old file.
@@ -308,7 +331,6 @@ class PosixDisk : public Disk {
         if (old) copyRights(target, *old, file);
         if (::fsync(file) != 0) throw errorFor(errno, target);
         renameToTarget(temporary, target);
-        temporary.keep();
         flushFolder(folder);
     }
 
