@@ -1,6 +1,7 @@
 #include "file/FileRules.h"
 
 #include <array>
+#include <span>
 #include <string_view>
 #include <utility>
 
@@ -23,11 +24,11 @@ void forEachRecord(const Registry<clsItem>& items, const Use& use) {
     std::array<const clsItem*, 16> batch{};
     std::size_t size = 0;
     const auto useBatch = [&] {
-        for (std::size_t i = 0; i < size; ++i)
-            forEachText(*batch[i], [](auto, const SharedText& text, auto) { text.prefetch(); });
-        for (std::size_t i = 0; i < size; ++i)
-            use(*batch[i]);
-        size = 0;
+        const auto used = std::span(batch).first(std::exchange(size, 0));
+        for (const clsItem* item : used)
+            forEachText(*item, [](auto, const SharedText& text, auto) { text.prefetch(); });
+        for (const clsItem* item : used)
+            use(*item);
     };
     for (const auto& [key, item] : items) {
         __builtin_prefetch(item);

@@ -126,16 +126,19 @@ class Surveyor {
     /// branch beside it: a node with that key, or, for an item with a "." in its name, the branch
     /// that contains the node.
     void checkUnchangedItems(const std::vector<const Node*>& devices) {
-        if (hasPoint_ || !changedItems_.empty()) {
-            itemsToCheck_.clear();
-            for (const Node* device : devices)
-                for (TreeWalk walk(*device); const Node* node = walk.next();)
-                    if (node->kind() == NodeKind::item && !changedItems_.contains(node)) {
-                        itemsToCheck_.push_back(node);
-                    }
-        }
+        if (hasPoint_ || !changedItems_.empty()) itemsToCheck_ = unchangedItems(devices);
         for (const Node* item : itemsToCheck_)
             findClashes(*item, item->key(), items_);
+    }
+
+    std::vector<const Node*> unchangedItems(const std::vector<const Node*>& devices) const {
+        std::vector<const Node*> items;
+        for (const Node* device : devices)
+            for (TreeWalk walk(*device); const Node* node = walk.next();)
+                if (node->kind() == NodeKind::item && !changedItems_.contains(node)) {
+                    items.push_back(node);
+                }
+        return items;
     }
 
     /// Checks the length of a key and the sum of all lengths.

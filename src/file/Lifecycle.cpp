@@ -123,10 +123,7 @@ std::string Lifecycle::ShowDialSave() {
 Lifecycle::SaveOutcome Lifecycle::save() {
     auto outcome = SaveOutcome::failed;
     reportErrors(desktop_, "mnuSaveCfg_Click", [&] {
-        if (!document_.open) {
-            outcome = SaveOutcome::declined;
-            return;
-        }
+        if (!document_.open) return;
         const std::string path = document_.currentPath();
         auto known = path == lastPath_ ? lastStamp_ : disk_.stampOf(path);
         if (!mayReplace(path, known)) {
@@ -158,10 +155,7 @@ Lifecycle::SaveOutcome Lifecycle::save() {
 Lifecycle::SaveOutcome Lifecycle::saveAs() {
     auto outcome = SaveOutcome::failed;
     reportErrors(desktop_, "mnuSaveAs_Click", [&] {
-        if (!document_.open) {
-            outcome = SaveOutcome::declined;
-            return;
-        }
+        if (!document_.open) return;
         try {
             const std::string present = document_.currentPath();
             const char separator = desktop_.defaultFolder().back();

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <deque>
 #include <exception>
-#include <iterator>
 #include <memory>
 #include <new>
 #include <span>
@@ -104,11 +103,12 @@ class Builder {
                                        XML_Encoding* encoding) {
         if (!equalIgnoringCase(name, "windows-1252")) return XML_STATUS_ERROR;
         of(userData).guard([&](Builder& /*builder*/) {
-            for (std::size_t byte = 0; byte < std::size(encoding->map); ++byte) {
-                const std::string character =
-                    fromWindows1252(std::string(1, static_cast<char>(byte)));
+            char byte = 0;
+            for (int& code : encoding->map) {
+                const std::string character = fromWindows1252({&byte, 1});
                 std::size_t position = 0;
-                encoding->map[byte] = static_cast<int>(nextCharacter(character, position));
+                code = static_cast<int>(nextCharacter(character, position));
+                ++byte;
             }
         });
         return XML_STATUS_OK;

@@ -45,7 +45,7 @@ class Matching {
             const Node* node;  // the same node on the other side
             std::size_t next;  // the row of its child to try first
         };
-        std::vector<Place> path{{other.document.tree().root(), 0}};
+        std::vector<Place> path{{other.document.tree().root(), {}}};
         for (TreeWalk walk(*side.document.tree().root()); const Node* node = walk.next();) {
             path.resize(walk.depth());
             Place& parent = path.back();
@@ -55,12 +55,11 @@ class Matching {
                 if (same != nullptr && find(other.matches, *same) != nullptr) same = nullptr;
             }
             use(*node, same, parent.node);
-            path.push_back({same, 0});
+            path.push_back({same, {}});
         }
     }
 
     static const Node* find(const Nodes& nodes, const Node& node) {
-        if (nodes.empty()) return nullptr;
         const auto found = nodes.find(&node);
         return found == nodes.end() ? nullptr : found->second;
     }

@@ -20,10 +20,12 @@ void CsvWriter::add(std::string_view field) {
         bytes_ += field;
         return;
     }
-    const std::size_t start = bytes_.size();
-    bytes_.resize(start + 2 * field.size() + 2);  // enough if each character is a quotation mark
-    bytes_.resize(start + csv_write(bytes_.data() + start, bytes_.size() - start, field.data(),
-                                    field.size()));
+    bytes_ += '"';
+    for (const char c : field) {
+        if (c == '"') bytes_ += '"';
+        bytes_ += c;
+    }
+    bytes_ += '"';
 }
 
 void CsvWriter::endRow() {
@@ -50,7 +52,6 @@ class Rows {
         csv_set_delim(&parser_, static_cast<unsigned char>(separator));
         csv_set_space_func(&parser_,
                            [](unsigned char /*c*/) { return 0; });  // keep blanks around fields
-        csv_set_blk_size(&parser_, 4096);
     }
     Rows(const Rows&) = delete;
     Rows& operator=(const Rows&) = delete;
@@ -123,8 +124,8 @@ class Rows {
     std::exception_ptr failure_;
     bool wantsMore_ = true;
     std::size_t line_ = 0;
-    std::size_t start_ = 1;  // the line in which the row begins
-    bool rowEnded_ = true;   // and the next one has not begun
+    std::size_t start_{};   // the line in which the row begins
+    bool rowEnded_ = true;  // and the next one has not begun
     // The current row.
     std::string texts_;
     std::vector<std::size_t> ends_;

@@ -14,6 +14,7 @@ class RandomDocuments : public EditorWorld {
 
     void make() {
         oddity_ = std::array{0U, 0U, 3U, 12U}[below(4)];
+        firstOdd_ = below(40);
         document.startAt("/random.xml");
         for (std::size_t changes = 4 + below(24); changes > 0; --changes)
             change();
@@ -69,7 +70,7 @@ class RandomDocuments : public EditorWorld {
         std::string text;
         for (std::size_t pieces = 1 + below(2); pieces > 0; --pieces) {
             const bool isOdd = oddity_ > 0 && oneIn(oddity_);
-            text += isOdd ? odd[below(odd.size())] : usual[below(usual.size())];
+            text += isOdd ? odd[(firstOdd_ + below(6)) % odd.size()] : usual[below(usual.size())];
         }
         return text;
     }
@@ -116,5 +117,6 @@ class RandomDocuments : public EditorWorld {
             drag(source->key().string(), target.string(), oneIn(4) ? TreeDrag::ctrlMask : 0);
     }
 
-    std::size_t oddity_ = 0;  // one of so many pieces is odd; 0 for none
+    std::size_t oddity_ = 0;    // one of so many pieces is odd; 0 for none
+    std::size_t firstOdd_ = 0;  // few kinds of them in one document, so that they collide
 };

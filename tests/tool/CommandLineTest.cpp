@@ -42,6 +42,9 @@ Plant.F,branch is Plant.F,device -> 4: error: kind: a device stands below nothin
 Plant.F,branch,F,,,,,,,^ is  -> 4: error: path: no device or branch "Plant.F"
 item,Text is item, -> 5: error: name: Item name field is empty.
 item,Text is item,Lamp -> 6: error: name: Name already existing. Please use a different name
+Plant.F.Text is ".P^x" -> 5: error: path: no path: ".P x"
+Plant.F.Text is P\x -> 5: error: path: no path: "P\x"
+Plant.F.Text is P\ -> 5: error: path: no path: "P\"
 Plant.F.Text is plant.f.lamp -> 6: error: path: also in line 5
 1/2/3 is 1/2 -> 5: error: address: Group Address field is empty.
 1/2/3 is 1/2/256 -> 5: error: address: Group Address field is not valid. It must be between 0 and 255.
@@ -87,6 +90,8 @@ TEST(CommandLine, ImportIntoAConfigurationChecksOnlyWhatTheTableNames) {
         {"t.csv", "path,address\nQ.b,1/1/1\n"},
         {"clash.csv", "path,name\nP,\nQ.a,b\n"}};
     world.must("import t.csv --into a.xml -o b.xml");
+    EXPECT_EQ(world.run("diff a.xml b.xml"), 1);
+    EXPECT_EQ(world.out, "changed item Q.b: address \"1/2/3\" -> \"1/1/1\"\n");
     EXPECT_EQ(world.run("import clash.csv --into a.xml -o c.xml"), 2);
     EXPECT_EQ(world.err,
               "clash.csv:2: error: name: Object Name field is empty.\n"

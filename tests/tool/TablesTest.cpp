@@ -158,7 +158,16 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
         if (!to.contains(path)) to[path] = known.empty() ? name : known + "." + name;
         EXPECT_TRUE(changed.emplace(to[path], row).second) << to[path];
     }
+    std::set<std::pair<std::string, std::string>> ofRemoved;  // addresses and data types of items
+    for (const std::string& path : removed)
+        if (rows.at(path).at("kind") == "item") {
+            ofRemoved.emplace(rows.at(path).at("address"), rows.at(path).at("data type"));
+        }
     for (const auto& change : changes) {
+        if (change["change"] == "added" && change["kind"] == "item") {
+            const auto& fields = change["fields"];
+            EXPECT_FALSE(ofRemoved.contains({fields["address"], fields["data type"]})) << change;
+        }
         if (change["change"] != "added" && change["change"] != "changed") continue;
         TableRow& row = changed[change["path"]];
         row["kind"] = change["kind"];
