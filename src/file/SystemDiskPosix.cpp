@@ -247,15 +247,14 @@ void copyRights(const fs::path& old, const struct stat& before, int file) {
     constexpr auto owners = [](const struct stat& of) { return std::pair(of.st_uid, of.st_gid); };
     const bool groupHasOwnRights = ((before.st_mode ^ (before.st_mode >> 3U)) & 7U) != 0;
     const auto setOwner = [&](uid_t owner) { return ::fchown(file, owner, before.st_gid); };
-    struct stat status = statusOf(file, old);
-    if (owners(status) != owners(before) && setOwner(before.st_uid) < 0 &&
-        status.st_gid != before.st_gid) {
+    if (owners(statusOf(file, old)) != owners(before)) setOwner(before.st_uid);
+    if (statusOf(file, old).st_gid != before.st_gid) {
         const int result = setOwner(static_cast<uid_t>(-1));
         if (groupHasOwnRights) checked(result, old);
     }
     copyAccessList(old, file);
     copyUserAttributes(old, file);
-    status = statusOf(file, old);
+    const struct stat status = statusOf(file, old);
     mode_t mode = before.st_mode & 07777U;
     // The set-user-ID and set-group-ID bits are valid only for the old owner and group.
     if (owners(status) != owners(before)) mode &= 0777U;

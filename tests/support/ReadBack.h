@@ -78,13 +78,11 @@ inline Thing inMemory(const Document& document) {
 /// One byte per character; "?" for those that Latin-1 does not have.
 inline std::string latin1(const std::string& utf8) {
     std::string bytes;
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto lead = static_cast<unsigned char>(utf8[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        if (length == 1) bytes += utf8[i];
-        if (length == 2 && lead < 0xC4) bytes += static_cast<char>(lead << 6 | (utf8[i + 1] & 63));
-        if (length > 2 || (length == 2 && lead >= 0xC4)) bytes += '?';
-        i += length;
+    for (std::size_t i = 0; i < utf8.size(); ++i) {
+        const auto code = static_cast<unsigned char>(utf8[i]);
+        if (code < 0x80) bytes += utf8[i];
+        if (code >= 0xC4) bytes += '?';
+        if (code == 0xC2 || code == 0xC3) bytes += static_cast<char>(code << 6 | (utf8[++i] & 63));
     }
     return bytes;
 }

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -62,17 +63,18 @@ inline TableRows rowsOf(std::string_view csv, char separator = ',') {
 /// Returns a table of these rows with these columns.
 inline std::string csvOf(TableRows rows, const std::vector<std::string>& headings,
                          char separator = ',') {
-    std::string csv;
-    CsvWriter writer(separator, [&](std::string_view bytes) { csv += bytes; });
     rows.emplace(rows.begin());
     for (const std::string& heading : headings)
         rows.front()[heading] = heading;
-    for (TableRow& row : rows) {
-        for (const std::string& heading : headings)
-            writer.add(row[heading]);
-        writer.endRow();
-    }
-    writer.finish();
+    std::string csv = "\xEF\xBB\xBF";
+    for (TableRow& row : rows)
+        for (const std::string& heading : headings) {
+            const std::string text = std::regex_replace(row[heading], std::regex("\""), "\"\"");
+            const bool isQuoted =
+                text.find_first_of(std::string("\"\r\n") + separator) != text.npos;
+            csv += isQuoted ? '"' + text + '"' : text;
+            csv += &heading == &headings.back() ? "\r\n" : std::string(1, separator);
+        }
     return csv;
 }
 
