@@ -52,7 +52,10 @@ class Surveyor {
         for (const Node* device : devices)
             walk(*device);
         checkUnchangedItems(devices);
-        if (found_.unsaved.empty()) requireAllRecords();
+        if (found_.unsaved.empty()) {
+            requireAll(document_.items(), itemCount_);
+            requireAll(document_.branches(), branchCount_);
+        }
         return std::move(found_);
     }
 
@@ -177,15 +180,11 @@ class Surveyor {
         found_.unsaved.try_emplace(&node, FileSurvey::Reason{predicate, namesake});
     }
 
-    /// The last check, in case all rules above missed a fault: the walk must have found as many
+    /// The last check, in case all other rules missed a fault: the walk must have found as many
     /// items and branches as there are records, or a save would lose some.
-    void requireAllRecords() {
-        if (document_.items().count() != itemCount_) reportMissingOf(document_.items());
-        if (document_.branches().count() != branchCount_) reportMissingOf(document_.branches());
-    }
-
     template <typename Records>
-    void reportMissingOf(const Records& records) {
+    void requireAll(const Records& records, std::size_t found) {
+        if (records.count() == found) return;
         for (const auto& [key, record] : records)
             if (!document_.hasNode(key)) return reportMissing(key);
         reportMissing("A record");

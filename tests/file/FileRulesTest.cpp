@@ -32,23 +32,16 @@ TEST(FileRules, FindACharacterAnywhereInAText) {
                                         "\U0001F600", "]]>",  "\r\n"};
     for (int code = 0; code < 0x100; ++code)
         characters.push_back(readBack::utf8(std::string(1, static_cast<char>(code))));
-    const auto repeated = [](const std::string& letter, int times) {
-        std::string text;
-        while (times-- > 0)
-            text += letter;
-        return text;
-    };
     for (const FilePlace place : {FilePlace::attribute, FilePlace::content})
         for (const std::string& character : characters)
             for (const std::string letter : {"a", "\u00E9"})
-                for (int lengths = 0; lengths < 100; ++lengths) {
-                    const std::string start = repeated(letter, lengths / 10);
-                    const std::string end = repeated(letter, lengths % 10);
-                    const std::string text = start + character + end;
-                    ASSERT_EQ(kindOf(text, place), kindOf(character, place)) << text;
-                    ASSERT_EQ(asRead(text, place), start + asRead(character, place) + end);
-                    ASSERT_EQ(traitsOf(text).hasPoint, character == ".") << text;
-                }
+                for (std::string start; start.size() < 12; start += letter)
+                    for (std::string end; end.size() < 12; end += letter) {
+                        const std::string text = start + character + end;
+                        ASSERT_EQ(kindOf(text, place), kindOf(character, place)) << text;
+                        ASSERT_EQ(asRead(text, place), start + asRead(character, place) + end);
+                        ASSERT_EQ(traitsOf(text).hasPoint, character == ".") << text;
+                    }
     EXPECT_EQ(asRead("\r\n\r\t\n\u20AC", FilePlace::content), "\n\n\t\n?");
     EXPECT_EQ(asRead("\r\n\r\t\n\u20AC", FilePlace::attribute), "    ?");
 }

@@ -136,12 +136,6 @@ void expectNothingIsLost(const std::string& command, const std::string& start,
 
 /// One question for each change by another program.
 TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
-    const std::map<char, std::string> questions{
-        {'o', "File " + house + " already existing. Overwrite?\n"},
-        {'c',
-         "File " + house +
-             " was changed by another program since it was last read or saved here. Go on with "
-             "saving? [No]\n"}};
     const std::tuple<int, int, const char*> cases[] = {{0, 0, "o"},  {0, 1, "oc"},  {0, 2, "occ"},
                                                        {1, 0, "co"}, {1, 1, "cco"}, {1, 2, "ccco"}};
     for (const auto& [before, meanwhile, asked] : cases) {
@@ -152,10 +146,10 @@ TEST(Lifecycle, AsksAgainWhenTheFileChangesWhileAQuestionIsOpen) {
         world.desktop.whileOpen = [&] { world.disk.time += remaining-- > 0 ? 1 : 0; };
         world.desktop.willAnswer({Answer::yes, Answer::yes, Answer::yes, Answer::yes});
         world.editor.mnuSaveCfg_Click();
-        std::string expected;
-        for (const char* question = asked; *question != '\0'; ++question)
-            expected += questions.at(*question);
-        EXPECT_EQ(world.takeMessages(), expected + house + " saved\n");
+        std::string seen;  // "o": overwrite? "c": changed
+        for (const std::string& message : world.desktop.messages())
+            seen += message.ends_with("Overwrite?") ? "o" : message.ends_with("[No]") ? "c" : "";
+        EXPECT_EQ(seen, asked);
     }
 }
 

@@ -71,13 +71,14 @@ TEST(CommandLine, ImportReportsTableFaultsWithLineAndColumnAndWritesNothing) {
     EXPECT_EQ(faultsWith("Plant.F.Text,item", "X.Text,thing"),
               "t.csv:5: error: kind: not settings, device, branch or item\n");
     // All faults are reported, not only the first.
-    EXPECT_EQ(faultsWith("Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
-                         ",,1/2,EIS15,x,,,\nPlant.F.Lamp,item,"),
-              "t.csv:5: error: name: Item name field is empty.\n"
-              "t.csv:5: error: address: Group Address field is empty.\n"
-              "t.csv:5: error: elements: Number of elements field is not valid.\n"
-              "t.csv:5: error: flag: neither READ nor TRANSMIT\n"
-              "t.csv:6: error: name: Item name field is empty.\n");
+    EXPECT_EQ(faultsWith("Plant.F.Text,item,Text,,1/2/3,EIS15,14,READ,,\nPlant.F.Lamp,item,Lamp",
+                         "x.y,,,,,,,,,\nPlant.F.Text,item,,,1/2,EIS15,x,,,\nPlant.F.Lamp,item,"),
+              "t.csv:5: error: path: no device or branch \"x\"\n"
+              "t.csv:6: error: name: Item name field is empty.\n"
+              "t.csv:6: error: address: Group Address field is empty.\n"
+              "t.csv:6: error: elements: Number of elements field is not valid.\n"
+              "t.csv:6: error: flag: neither READ nor TRANSMIT\n"
+              "t.csv:7: error: name: Item name field is empty.\n");
 }
 
 TEST(CommandLine, ImportIntoAConfigurationChecksOnlyWhatTheTableNames) {
