@@ -155,8 +155,7 @@ class Assembly {
         const bool isNew = part.base == nullptr;
         const auto columns = columnsOf(kind);
         const bool hasElements = clsItem::hasElements(textOf(part, Column::dataType));
-        for (std::size_t i = 0; i < columnNames.size(); ++i) {
-            const auto column = static_cast<Column>(i);
+        for (const Column column : allColumns) {
             if (column == Column::path || column == Column::kind || column == Column::index)
                 continue;
             const bool isOwn = (column == Column::name && kind != NodeKind::config) ||

@@ -33,6 +33,12 @@ inline constexpr std::array<std::string_view, 13> columnNames{
     "path",     "kind",         "name", "comment", "address",  "index",   "data type",
     "elements", "access right", "flag", "port",    "EDI type", "time-out"};
 
+/// All columns in the same order.
+inline constexpr std::array allColumns{
+    Column::path,  Column::kind,     Column::name,     Column::comment,     Column::address,
+    Column::index, Column::dataType, Column::elements, Column::accessRight, Column::flag,
+    Column::port,  Column::ediType,  Column::timeout};
+
 constexpr std::string_view nameOf(Column column) {
     return columnNames[static_cast<std::size_t>(column)];
 }

@@ -15,7 +15,6 @@ class Matching {
     Matching(const Document& from, const Document& to) : from_{from, {}}, to_{to, {}} {
         const std::vector<const Node*> missing = unmatched(from_, to_);
         const std::vector<const Node*> added = unmatched(to_, from_);
-        if (missing.empty() || added.empty()) return;
         matchItems(missing, added, true);
         matchItems(missing, added, false);
         matchContainers(missing, {added.begin(), added.end()});
@@ -117,10 +116,10 @@ class Matching {
                 candidates[traitsOf(from_.document, *node)].push_back(node);
         for (const Node* node : added) {
             if (!isUnmatchedItem(to_, node)) continue;
-            const auto found = candidates.find(traitsOf(to_.document, *node));
-            if (found == candidates.end() || found->second.empty()) continue;
-            pair(*found->second.front(), *node);
-            found->second.pop_front();
+            auto& same = candidates[traitsOf(to_.document, *node)];
+            if (same.empty()) continue;
+            pair(*same.front(), *node);
+            same.pop_front();
         }
     }
 

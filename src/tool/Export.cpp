@@ -23,10 +23,10 @@ std::string indexOf(std::string_view address) {
 void addRow(CsvWriter& table, const Document& document, const Node& node, std::string_view path) {
     const Values values(document, node);
     const bool isItem = node.kind() == NodeKind::item;
-    table.add(path);
-    for (std::size_t i = 1; i < columnNames.size(); ++i) {
-        const auto column = static_cast<Column>(i);
-        if (column == Column::index && isItem) {
+    for (const Column column : allColumns) {
+        if (column == Column::path) {
+            table.add(path);
+        } else if (column == Column::index && isItem) {
             table.add(indexOf(values[Column::address]));
         } else {
             table.add(values[column]);

@@ -9,8 +9,8 @@
 namespace {
 
 std::optional<Column> columnNamed(std::string_view heading) {
-    for (std::size_t i = 0; i < columnNames.size(); ++i)
-        if (equalIgnoringCase(columnNames[i], heading)) return static_cast<Column>(i);
+    for (const Column column : allColumns)
+        if (equalIgnoringCase(nameOf(column), heading)) return column;
     return std::nullopt;
 }
 

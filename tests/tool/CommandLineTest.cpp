@@ -128,14 +128,14 @@ TEST(CommandLine, DiffRecognisesRenamedAndMovedNodes) {
 const std::string withFaults =
     "<QUONEibCfg>\n"
     "<SETTINGS port='COM1' editype='\u20AC' timeout='1'/><OPC_DA>\n"
-    "<DEVICE name='New Device 9' port='\u20AC' editype='x' timeout='1'><tags></tags></DEVICE>\n"
+    "<DEVICE name='New Device 9' port='\u20AC' editype='&amp;' timeout='1'><tags></tags></DEVICE>\n"
     "<DEVICE port='COM1'/>\n"
     "<DEVICE name='P' port='COM1' editype='x' timeout='1'><tags>\n" +
     tag("a") + "\n" + tag("a") + "\n" + tag("b.c") +
     "\n<newbranch2>\n"
-    "<tag><name>New_Item_1</name><comment>&amp;</comment><address>31/7/255</address>"
-    "<eistype>EIS15</eistype><flag>READ</flag><accessrights>ALL</accessrights></tag>\n"
-    "<tag><name>d</name><comment/><address>0/0/0</address><eistype>EIS6</eistype><flag/>"
+    "<tag><name>New_Item_1</name><comment>&amp;</comment><address>0/0/0</address>"
+    "<eistype>EIS15</eistype><flag>READ</flag><accessrights>&amp;</accessrights></tag>\n"
+    "<tag><name>d</name><comment/><address>&amp;</address><eistype>EIS&lt;</eistype><flag/>"
     "<accessrights>READ</accessrights><elements>3</elements></tag>\n"
     "<tag><name>e</name><comment/><address>1/2/3/4</address><eistype>EIS1</eistype></tag>\n"
     "<e/><e/></newbranch2></tags></DEVICE></OPC_DA></QUONEibCfg>";
@@ -144,6 +144,7 @@ constexpr auto faultsFound =
     R"(a.xml: warning: EDI type: '€': saved as "?"
 a.xml:3: note: New Device 9: the name was proposed, and never changed
 a.xml:3: warning: New Device 9: port: '€': saved as "?"
+a.xml:3: error: New Device 9: EDI type: '&': the OPC server cannot read a file that holds this
 a.xml:3: note: New Device 9: the device holds nothing
 a.xml:4: error: Error n. 94  Invalid use of Null in BrowsePlc
 a.xml:7: error: P: Error n. 457  This key is already associated with an element of this collection in BrowseBranch
@@ -151,11 +152,15 @@ a.xml:8: warning: P.b\.c: address 1/2/3 is also that of P.a
 a.xml:9: note: P.NEWBRANCH2: the name was proposed, and never changed
 a.xml:10: note: P.NEWBRANCH2.New_Item_1: the name was proposed, and never changed
 a.xml:10: error: P.NEWBRANCH2.New_Item_1: comment: '&': the OPC server cannot read a file that holds this
+a.xml:10: error: P.NEWBRANCH2.New_Item_1: address "0/0/0" is none of 0/0/1 to 31/7/255
 a.xml:10: warning: P.NEWBRANCH2.New_Item_1: no number of elements, which EIS15 needs
-a.xml:10: warning: P.NEWBRANCH2.New_Item_1: unknown access right "ALL"
-a.xml:11: error: P.NEWBRANCH2.d: address "0/0/0" is none of 0/0/1 to 31/7/255
-a.xml:11: warning: P.NEWBRANCH2.d: unknown data type "EIS6"
-a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for EIS6
+a.xml:10: error: P.NEWBRANCH2.New_Item_1: access right: '&': the OPC server cannot read a file that holds this
+a.xml:10: warning: P.NEWBRANCH2.New_Item_1: unknown access right "&"
+a.xml:11: error: P.NEWBRANCH2.d: address: '&': the OPC server cannot read a file that holds this
+a.xml:11: error: P.NEWBRANCH2.d: address "&" is none of 0/0/1 to 31/7/255
+a.xml:11: error: P.NEWBRANCH2.d: data type: '<': the OPC server cannot read a file that holds this
+a.xml:11: warning: P.NEWBRANCH2.d: unknown data type "EIS<"
+a.xml:11: note: P.NEWBRANCH2.d: a number of elements, which has no meaning for EIS<
 a.xml:12: error: P.NEWBRANCH2: Error n. 94  Invalid use of Null in BrowseBranch
 a.xml:13: error: P.NEWBRANCH2: Error n. 457  This key is already associated with an element of this collection in BrowseBranch
 )";
