@@ -20,12 +20,10 @@ void CsvWriter::add(std::string_view field) {
         bytes_ += field;
         return;
     }
-    bytes_ += '"';
-    for (const char c : field) {
-        if (c == '"') bytes_ += '"';
-        bytes_ += c;
-    }
-    bytes_ += '"';
+    const std::size_t start = bytes_.size();
+    bytes_.resize(start + 2 * field.size() + 2);  // enough if each character is a quotation mark
+    bytes_.resize(start + csv_write(bytes_.data() + start, bytes_.size() - start, field.data(),
+                                    field.size()));
 }
 
 void CsvWriter::endRow() {
@@ -52,6 +50,7 @@ class Rows {
         csv_set_delim(&parser_, static_cast<unsigned char>(separator));
         csv_set_space_func(&parser_,
                            [](unsigned char /*c*/) { return 0; });  // keep blanks around fields
+        csv_set_blk_size(&parser_, 4096);
     }
     Rows(const Rows&) = delete;
     Rows& operator=(const Rows&) = delete;
