@@ -133,13 +133,12 @@ QWidget* ItemDialog::buildAddress() {
                           [this](int code) { return form_.txtAddress_KeyPress(code); });
         part->setAccessibleDescription(titles[i]);
         mark(part, FilePlace::content);
-        part->setMinimumWidth(part->fontMetrics().averageCharWidth() * 8);
         part->setAccessibleName(QString::fromStdString(form_.lbladdress.caption));
         part->installEventFilter(this);
         address_.append(part);
         connect(part, &QLineEdit::textChanged, this,
                 [this, i](const QString& text) { acceptInput([&] { addressChanged(i, text); }); });
-        row->addWidget(part, 1);
+        row->addWidget(part);
     }
     return parts;
 }
@@ -181,7 +180,7 @@ QWidget* ItemDialog::buildCountPanel() {
     okCount_ = bind("cmdOkNumber", form_.cmdOkNumber, 'K', [this] { form_.cmdOkNumber_Click(); });
     auto* row = new QHBoxLayout(panel);
     row->addWidget(bind(form_.Label7, 'I', count_));
-    row->addWidget(count_, 1);
+    row->addWidget(count_);
     row->addWidget(okCount_);
     return panel;
 }
@@ -189,9 +188,7 @@ QWidget* ItemDialog::buildCountPanel() {
 /// Makes the dialog higher for the panel, and restores its height when the panel closes.
 void ItemDialog::showCountPanel(bool visible) {
     if (visible == panel_->isVisibleTo(this)) return;
-    // Before the panel is hidden: otherwise the toolkit moves the focus to the next button.
     (visible ? okCount_ : ok_)->setDefault(true);
-    if (!visible) focusAndSelect(name_);
     const int before = height();
     panel_->setVisible(visible);
     layout()->activate();

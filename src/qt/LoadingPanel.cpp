@@ -34,11 +34,16 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
     column->setContentsMargins(margin * 2, margin, margin * 2, margin);
     column->addWidget(label);
     column->addWidget(bar_);
-    column->addWidget(cancel_, 0, Qt::AlignCenter);
+    column->addWidget(cancel_);
+    column->setAlignment(cancel_, Qt::AlignCenter);
     connect(cancel_, &QPushButton::clicked, this, [this] { form_.pnlImpStat_Cancel(); });
+    refresh_.setSingleShot(true);
+    refresh_.setInterval(40);
     connect(&refresh_, &QTimer::timeout, this, [this] {
+        if (!panel_.visible) return;
         bar_->setValue(panel_.progress);
         if (panel_.offersCancel) takeInput();
+        refresh_.start();
     });
     hide();
 }
@@ -53,21 +58,15 @@ void LoadingPanel::follow() {
     if (isVisible() == panel_.visible) return;
     bar_->setValue(panel_.progress);
     setVisible(panel_.visible);
-    if (panel_.visible) {
-        refresh_.start(40);
-    } else {
-        refresh_.stop();
-    }
+    refresh_.start();
 }
 
 /// Processes the user's input, but only for this panel. The work itself processes other pending
 /// events only, as input would reach commands while the configuration is incomplete.
 void LoadingPanel::takeInput() {
-    refresh_.stop();
     qApp->installEventFilter(this);
     QCoreApplication::processEvents();
     qApp->removeEventFilter(this);
-    if (panel_.visible) refresh_.start();
 }
 
 bool LoadingPanel::eventFilter(QObject* object, QEvent* event) {

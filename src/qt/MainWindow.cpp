@@ -112,16 +112,11 @@ MainWindow::~MainWindow() {
 void MainWindow::buildMenus() {
     QMenu* menu = nullptr;
     auto* viewModes = new QActionGroup(this);
-    const auto table = commandTable();
-    for (std::size_t row = 0; row < table.size(); ++row) {
-        const Command& command = table[row];
-        const bool hasEntries =
-            row + 1 < table.size() && (table[row + 1].kind == Command::Kind::entry ||
-                                       table[row + 1].kind == Command::Kind::separator);
+    for (const Command& command : commandTable()) {
         QAction* action = nullptr;
         if (command.kind == Command::Kind::separator) {
             action = menu->addSeparator();
-        } else if (command.kind == Command::Kind::menu && hasEntries) {
+        } else if (command.kind == Command::Kind::menu && command.handler == nullptr) {
             menu = menuBar()->addMenu(toQt(command.caption));
             action = menu->menuAction();
         } else {
@@ -224,8 +219,8 @@ void MainWindow::showContextMenu(frmEditing::ActiveControl view, QPoint place) {
     for (const Command* command : contextCommands()) {
         const ContextEntry& entry = command->context;
         if (inTree && entry.views != ContextEntry::Views::both) continue;
-        const auto before = std::exchange(group, entry.group);
-        if (before != group && before != ContextEntry::Group::none) menu->addSeparator();
+        // The toolkit hides a separator above the first entry.
+        if (std::exchange(group, entry.group) != entry.group) menu->addSeparator();
         addEntry(*menu, *command);
     }
     menu->addSeparator();

@@ -81,7 +81,6 @@ ReplaceDialog::ReplaceDialog(frmReplace& form)
     grid_->setTabKeyNavigation(false);
     grid_->setWordWrap(false);
     grid_->verticalHeader()->hide();
-    grid_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 6);
     grid_->horizontalHeader()->setSectionsClickable(false);
     grid_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);

@@ -44,7 +44,6 @@ TreePane::TreePane(const ConfigTree& tree, const FileRules& rules, TreeDrag& dra
         if (const Node* node = drag_.dropHighlight()) setExpanded(model_->indexOf(node), true);
     });
     sideways_.setSingleShot(true);
-    sideways_.setInterval(0);
     connect(&sideways_, &QTimer::timeout, this, &TreePane::scrollSideways);
     scrolling_.setInterval(60);
     connect(&scrolling_, &QTimer::timeout, this, &TreePane::scrollNearEdge);
@@ -90,17 +89,15 @@ void TreePane::measureTexts() {
                  iconSize().width() + 4 * margin + fontMetrics().averageCharWidth());
 }
 
+/// Called for one node at a time, as is rowsAboutToBeRemoved().
 void TreePane::rowsInserted(const QModelIndex& parent, int start, int end) {
-    for (int row = start; row <= end; ++row)
-        width_.opened(*TreeModel::nodeAt(model_->index(row, 0, parent)));
+    const Node& top = *TreeModel::nodeAt(model_->index(start, 0, parent));
+    width_.opened(top);
     QTreeView::rowsInserted(parent, start, end);
     // A subtree that undo restores is expanded as before.
-    for (int row = start; row <= end; ++row) {
-        const Node& top = *TreeModel::nodeAt(model_->index(row, 0, parent));
-        expandAsInTree(top);
-        for (TreeWalk walk(top); const Node* node = walk.next();)
-            expandAsInTree(*node);
-    }
+    expandAsInTree(top);
+    for (TreeWalk walk(top); const Node* node = walk.next();)
+        expandAsInTree(*node);
 }
 
 void TreePane::expandAsInTree(const Node& node) {
@@ -110,8 +107,7 @@ void TreePane::expandAsInTree(const Node& node) {
 }
 
 void TreePane::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
-    for (int row = start; row <= end; ++row)
-        width_.closing(*TreeModel::nodeAt(model_->index(row, 0, parent)), true);
+    width_.closing(*TreeModel::nodeAt(model_->index(start, 0, parent)), true);
     QTreeView::rowsAboutToBeRemoved(parent, start, end);
 }
 
@@ -315,9 +311,9 @@ void TreePane::scrollNearEdge() {
     QScrollBar* bar = verticalScrollBar();
     const int margin = autoScrollMargin();
     if (draggedTo_->y() < margin) {
-        bar->setValue(bar->value() - 1);
+        bar->triggerAction(QAbstractSlider::SliderSingleStepSub);
     } else if (draggedTo_->y() >= viewport()->height() - margin) {
-        bar->setValue(bar->value() + 1);
+        bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
     }
 }
 
@@ -360,7 +356,7 @@ void TreePane::drawBranches(QPainter* painter, const QRect& rect, const QModelIn
     QColor colour = palette().color(QPalette::Text);
     colour.setAlphaF(0.3F);
     painter->save();
-    painter->setPen(QPen(colour, 1));
+    painter->setPen(colour);
     int x = rect.right() - indentation() / 2;
     const int middle = rect.center().y();
     // No lines within expand boxes.

@@ -1,7 +1,6 @@
 #include "qt/TreeWidth.h"
 
 #include <QFontMetricsF>
-#include <algorithm>
 #include <cmath>
 
 #include "qt/Text.h"
@@ -74,23 +73,17 @@ void TreeWidth::measure(const Node& node, std::size_t level) {
 }
 
 double TreeWidth::advanceOf(std::string_view text) const {
-    double widestLine = 0;
     double advance = 0;
     int characters = 0;
     for (std::size_t i = 0; i < text.size(); ++characters) {
-        char32_t c = static_cast<unsigned char>(text[i]);
-        if (c < 0x80) {  // nearly always, and faster than a call
-            ++i;
-        } else {
-            c = nextCharacter(text, i);
+        const char32_t c = nextCharacter(text, i);
+        if (c == '\n') {  // the lines of a text are below one another
+            return QFontMetricsF(font_).size(Qt::AlignLeft, toQt(text, drawnCharacters)).width();
         }
         if (c >= advances_.size() || characters == drawnCharacters) {
             return QFontMetricsF(font_).horizontalAdvance(toQt(text, drawnCharacters));
         }
         advance += advances_[c];
-        if (c != '\n') continue;
-        widestLine = std::max(widestLine, advance);  // the lines of a text are below one another
-        advance = 0;
     }
-    return std::max(widestLine, advance);
+    return advance;
 }
