@@ -70,6 +70,7 @@ CommonPropertiesDialog::CommonPropertiesDialog(CommonProperties& form)
                                 {bind(item.Label6, 'R', right), right},
                                 {bind(item.lblElements, 'b', elements), elements},
                                 {bind(item.Label4, 'F', flag), flag}}));
+    fields->addStretch();
     arrange(fields, {ok, cancel});
     showForm();
 }

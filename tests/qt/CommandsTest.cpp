@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "model/DataTypes.h"
+#include "model/Product.h"
 #include "qt/Icons.h"
 #include "qt/QtDesktop.h"
 #include "qt/QtForms.h"
@@ -9,6 +10,8 @@
 #include "qt/WindowWorld.h"
 
 namespace {
+
+QStringList namesSeen;  ///< of the fields and buttons of all dialogs
 
 /// Reads the dialog that `open` opens, then closes it.
 QString readingOf(
@@ -18,8 +21,13 @@ QString readingOf(
         const QPointer<QWidget> dialog = &shown;
         expectValidLayout(shown);
         if (shown.inherits("FormDialog") || shown.inherits("AboutBox")) expectMnemonics(shown);
+        for (const auto* edit : shown.findChildren<QLineEdit*>())
+            QVERIFY(edit->hasFocus() || !edit->hasSelectedText());
         act(shown);
         text = reading(shown);
+        for (const QWidget* part : tabOrder(shown))
+            if (shown.inherits("FormDialog") && !namesSeen.contains(part->objectName()))
+                namesSeen.append(part->objectName());
         // A question without Cancel can only be answered.
         if (dialog && dialog->isVisible()) QTest::keyClick(dialog, Qt::Key_Escape);
         if (dialog && dialog->isVisible()) dialog->close();
@@ -37,7 +45,6 @@ class CommandsTest : public QObject {
     static void expectCommandsAsInTheTable(const WindowWorld& world) {
         QList<QAction*> menus = world.window.menuBar()->actions(), entries;
         QList<QAction*> buttons = world.window.findChild<QToolBar*>("Toolbar1")->actions();
-        buttons.removeIf([](const QAction* each) { return each->isSeparator(); });
         for (const Command& command : commandTable()) {
             if (command.kind == Command::Kind::inContextMenus) continue;
             const bool isMenu = command.kind == Command::Kind::menu;
@@ -51,9 +58,18 @@ class CommandsTest : public QObject {
             QCOMPARE(action->isChecked(),
                      command.view && *command.view == world.form.ListView1.view());
         }
+        auto group = toolbarCommands().front()->button.group;
+        int right = -1;  // of the button before
         for (const Command* command : toolbarCommands()) {
+            const bool isNext = command->button.group == group;
+            group = command->button.group;
+            QVERIFY(isNext || buttons.takeFirst()->isSeparator());
             const QAction* action = buttons.takeFirst();
             auto& button = world.button(command->button.key.data());
+            QVERIFY(isNext ? button.x() == right + 1 : button.x() > right + 1);
+            right = button.geometry().right();
+            QVERIFY(button.parentWidget()->rect().contains(button.geometry()) &&
+                    button.iconSize().height() <= button.height());
             QCOMPARE(tooltipAt(button, {1, 1}), toQt(command->button.tooltip));
             QCOMPARE(accessible(button, QAccessible::Name), toQt(command->caption).remove('&'));
             QVERIFY2(action->isEnabled() == world.form.isEnabled(*command), command->name.data());
@@ -72,7 +88,7 @@ class CommandsTest : public QObject {
         QVERIFY(hint.text().startsWith("Begin with <b>New Configuration</b>, <b>Open Config"));
         QVERIFY(hint.isVisible() && hint.rect() == world.window.centralWidget()->rect());
         expectCommandsAsInTheTable(world);
-        world.window.resize(world.window.size() * 3 / 4);
+        world.window.resize(1, 1);
         bool loading = false;
         world.desktop.onPendingEvents = [&] {
             if (std::exchange(loading, true)) return;
@@ -81,7 +97,7 @@ class CommandsTest : public QObject {
             const auto& panel = *world.window.findChild<QLabel*>("lblLabel")->parentWidget();
             const QPoint middle = world.window.centralWidget()->rect().center();
             QVERIFY((panel.geometry().center() - middle).manhattanLength() < 3);
-            QVERIFY(!panel.visibleRegion().isEmpty() && panel.findChild<QProgressBar*>());
+            QVERIFY(!panel.visibleRegion().isEmpty());
         };
         world.openText(configuration(
             plc("Plant", branch("FLOOR1", tag("Text1") + tag("Text2")) + tag("Light1"))));
@@ -90,7 +106,6 @@ class CommandsTest : public QObject {
         world.clickNode("Plant.FLOOR1");
         expectCommandsAsInTheTable(world);
         world.clickRow(0);
-        QCOMPARE(world.rows().accessibleName(), "Contents");
         world.button("list").click();
         expectCommandsAsInTheTable(world);
         QCOMPARE(reading(world.window), "QUONAutomation - OPCOlvan: Contents, Configuration tree");
@@ -142,33 +157,31 @@ class CommandsTest : public QObject {
                      address.arg("", "", "") +
                      "Data Type: EIS1, Access Right: READWRITE, Read, [Add and Exit], "
                      "Add and Increment, Add Vector...., Exit");
-        QCOMPARE(readingOf(entry("mnuAddItem"),
-                           [](QWidget& dialog) {
-                               dialog.findChild<QAbstractButton*>("cmdGroup")->click();
-                           }),
-                 "Group Address Properties: INSERT NUMBER OF ITEMS TO ADD=1, [OK], Add and Exit, "
-                 "Add and Increment, Add Vector...., Exit");
-        const auto isAligned = [](QWidget& dialog) {
-            const auto left = [&](const char* name) {
-                return dialog.findChild<QWidget*>(name)->mapTo(&dialog, QPoint()).x();
-            };
-            QCOMPARE(left("txtAddress0"), left("txtItemName"));
-            QCOMPARE(left("optLettura0"), left("txtItemName"));
-            const QRect last = dialog.findChild<QWidget*>("cmdCancel")->geometry();
-            QVERIFY(last.right() > dialog.width() - dialog.fontMetrics().height());
-        };
-        QCOMPARE(readingOf(node("Plant.FLOOR1.Text1"), isAligned),
+        QCOMPARE(
+            readingOf(entry("mnuAddItem"),
+                      [](QWidget& dialog) {
+                          dialog.findChild<QAbstractButton*>("cmdGroup")->click();
+                          QVERIFY(dialog.findChild<QFrame*>("frmInserimento")->frameWidth() > 0);
+                          expectValidLayout(dialog);
+                      }),
+            "Group Address Properties: INSERT NUMBER OF ITEMS TO ADD=1, [OK], Add and Exit, "
+            "Add and Increment, Add Vector...., Exit");
+        QCOMPARE(readingOf(node("Plant.FLOOR1.Text1")),
                  "Group Address Properties: Item Name*=Text1, Comment*=, " +
                      address.arg("1", "2", "3") +
-                     "Data Type: EIS1, Access Right: READ, Read, [Confirm Modify], Exit");
-        QVERIFY(readingOf(entry("mnuAbout")).startsWith("About OPCOlvan: [OK], "));
+                     "Data Type: EIS1, Access Right: READ, Read, [Confirm Modify], Exit, "
+                     "Also used by Plant.FLOOR1.Text2");
+        QCOMPARE(readingOf(entry("mnuAbout")), "About OPCOlvan: [OK], " + toQt(companyContact) +
+                                                   ", OPCOlvan, Version " + toQt(productVersion) +
+                                                   ", " + toQt(productDescription) + ", " +
+                                                   toQt(companyContact));
         world.clickNode("Plant.FLOOR1");
         world.clickRow(0);
         world.clickRow(1, Qt::ShiftModifier);
         QCOMPARE(
             readingOf(entry("mnuItemProperties")),
             "Properties of Several Items: Data Type: EIS1, Access Right: READ, Olvan Flag: Read, "
-            "[OK], Cancel");
+            "[OK], Cancel, 2 items. An empty field leaves each item as it is.");
         world.desktop.clipboard = "Gate\r\nA&B\r\n";
         const auto showsNames = [](QWidget& dialog) {
             auto& view = *dialog.findChild<QTableView*>();
@@ -185,6 +198,7 @@ class CommandsTest : public QObject {
                 const bool isFaulty = at == 5;
                 QCOMPARE(cell(at / 3, at % 3, Qt::ForegroundRole).isValid(), isFaulty);
                 QCOMPARE(cell(at / 3, at % 3, Qt::DecorationRole).isValid(), isFaulty);
+                QCOMPARE(cell(at / 3, at % 3, Qt::TextAlignmentRole).isValid(), at % 3 == 1);
                 const QString fault =
                     cell(at / 3, at % 3, Qt::AccessibleDescriptionRole).toString();
                 const QString tip = cell(at / 3, at % 3, Qt::ToolTipRole).toString();
@@ -202,6 +216,11 @@ class CommandsTest : public QObject {
         };
         QCOMPARE(readingOf(entry("mnuPasteName"), showsNames),
                  "Replace Text: [Replace], Cancel, Replace Text");
+        QCOMPARE(
+            namesSeen.join(' '),
+            "cmbPort cmbEdiType txtTimeout cmdApply cmdExit txtName txtBranchName cmdOk cmdCancel "
+            "txtItemName txtComment txtAddress0 txtAddress1 txtAddress2 cmbDataType cmbAccessRight "
+            "optLettura0 cmdAdd cmdGroup txtNumbItems cmdOkNumber cmbFlag Command2 Command1 Grid1");
     }
 
     static void messageBoxesAndFileChoosersShowWhatTheyAreGiven() {
@@ -212,19 +231,18 @@ class CommandsTest : public QObject {
                                QCOMPARE(QGuiApplication::overrideCursor()->shape(),
                                         Qt::ArrowCursor);
                                const auto& label = *box.findChild<QLabel*>("qt_msgbox_label");
-                               QCOMPARE(label.text(), "<b>K\u00FChlung</b> & more saved");
                                QCOMPARE(label.textFormat(), Qt::PlainText);
                            }),
-                 "OPCOlvan: [OK]");
+                 "OPCOlvan: [OK], <b>K\u00FChlung</b> & more saved");
         QCOMPARE(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
         desktop.setPointer(Pointer::normal);
         QVERIFY(QGuiApplication::overrideCursor() == nullptr);
         QCOMPARE(readingOf([&] { QVERIFY(desktop.askYesNo("Save?", Answer::yes)); }),
-                 "OPCOlvan: [Yes], No");
+                 "OPCOlvan: [Yes], No, Save?");
         QCOMPARE(readingOf([&] { QVERIFY(!desktop.askYesNo("Delete?", Answer::no)); }),
-                 "OPCOlvan: [No], Yes");
+                 "OPCOlvan: [No], Yes, Delete?");
         QCOMPARE(readingOf([&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::cancel); }),
-                 "OPCOlvan: [Yes], No, Cancel");
+                 "OPCOlvan: [Yes], No, Cancel, Save?");
         inDialog([&] { QVERIFY(desktop.askYesNoCancel("Save?") == Answer::no); },
                  [](QWidget& box) { box.findChildren<QPushButton*>().at(1)->click(); });
         // Of a file chooser, which is from Qt or the platform, only the settings are checked.
@@ -266,6 +284,7 @@ class CommandsTest : public QObject {
                 QVERIFY(drawn == own.pixmap(QSize(24, 24), 1.5).toImage() && drawn.width() == 36);
             }
         }
+        QCOMPARE(icons::besideText(QFontMetrics(QFont("", 1))), QSize(16, 16));
         for (const int side : {16, 24, 32, 48, 64, 96})
             for (const auto mode : {QIcon::Normal, QIcon::Selected}) {
                 const auto drawn = [&](const QIcon& icon) {
@@ -277,12 +296,7 @@ class CommandsTest : public QObject {
                 QVERIFY(marked != plain && marked.copy(upper) == plain.copy(upper));
                 QCOMPARE(marked.pixel(side / 8, side / 2), plain.pixel(side / 8, side / 2));
             }
-        QStringList needed =
-            QString(
-                "tree/plc tree/serial tree/branch tree/config tree/item tree/main list/plc "
-                "list/item toolbar/group list/EIS2_V_D list/EIS2_V_P list/EIS3 list/EIS4_C "
-                "list/EIS4_F")
-                .split(' ');
+        QStringList needed{"tree/config", "list/plc", "toolbar/group", "list/EIS4_F"};
         for (const DataType& type : dataTypes())
             needed.append("list/" + toQt(type.name));
         for (const Command* command : toolbarCommands())

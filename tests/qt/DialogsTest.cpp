@@ -1,5 +1,6 @@
 // The dialogs in their windows, filled in with mouse and keyboard.
 
+#include "model/DataTypes.h"
 #include "qt/QtForms.h"
 #include "qt/Reading.h"
 #include "qt/WindowWorld.h"
@@ -7,10 +8,10 @@
 namespace {
 
 /// Performs a step in a dialog: "types FIELD TEXT" replaces the text; "composes FIELD TEXT" enters
-/// it at once, as an input method; "pastes FIELD TEXT" appends it; "chooses FIELD TEXT"; "clicks
-/// BUTTON"; "enters at BUTTON" presses Return there; "finds FIELD TEXT" expects the focus and
-/// selected text; "shows LABEL TEXT" expects a text; "measures" stores the height, "as high"
-/// expects it; or a key.
+/// it at once, as an input method; "pastes FIELD TEXT" appends it; "chooses FIELD TEXT"; "offers
+/// FIELD TEXT" expects it as the first choice; "clicks BUTTON"; "enters at BUTTON" presses Return
+/// there; "finds FIELD TEXT" expects the focus and selected text; "shows LABEL TEXT" expects a
+/// text; "measures" stores the height, "as high" expects it; or a key.
 void act(QWidget& dialog, const QString& step) {
     const QString verb = step.section(' ', 0, step.startsWith("enters") ? 1 : 0);
     const QString name = step.mid(verb.size() + 1).section(' ', 0, 0);
@@ -33,6 +34,8 @@ void act(QWidget& dialog, const QString& step) {
         QApplication::sendEvent(edit, &event);
     } else if (verb == "chooses") {
         combo->setCurrentText(text);
+    } else if (verb == "offers") {
+        QCOMPARE(combo->itemText(0), text);
     } else if (verb == "clicks") {
         QTest::mouseClick(widget, Qt::LeftButton);
     } else if (verb == "enters at") {
@@ -135,7 +138,9 @@ class DialogsTest : public QObject {
                                      "</accessrights><elements>7</elements></tag>")));
                 std::string before, after;
                 world.document.items().at("Plant.Lamp").GetXmlTag(0, before);
-                inDialog([&] { world.openNode("Plant.Lamp"); }, "Return");
+                const bool isKnown = findDataType(type) != nullptr;
+                inDialog([&] { world.openNode("Plant.Lamp"); },
+                         "offers cmbDataType " + (isKnown ? "EIS1" : toQt(type)) + "; Return");
                 world.document.items().at("Plant.Lamp").GetXmlTag(0, after);
                 QCOMPARE(after, before);
                 QVERIFY(!std::exchange(world.document.saved, true));

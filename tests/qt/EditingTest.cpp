@@ -59,7 +59,8 @@ class EditingTest : public QObject {
             const auto& drag = *user.tree.findChild<QDrag*>();
             const QRect row = user.tree.visualRect(user.indexOf("Plant.HALL"));
             QCOMPARE(drag.pixmap().height(), row.height());
-            QVERIFY(drag.pixmap().width() > row.height() && drag.hotSpot().x() < 0);
+            QVERIFY(drag.pixmap().width() > row.height() && drag.hotSpot().y() < 0);
+            QCOMPARE(drag.mimeData()->formats(), QStringList("application/x-configuration-node"));
             QTRY_VERIFY(user.tree.isExpanded(user.indexOf("Annex")));  // the pointer rests there
         });
         QCOMPARE(user.devices(), "Annex[SHED[BOX[Key]] HALL[Door Lamp]] Plant[]");
@@ -158,7 +159,10 @@ class EditingTest : public QObject {
         for (int i = 100; i < 300; ++i)
             items += tag("Lamp" + std::to_string(i));
         WindowUser user(configuration(plc("Plant", branch("HALL", items))));
-        user.tree.setGeometry(0, 40, 260, 200);
+        // Room for the text, but not for what is on its left.
+        user.tree.setGeometry(
+            0, 40, user.tree.sizeHintForIndex(user.indexOf("Plant.HALL.Lamp250")).width() + 60,
+            200);
         user.clicks("Plant.HALL");
         user.tree.horizontalScrollBar()->setValue(5);
         user.presses("Left");

@@ -22,7 +22,7 @@ inline QString accessible(QWidget& widget, QAccessible::Text text) {
 
 /// "Branch: Branch name:*=B, [OK], Cancel": the title and, in tab order, all fields with their
 /// values and all buttons. Fields that can show a sign have "*", the default button has brackets;
-/// "Data Type: EIS1" is a field without free text.
+/// "Data Type: EIS1" is a field without free text. Then the texts that belong to no field.
 inline QString reading(const QWidget& window) {
     QStringList parts;
     for (QWidget* part : tabOrder(window)) {
@@ -39,45 +39,63 @@ inline QString reading(const QWidget& window) {
         }
         parts.append(button != nullptr && button->isDefault() ? "[" + text + "]" : text);
     }
+    for (const auto* label : window.findChildren<QLabel*>())
+        if (label->buddy() == nullptr && label->isVisible() && label->text().size() > 1)
+            parts.append(label->text());
     return window.windowTitle() + ": " + parts.join(", ");
 }
 
 /// Checks that no part of the window overlaps another or is cut off, at its own size and enlarged,
-/// and that the layout returns to the original one.
+/// and that the layout returns to the original one. In the editor's dialogs the fields are aligned,
+/// and only the buttons below them move.
 inline void expectValidLayout(QWidget& window) {
-    const auto leaves = [&] {
-        QList<QWidget*> all;
-        for (auto* part : window.findChildren<QWidget*>())
-            if (part->isVisibleTo(&window) && part->window() == &window &&
-                qobject_cast<QSizeGrip*>(part) == nullptr &&
-                (part->layout() == nullptr && part->findChildren<QWidget*>().isEmpty()))
-                all.append(part);
-        return all;
-    };
+    const bool isOwn = window.inherits("FormDialog") || window.inherits("AboutBox");
     const auto placeOf = [&](const QWidget* part) {
         return QRect(part->mapTo(&window, QPoint()), part->size());
     };
-    QList<QRect> before;
-    for (const QWidget* part : leaves())
-        before.append(placeOf(part));
+    const auto places = [&] {
+        QMap<QWidget*, QRect> all;
+        for (auto* part : window.findChildren<QWidget*>())
+            if (part->isVisible() && part->window() == window.window() &&
+                !part->inherits("QSizeGrip") && part->layout() == nullptr &&
+                std::ranges::none_of(part->findChildren<QWidget*>(), &QWidget::isVisible))
+                all[part] = placeOf(part);
+        return all;
+    };
+    const auto before = places();
     const QSize own = window.size();
-    for (const QSize size : {own, own + QSize(200, 200), own}) {
-        window.resize(size);
+    for (const int more : {0, 200, 0}) {
+        window.resize(own + QSize(more, more));
         QCoreApplication::processEvents();
-        const auto parts = leaves();
-        for (QWidget* part : parts) {
-            const QRect place = placeOf(part);
-            const QString name = part->objectName() + " " + part->metaObject()->className();
-            QVERIFY2(window.rect().contains(place), qPrintable(name + " is cut off"));
-            for (const QWidget* other : parts)
-                QVERIFY2(other == part || !placeOf(other).intersects(place),
-                         qPrintable(name + " overlaps " + other->objectName()));
+        const QRect room = window.rect() - window.layout()->contentsMargins();
+        QRect buttons, others;
+        QSet<int> columns;
+        const auto now = places();
+        for (const auto& [part, place] : now.asKeyValueRange()) {
+            const auto* label = qobject_cast<QLabel*>(part);
+            const bool isButton = part->inherits("QPushButton");
+            const bool isText = isButton || (label != nullptr && !label->wordWrap());
+            const QSize least = isText ? part->sizeHint() : part->minimumSizeHint();
+            const QString name = part->objectName() + " " + part->metaObject()->className() + " ";
+            QVERIFY2(room.contains(place) && place.size() == place.size().expandedTo(least),
+                     qPrintable(name + "is cut off"));
+            for (const auto& [other, otherPlace] : now.asKeyValueRange())
+                QVERIFY2(other == part || !otherPlace.intersects(place),
+                         qPrintable(name + "overlaps " + other->objectName()));
+            const bool isBelow = isButton && part->parentWidget()->objectName() != "frmInserimento";
+            const QPoint moved = place.topLeft() - before[part].topLeft();
+            QVERIFY2(!isOwn || (isBelow ? moved == QPoint(more, more) : moved.y() == 0),
+                     qPrintable(name + "moves"));
+            (isBelow ? buttons : others) |= place;
+            if (label != nullptr && label->buddy() != nullptr && label->isEnabled())
+                columns.insert(placeOf(label->buddy()).left());
         }
+        QVERIFY(columns.size() < 2);
+        if (isOwn) QCOMPARE(buttons.bottomRight(), room.bottomRight());
+        const int gap = window.layout()->spacing() + window.fontMetrics().height() / 2;
+        QVERIFY(!isOwn || buttons.top() - others.bottom() > gap);
     }
-    QList<QRect> after;
-    for (const QWidget* part : leaves())
-        after.append(placeOf(part));
-    QCOMPARE(after, before);
+    QCOMPARE(places(), before);
 }
 
 /// Each button has a mnemonic letter that no other button or label has.
