@@ -24,10 +24,17 @@ class CellDelegate : public QStyledItemDelegate {
     static constexpr int wholeTextRole = Qt::UserRole;
     static constexpr int tooltipCharacters = 5000;
 
+    /// Sets the size of every cell. Otherwise it depends on the texts.
+    void setCellSize(QSize size) { cellSize_ = size; }
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        return cellSize_.isValid() ? cellSize_ : QStyledItemDelegate::sizeHint(option, index);
+    }
     bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
                    const QModelIndex& index) override;
 
  private:
     bool isElided(const QAbstractItemView& view, const QStyleOptionViewItem& option,
                   const QModelIndex& index) const;
+
+    QSize cellSize_;
 };

@@ -47,7 +47,6 @@ QVariant ListModel::data(const QModelIndex& index, int role) const {
             const DataType* type = text == row.icon ? findDataType(text) : nullptr;
             return type == nullptr ? QVariant() : toQt(descriptionOf(*type));
         }
-        case Qt::SizeHintRole: return cellSize_.isValid() ? cellSize_ : QVariant();
         default: return {};
     }
 }

@@ -24,8 +24,6 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
 
     /// Chooses large pictures instead of small ones.
     void setLargeIcons(bool large) { largeIcons_ = large; }
-    /// Sets the size of every cell. With an invalid size, it depends on the texts.
-    void setCellSize(QSize size) { cellSize_ = size; }
 
  Q_SIGNALS:
     /// Any rows have other contents. Unlike dataChanged for all rows, this takes constant time: the
@@ -57,7 +55,6 @@ class ListModel : public QAbstractTableModel, private ListView::Listener {
     ListView& list_;
     const FileRules& rules_;
     bool largeIcons_ = false;
-    QSize cellSize_;
     // The faults of very long texts by row and column, as every painting needs them.
     mutable std::map<std::pair<int, int>, Fault> faults_;
 };

@@ -11,6 +11,7 @@
 #include <QScrollBar>
 #include <QTreeView>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "qt/CellDelegate.h"
@@ -50,31 +51,16 @@ class Headings : public QHeaderView {
  public:
     explicit Headings(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
         setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        setStretchLastSection(false);
-        setSectionsMovable(false);
     }
 
  protected:
     void initStyleOptionForIndex(QStyleOptionHeader* option, int column) const override {
         QHeaderView::initStyleOptionForIndex(option, column);
-        const auto measure = [this](QStyle::PixelMetric metric) {
-            return style()->pixelMetric(metric, nullptr, this);
-        };
-        int room = sectionSize(column) - 2 * measure(QStyle::PM_HeaderMargin);
-        if (isSortIndicatorShown() && sortIndicatorSection() == column) {
-            room -= measure(QStyle::PM_HeaderMarkSize);
-        }
-        option->text = fontMetrics().elidedText(option->text, Qt::ElideRight, room);
+        option->rect.setSize({sectionSize(column), height()});
+        const QRect room = style()->subElementRect(QStyle::SE_HeaderLabel, option, this);
+        option->text = fontMetrics().elidedText(option->text, Qt::ElideRight, room.width());
     }
 };
-
-void prepare(QAbstractItemView& view, ListModel* model, const QString& name) {
-    view.setModel(model);
-    view.setItemDelegate(new CellDelegate(&view));
-    view.setSelectionMode(QAbstractItemView::ExtendedSelection);
-    view.setSelectionBehavior(QAbstractItemView::SelectRows);
-    view.setAccessibleName(name);
-}
 
 }  // namespace
 
@@ -86,19 +72,29 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
       icons_(new PaneView<QListView>(this)) {
     report_->setHeader(new Headings(report_));
     report_->header()->setSectionsClickable(true);  // setHeader() turns it off
-    prepare(*report_, model_, tr("Contents"));
     report_->setRootIsDecorated(false);
     report_->setUniformRowHeights(true);
     report_->setAllColumnsShowFocus(true);
-
-    prepare(*icons_, model_, tr("Contents"));
     icons_->setUniformItemSizes(true);
     icons_->setResizeMode(QListView::Adjust);
 
+    for (QAbstractItemView* view :
+         {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
+        view->setModel(model_);
+        view->setItemDelegate(new CellDelegate(view));
+        view->setSelectionMode(QAbstractItemView::ExtendedSelection);
+        view->setSelectionBehavior(QAbstractItemView::SelectRows);
+        view->setAccessibleName(tr("Contents"));
+        view->installEventFilter(this);
+        view->viewport()->installEventFilter(this);
+        connect(view, &QAbstractItemView::clicked, this, [this] {
+            if (!isClickReported_) reportClick();
+        });
+        connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
+        addWidget(view);
+    }
     selection_ = report_->selectionModel();
     icons_->setSelectionModel(selection_);
-    addWidget(report_);
-    addWidget(icons_);
     showViewMode();
 
     connect(model_, &ListModel::viewModeChanged, this, &ListPane::showViewMode);
@@ -116,15 +112,6 @@ ListPane::ListPane(ListView& list, const FileRules& rules, QWidget* parent)
                 list_.setCurrentRow(static_cast<std::size_t>(current.row()));
                 reportClick();  // by the keyboard or the mouse
             });
-    for (QAbstractItemView* view :
-         {static_cast<QAbstractItemView*>(report_), static_cast<QAbstractItemView*>(icons_)}) {
-        view->installEventFilter(this);
-        view->viewport()->installEventFilter(this);
-        connect(view, &QAbstractItemView::clicked, this, [this] {
-            if (!isClickReported_) reportClick();
-        });
-        connect(view, &QAbstractItemView::doubleClicked, this, &ListPane::rowDoubleClicked);
-    }
     connect(report_->header(), &QHeaderView::sectionClicked, this,
             [this](int column) { Q_EMIT columnClicked(static_cast<std::size_t>(column)); });
     connect(report_->header(), &QHeaderView::sectionResized, this, [this] {
@@ -249,9 +236,9 @@ void ListPane::addOwnEntries(QMenu& menu) {
 void ListPane::showViewMode() {
     const auto mode = list_.view();
     QWidget* const before = currentWidget();
+    report_->setIconSize(icons::besideText(fontMetrics()));
     if (mode == ListView::View::report) {
         model_->setLargeIcons(false);
-        model_->setCellSize({});
         setCurrentWidget(report_);
     } else {
         showIcons(mode == ListView::View::icon, mode == ListView::View::list);
@@ -263,9 +250,8 @@ void ListPane::showViewMode() {
 
 void ListPane::changeEvent(QEvent* event) {
     QStackedWidget::changeEvent(event);
-    if (event->type() != QEvent::FontChange) return;
-    report_->setIconSize(icons::besideText(fontMetrics()));
-    showViewMode();  // the size of the cells depends on the font
+    // The sizes of icons and cells depend on the font.
+    if (event->type() == QEvent::FontChange) showViewMode();
 }
 
 void ListPane::showIcons(bool large, bool inColumns) {
@@ -275,7 +261,7 @@ void ListPane::showIcons(bool large, bool inColumns) {
     const QSize cell = large ? QSize(24 * character, side + 2 * line)
                              : QSize(side + 26 * character, std::max(side, line) + 4);
     model_->setLargeIcons(large);
-    model_->setCellSize(cell);
+    qobject_cast<CellDelegate*>(icons_->itemDelegate())->setCellSize(cell);
     icons_->setViewMode(large ? QListView::IconMode : QListView::ListMode);
     icons_->setMovement(QListView::Static);
     icons_->setFlow(inColumns ? QListView::TopToBottom : QListView::LeftToRight);
@@ -328,14 +314,14 @@ void ListPane::restoreAfterReset() {
     const QScopedValueRollback guard(restoring_, true);
     QItemSelection selected;
     const auto& rows = list_.rows();
-    for (std::size_t first = 0; first < rows.size(); ++first) {
-        if (!rows[first].selected) continue;
-        std::size_t last = first;
-        while (last + 1 < rows.size() && rows[last + 1].selected)
-            ++last;
-        selected.select(model_->index(static_cast<int>(first), 0),
-                        model_->index(static_cast<int>(last), model_->columnCount() - 1));
-        first = last;
+    const auto isSelected = [](const ListView::Row& row) { return row.selected; };
+    const auto indexOf = [&](auto row, int column) {
+        return model_->index(static_cast<int>(row - rows.begin()), column);
+    };
+    for (auto row = std::ranges::find_if(rows, isSelected); row != rows.end();) {
+        const auto end = std::find_if_not(row, rows.end(), isSelected);
+        selected.select(indexOf(row, 0), indexOf(std::prev(end), model_->columnCount() - 1));
+        row = std::find_if(end, rows.end(), isSelected);
     }
     selection_->select(selected, QItemSelectionModel::ClearAndSelect);
     if (const auto current = list_.currentRow()) {
@@ -348,7 +334,6 @@ void ListPane::selectionChanged(const QItemSelection& selected, const QItemSelec
     if (restoring_) return;
     const auto mark = [this](const QItemSelection& ranges, bool value) {
         for (const QItemSelectionRange& range : ranges) {
-            if (range.left() != 0) continue;  // the first column decides for the row
             for (int row = range.top(); row <= range.bottom(); ++row)
                 list_.setSelected(static_cast<std::size_t>(row), value);
         }

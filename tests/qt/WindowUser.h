@@ -29,9 +29,13 @@ class WindowUser : public WindowWorld {
                 QTest::keySequence(at, QKeySequence(key));
                 continue;
             }
-            // As platforms with a display translate that key.
-            QContextMenuEvent menu(QContextMenuEvent::Keyboard, {}, {});
-            QCoreApplication::sendEvent(qobject_cast<QAbstractScrollArea*>(at)->viewport(), &menu);
+            // As platforms with a display translate the right button, and then that key.
+            for (const auto reason : {QContextMenuEvent::Mouse, QContextMenuEvent::Keyboard}) {
+                QVERIFY(QApplication::activePopupWidget() == nullptr);
+                QContextMenuEvent menu(reason, {}, {});
+                QCoreApplication::sendEvent(qobject_cast<QAbstractScrollArea*>(at)->viewport(),
+                                            &menu);
+            }
         }
     }
     static void clicks(const QAbstractScrollArea& view, QPoint spot,
@@ -66,11 +70,11 @@ class WindowUser : public WindowWorld {
 
     /// "Plant[*FLOOR1[Text1] FLOOR2+]": the visible nodes, collapsed ones with "+". Before the
     /// selected node is "*", or "o" if commands do not act on the tree; before the drop target "^".
-    QString shownTree() const { return shownBelow({}, tree.viewport()->grab().toImage()); }
+    QString shownTree() const { return shownBelow({}, painted(tree)); }
     /// The same for the first column of the list; in icon view with the names of the icons.
     QString shownRows() const {
         QStringList texts;
-        const QImage picture = rows().viewport()->grab().toImage();
+        const QImage picture = painted(rows());
         for (int row = 0; list.isVisible() && row < rows().model()->rowCount(); ++row) {
             const QModelIndex index = rows().model()->index(row, 0);
             texts.append(marksOf(rows(), index, picture) + index.data().toString());
@@ -120,6 +124,14 @@ class WindowUser : public WindowWorld {
     }
 
  private:
+    /// What is on the screen, which is outdated if a view was not painted again.
+    QImage painted(const QAbstractItemView& view) const {
+        QCoreApplication::processEvents();
+        const auto& screen = dynamic_cast<QImage&>(*window.backingStore()->paintDevice());
+        const QWidget& port = *view.viewport();
+        return screen.copy({port.mapTo(&window, QPoint()), port.size()});
+    }
+
     QString shownBelow(const QModelIndex& parent, const QImage& picture) const {
         QStringList texts;
         for (int row = 0; tree.isVisible() && row < tree.model()->rowCount(parent); ++row) {
