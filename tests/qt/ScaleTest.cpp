@@ -3,19 +3,6 @@
 
 #include "qt/WindowWorld.h"
 
-namespace {
-
-/// Processor time in seconds of `act` and of painting its result, independent of other programs.
-double painted(WindowWorld& world, const std::function<void()>& act) {
-    const std::clock_t start = std::clock();
-    act();
-    QCoreApplication::processEvents();
-    world.window.grab();
-    return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
-}
-
-}  // namespace
-
 class ScaleTest : public QObject {
     Q_OBJECT
 
@@ -32,8 +19,16 @@ class ScaleTest : public QObject {
         const std::string text = configuration(plc("Bus", branch("ALL", items) + deep));
         world.desktop.onPendingEvents = [] { QCoreApplication::processEvents(); };
 
-        const double opening = painted(world, [&] { world.openText(text); });
-        const double click = painted(world, [&] { world.clickNode("Bus.ALL"); });
+        // Processor time in seconds, independent of other programs.
+        const auto painted = [&](const std::function<void()>& act) {
+            const std::clock_t start = std::clock();
+            act();
+            QCoreApplication::processEvents();
+            world.window.grab();
+            return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
+        };
+        const double opening = painted([&] { world.openText(text); });
+        const double click = painted([&] { world.clickNode("Bus.ALL"); });
         qInfo("opening: %.3f s, node click: %.3f s", opening, click);
         QCOMPARE(world.rows().model()->rowCount(), count);
 #ifdef NDEBUG  // promised for release builds
