@@ -2,16 +2,6 @@
 // and reader, which know only the rules of XML (with namespaces) and of the configuration file.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <map>
-#include <set>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
-
 #include "support/EditorWorld.h"
 
 namespace readBack {
@@ -34,39 +24,33 @@ inline void require(bool is, const char* what) {
     if (!is) throw std::runtime_error(what);
 }
 
-inline bool holdsAny(const Node& node) {
-    for (const Node* child : node.GetChildren())
-        if (child->kind() != NodeKind::plc || holdsAny(*child)) return true;
-    return false;
+/// False for a dropped device without contents.
+inline bool isWritten(const Node& node) {
+    return node.kind() != NodeKind::plc ||
+           std::ranges::any_of(node.GetChildren(), [](auto* child) { return isWritten(*child); });
 }
 inline Thing thingOf(const Document& document, const Node& node) {
     Thing thing{node.isDevice() ? 'd' : 'b', node.text().string(), {}, {}, &node};
     if (node.kind() == NodeKind::item) {
-        const auto record = document.itemAt(node);
-        const clsItem& item = *record;
+        const clsItem item = *document.itemAt(node);
         thing.kind = 'i';
         const SharedText flag(item.bFlag ? "READ" : "TRANSMIT");
         for (const auto& text :
              {item.sComment, item.sAddress, item.sDataType, flag, item.sAccessRight})
             thing.texts.push_back(text.string());
-        const std::set<std::string> lists{"NOEIS", "EIS12", "EIS15"};
-        if (lists.contains(thing.texts[2])) thing.texts.push_back(std::to_string(item.nElements));
+        if (std::set<std::string>{"NOEIS", "EIS12", "EIS15"}.contains(thing.texts[2]))
+            thing.texts.push_back(std::to_string(item.nElements));
     } else if (node.isDevice()) {
         const clsPLC& device = document.devices().at(node.key());
         thing.texts = {device.getPort(), device.getEdiType(), std::to_string(device.getTimeout())};
     }
     for (const Node* child : node.GetChildren())
-        if (child->kind() != NodeKind::plc || holdsAny(*child))
-            thing.contents.push_back(thingOf(document, *child));
+        if (isWritten(*child)) thing.contents.push_back(thingOf(document, *child));
     return thing;
 }
 inline Thing inMemory(const Document& document) {
-    const GlobalSets& settings = document.settings();
-    Thing all{'s',
-              "",
-              {settings.port, settings.ediType, std::to_string(settings.timeout)},
-              {},
-              document.tree().root()};
+    const auto& [port, ediType, timeout] = document.settings();
+    Thing all{'s', "", {port, ediType, std::to_string(timeout)}, {}, document.tree().root()};
     for (const auto& [key, device] : document.devices())
         for (const ConfigTree* tree : {&document.tree(), &document.detached()})
             for (const Node* child : tree->root()->GetChildren())
@@ -270,11 +254,6 @@ class Reader {
     std::set<std::string> keys_;
 };
 
-/// Counts the results of saving.
-struct Outcomes {
-    int readBack = 0, changed = 0, asked = 0, refused = 0;
-};
-
 class Check {
  public:
     /// A save must ask or be refused exactly if the naive reader cannot read the configuration
@@ -288,8 +267,7 @@ class Check {
         std::string why;
         Thing expected;
         for (const Node* child : document.tree().root()->GetChildren())
-            isReadable &=
-                child->isDevice() || (child->kind() == NodeKind::plc && !holdsAny(*child));
+            isReadable &= child->isDevice() || !isWritten(*child);
         try {
             expected = Reader(bytes).configuration();
         } catch (const std::runtime_error& reason) {
@@ -306,7 +284,7 @@ class Check {
         EXPECT_NE(isStopped, isReadable) << why << messages;
         if (isStopped) {
             const bool isAsked = messages.ends_with("Save all the same? [No]\n");
-            ++(isAsked ? outcomes.asked : outcomes.refused);
+            ++(isAsked ? asked : refused);
             EXPECT_TRUE(isAsked || messages.ends_with("and cannot be saved in CreateXML\n"))
                 << messages;
             const Node* shown = document.tree().selected();
@@ -318,15 +296,15 @@ class Check {
         }
         EXPECT_EQ(messages, "");
         expectSameFile(world.disk.files["/saved"], bytes);
-        if (!isReadable || isStopped) return;
+        if (!isReadable) return;
         reader_.open("/saved", bytes);
         EXPECT_EQ(reader_.takeMessages(), "");
         expectSameFile(written(inMemory(reader_.document)), written(expected));
-        ++outcomes.readBack;
-        if (hasChanged(world, before, expected)) ++outcomes.changed;
+        ++readBack;
+        if (hasChanged(world, before, expected)) ++changed;
     }
 
-    Outcomes outcomes;
+    int readBack = 0, changed = 0, asked = 0, refused = 0;  ///< counts of the results
 
  private:
     static bool isUnreadable(const EditorWorld& world, const Node& node) {
@@ -335,9 +313,7 @@ class Check {
     static std::string save(EditorWorld& world, Answer answer) {
         world.disk.files["/saved"] = "old";
         world.desktop.willChoose("/saved");
-        world.desktop.forgetAnswers();
         world.desktop.willAnswer({answer});
-        world.desktop.forgetMessages();
         world.editor.mnuSaveAs_Click();
         world.desktop.forgetAnswers();
         return world.takeMessages();
