@@ -1,9 +1,5 @@
 // Tables of random configurations.
-#include <map>
-#include <set>
-
 #include "support/RandomDocuments.h"
-#include "support/ReadBack.h"
 #include "tool/ToolWorld.h"
 
 namespace {
@@ -156,9 +152,7 @@ RowsByPath applied(const nlohmann::json& changes, const RowsByPath& rows) {
         std::string parent;
         for (const auto& [other, otherRow] : rows)
             if (path.starts_with(other + ".")) parent = other;
-        const std::string known = parent.empty() || !to.contains(parent) ? parent : to[parent];
-        const std::string name = parent.empty() ? path : path.substr(parent.size() + 1);
-        if (!to.contains(path)) to[path] = known.empty() ? name : known + "." + name;
+        if (!to.contains(path)) to[path] = to[parent] + path.substr(parent.size());
         EXPECT_TRUE(changed.emplace(to[path], row).second) << to[path];
     }
     for (const auto& change : changes) {
