@@ -1,8 +1,5 @@
 #include "file/Lifecycle.h"
 
-#include <array>
-#include <map>
-
 #include "support/EditorWorld.h"
 
 namespace {
@@ -108,13 +105,12 @@ void expectNothingIsLost(const std::string& command, const std::string& start,
     EXPECT_TRUE(!isDeclined || (isKept && !isWritten && document.saved == (start == "saved")));
     EXPECT_EQ(document.open && document.tree().selected()->key() == light, isShown);
     // The registry has the path of the saved file.
-    std::vector<std::string> recorded;
+    std::string recorded, written;
     for (const std::string& call : world.registry.calls)
-        recorded.push_back(call.substr(call.rfind('|') + 1));
-    std::vector<std::string> written;
-    if (fault != "registry fails" && wroteHouse) written.push_back(house);
-    if (fault != "registry fails" && wroteOther) written.push_back(other);
-    EXPECT_EQ(recorded, written);
+        recorded += call.substr(call.rfind('|'));
+    if (wroteHouse) written += "|" + house;
+    if (wroteOther) written += "|" + other;
+    EXPECT_EQ(recorded, fault == "registry fails" ? "" : written);
     // After an error the program goes on with the unsaved work.
     const bool failed = trace.find(" Error n. ") != std::string::npos;
     EXPECT_EQ(world.applicationEnded, endsProgram && !failed && !isDeclined);

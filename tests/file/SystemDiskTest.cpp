@@ -7,19 +7,13 @@
 #include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
-#include <sys/wait.h>
 #include <sys/xattr.h>
-#include <unistd.h>
 
-#include <algorithm>
-#include <cerrno>
 #include <csignal>
 #include <cstdarg>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 
 #include "base/RunTimeError.h"
 #include "file/Disk.h"
@@ -235,8 +229,7 @@ TEST_F(SystemDiskTest, ReportsWhyAFileCannotBeReadOrReplaced) {
         EXPECT_EQ(outcome([&] { disk->read(house); }), number) << chosen;
         steps = {};
     }
-    const auto createMore = [&] { disk->createFolders(folder / "shared/more"); };
-    EXPECT_EQ(outcome(createMore, bob, bob), 70);
+    EXPECT_EQ(outcome([&] { disk->createFolders(folder / "shared/more"); }, bob, bob), 70);
     fs::permissions(folder / "shared", perms::all);  // so that it can be removed
 }
 
@@ -271,8 +264,7 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileAfterAnyFault) {
                                           {EINTR, 75}, {ENOTSUP, 75}, {0, killed}};
     int most = 0;
     for (const auto& [error, number] : faults) {
-        int refused = 0;
-        int got = 0;
+        int refused = 0, got = 0;
         for (int chosen = 1; got != past; ++chosen) {
             SCOPED_TRACE("step " + std::to_string(chosen) + ", " + std::to_string(error));
             fs::remove(house);
@@ -293,9 +285,8 @@ TEST_F(SystemDiskTest, LeavesTheOldOrTheNewFileAfterAnyFault) {
             EXPECT_EQ(rightsOf(house), rights);
             refused += isOld ? 1 : 0;
             for (const auto& file : fs::directory_iterator(folder)) {
-                const auto ofOthers = file.status().permissions() & perms::others_all;
                 EXPECT_TRUE(file == house || file.path().filename().native().starts_with(".new-"));
-                EXPECT_EQ(ofOthers, perms::none);
+                EXPECT_EQ(file.status().permissions() & perms::others_all, perms::none);
             }
             if (got == killed) disk->replace(house, "next");
             EXPECT_EQ(countIn(folder), 1) << "the next save removes the temporary file";

@@ -7,9 +7,7 @@
 #include <process.h>
 #include <sddl.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <functional>
 
 #include "base/RunTimeError.h"
 #include "file/Disk.h"
@@ -174,8 +172,7 @@ class WindowsDiskTest : public ::testing::Test {
         }
         fake = {.chosen = chosen, .error = error, .renamesAsPosix = posix};
         const int number = replace(house, "new");
-        const int made = std::exchange(fake, {}).made;
-        return made < chosen ? past : number;
+        return std::exchange(fake, {}).made < chosen ? past : number;
     }
     auto files() const { return std::distance(fs::directory_iterator(folder), {}); }
 };
@@ -234,8 +231,7 @@ TEST_F(WindowsDiskTest, LeavesTheOldOrTheNewFileAfterAnyFault) {
     for (const bool posix : {false, true}) {
         for (const auto& [error, number] : faults) {
             constexpr int most = 50;
-            int refused = 0;
-            int got = 0;
+            int refused = 0, got = 0;
             for (int chosen = 1; got != past && chosen < most; ++chosen) {
                 SCOPED_TRACE("step " + std::to_string(chosen) + ", " + std::to_string(error));
                 fs::remove(house);

@@ -3,17 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cstdlib>
 #include <fstream>
-#include <map>
-#include <memory>
-#include <optional>
 #include <random>
-#include <sstream>
-#include <stdexcept>
-#include <string>
-#include <vector>
 
 #include "base/RunTimeError.h"
 #include "file/Disk.h"
@@ -53,8 +44,7 @@ class FakeDisk : public Disk {
     bool writesSpoiledFiles = false;
     std::map<std::string, std::string> files;
     /// The errors that reading and replacing any file raise, if set.
-    std::optional<ErrorNumber> readFault;
-    std::optional<ErrorNumber> writeFault;
+    std::optional<ErrorNumber> readFault, writeFault;
     /// The modification time of all files. A test increments it to simulate another program.
     std::int64_t time = 0;
 

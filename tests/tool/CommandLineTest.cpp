@@ -1,5 +1,3 @@
-#include <regex>
-
 #include "support/ScriptedUser.h"
 #include "tool/ToolWorld.h"
 

@@ -1,14 +1,8 @@
 // The command line program with a fake disk, and helpers for tables.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <map>
 #include <nlohmann/json.hpp>
 #include <regex>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include "support/FakeDisk.h"
 #include "tool/CommandLine.h"
@@ -17,18 +11,14 @@
 class ToolWorld {
  public:
     FakeDisk disk;
-    std::string out;
-    std::string err;
+    std::string out, err;
 
     /// Runs a command such as "diff a.xml b.xml". Returns the exit status.
     int run(const std::string& command) {
         std::istringstream words(command);
-        std::vector<std::string> arguments;
-        for (std::string word; words >> word;)
-            arguments.push_back(word);
+        const std::vector<std::string> arguments(std::istream_iterator<std::string>(words), {});
         std::deque<Document> documents;
-        std::ostringstream outStream;
-        std::ostringstream errStream;
+        std::ostringstream outStream, errStream;
         const int status = runTool({disk, outStream, errStream, documents}, arguments);
         out = outStream.str();
         err = errStream.str();
