@@ -51,8 +51,7 @@ class FakeDisk : public Disk {
     bool exists(const std::string& path) override { return files.contains(path); }
 
     std::optional<FileStamp> stampOf(const std::string& path) override {
-        if (!files.contains(path)) return std::nullopt;
-        return FileStamp{0, time};
+        return exists(path) ? std::optional(FileStamp{0, time}) : std::nullopt;
     }
 
     /// Reports the size 0: reading must not rely on the size at opening.

@@ -34,10 +34,8 @@ inline Thing thingOf(const Document& document, const Node& node) {
     if (node.kind() == NodeKind::item) {
         const clsItem item = *document.itemAt(node);
         thing.kind = 'i';
-        const SharedText flag(item.bFlag ? "READ" : "TRANSMIT");
-        for (const auto& text :
-             {item.sComment, item.sAddress, item.sDataType, flag, item.sAccessRight})
-            thing.texts.push_back(text.string());
+        thing.texts = {item.sComment.string(), item.sAddress.string(), item.sDataType.string(),
+                       item.bFlag ? "READ" : "TRANSMIT", item.sAccessRight.string()};
         if (std::set<std::string>{"NOEIS", "EIS12", "EIS15"}.contains(thing.texts[2]))
             thing.texts.push_back(std::to_string(item.nElements));
     } else if (node.isDevice()) {

@@ -32,19 +32,16 @@ constexpr auto faultyTables =
 ,settings is x,settings -> 2: error: path: the settings have no path
 COM2,1500 is COM2,10ms -> 3: error: time-out: Receive Timeout field is not correct.
 device,Plant is device, -> 3: error: name: Object Name field is empty.
-Plant,device is Plant,plc -> 3: error: kind: not settings, device, branch or item
 Plant,device is Plant,branch -> 3: error: kind: below no device
 branch,F, is branch,F,hall -> 4: error: comment: the branch has none: to be left empty
 branch,F is branch,1F -> 4: error: name: '1' at the start of a branch name: the OPC server cannot read a file that holds this
 Plant.F,branch is Plant.F,device -> 4: error: kind: a device stands below nothing
 Plant.F,branch,F,,,,,,,^ is  -> 4: error: path: no device or branch "Plant.F"
-item,Text is item, -> 5: error: name: Item name field is empty.
 item,Text is item,Lamp -> 6: error: name: Name already existing. Please use a different name
 Plant.F.Text is ".P^x" -> 5: error: path: no path: ".P x"
 Plant.F.Text is P\x -> 5: error: path: no path: "P\x"
 Plant.F.Text is P\ -> 5: error: path: no path: "P\"
 Plant.F.Text is plant.f.lamp -> 6: error: path: also in line 5
-1/2/3 is 1/2 -> 5: error: address: Group Address field is empty.
 1/2/3 is 1/2/256 -> 5: error: address: Group Address field is not valid. It must be between 0 and 255.
 EIS15,14 is EIS15, -> 5: error: elements: Number of elements field is empty.
 EIS15,14 is EIS15,32768 -> 5: error: elements: Overflow
