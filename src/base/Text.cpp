@@ -220,7 +220,7 @@ bool alphabeticallyBefore(std::string_view a, std::string_view b) {
     std::string_view x = a.substr(equal);
     std::string_view y = b.substr(equal);
     auto order = std::strong_ordering::equal;
-    while (order == 0 && !x.empty() && !y.empty()) {
+    while (std::is_eq(order) && !x.empty() && !y.empty()) {
         if (isDigit(x.front()) && isDigit(y.front())) {
             const std::string_view first = takeNumber(x);
             const std::string_view second = takeNumber(y);
@@ -229,9 +229,9 @@ bool alphabeticallyBefore(std::string_view a, std::string_view b) {
             order = takeBaseLetter(x) <=> takeBaseLetter(y);
         }
     }
-    if (order == 0) order = x.size() <=> y.size();
-    if (order == 0) order = a <=> b;
-    return order < 0;
+    if (std::is_eq(order)) order = x.size() <=> y.size();
+    if (std::is_eq(order)) order = a <=> b;
+    return std::is_lt(order);
 }
 
 std::string_view withoutBlanks(std::string_view text) {
