@@ -96,12 +96,14 @@ class RandomTables : public ::testing::Test {
 
 TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
     forEachPair([&](ToolWorld& world, const RowsByPath& before, const RowsByPath& after) {
+        // A name like "TAGS" causes a warning.
+        const auto imports = [&](const char* what) { EXPECT_LT(world.run(what), 2) << world.err; };
         for (const std::string separator : {",", ";", "tab"}) {
             world.must("export a.xml --force -o a.csv --separator " + separator);
             const TableRows rows =
                 rowsOf(world.disk.files["a.csv"], separator == "tab" ? '\t' : separator.front());
             EXPECT_EQ(byPath(rows), before);
-            world.must("import a.csv --force -o same.xml");
+            imports("import a.csv --force -o same.xml");
             expectSameFile(world.disk.files["same.xml"], world.disk.files["a.xml"]);
         }
         world.must("export a.xml");
@@ -114,7 +116,7 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
         std::ranges::shuffle(rows, random);
         std::ranges::shuffle(headings, random);
         world.disk.files["a.csv"] = csvOf(rows, headings, ';').substr(3);
-        world.must("import a.csv --force -o same.xml");
+        imports("import a.csv --force -o same.xml");
         world.must("diff a.xml same.xml");
         EXPECT_EQ(world.out, "") << world.disk.files["a.csv"];
 
@@ -129,7 +131,7 @@ TEST_F(RandomTables, AreImportedByteForByteInAnyOrderAndIntoOtherFiles) {
             if (!keys.insert(key).second) return;
         }
         world.must("export b.xml -o b.csv");
-        world.must("import b.csv --into a.xml -o into.xml");
+        imports("import b.csv --into a.xml -o into.xml");
         EXPECT_EQ(byPath(rowsIn(world.disk.files["into.xml"])), expected);
     });
 }
