@@ -1,8 +1,6 @@
 // Parsing of numbers, comparison and conversion of texts.
 #include "base/Text.h"
 
-#include <functional>
-
 #include "base/Numbers.h"
 #include "model/Addresses.h"
 #include "support/ScriptedUser.h"

@@ -5,7 +5,7 @@ namespace {
 
 /// An item dialog in a configuration with two items. With `modify` it changes the first one.
 struct ItemDialogWorld {
-    explicit ItemDialogWorld(bool modify = false) : modify_(modify) {
+    explicit ItemDialogWorld(bool modify = false) {
         world.open("/house.xml",
                    configuration(plc("Plant", branch("HALL", tag("Lamp")) + tag("Door"))));
         const std::string node = modify ? "Plant.HALL.Lamp" : "Plant";
@@ -40,7 +40,6 @@ struct ItemDialogWorld {
 
     EditorWorld world;
     std::optional<frmItems> form;
-    bool modify_;
 };
 
 TEST(ItemDialog, ShowsDuplicateAndInvalidAddresses) {

@@ -95,8 +95,7 @@ TEST(Commands, HaveTheirCaptionsKeysButtonsAndPlaces) {
     for (const Command& command : commandTable()) {
         std::string expected;
         std::getline(rows, expected);
-        const std::string actual = rowOf(command);
-        ASSERT_EQ(expected, actual) << "the command " << command.name;
+        ASSERT_EQ(expected, rowOf(command)) << "the command " << command.name;
     }
     EXPECT_EQ(inGroups(toolbarCommands(), [](auto* it) { return it->button.group; }), toolbar);
     EXPECT_EQ(inGroups(contextCommands(), [](auto* it) { return it->context.group; }), contextMenu);

@@ -7,21 +7,15 @@
 // An action is a line for ScriptedUser. Expectations, with the names in `seen`, are after " -> " or
 // on lines of their own. Every message must be listed; questions may be. A story stops at its first
 // difference.
-#include <cmath>
 #include <filesystem>
 
-#include "file/FileRules.h"
 #include "support/ScriptedUser.h"
 
 namespace {
 
 class Stories : public ::testing::TestWithParam<std::string>, protected ScriptedUser {
  protected:
-    Stories() {
-        differs = [this](const auto& what, const auto& expected, const auto& actual) {
-            fail(what, expected, actual);
-        };
-    }
+    Stories() { differs = std::bind_front(&Stories::fail, this); }
 
     void fail(const std::string& what, const std::string& expected, const std::string& actual) {
         ADD_FAILURE_AT(GetParam().c_str(), number_)
@@ -138,10 +132,9 @@ class Stories : public ::testing::TestWithParam<std::string>, protected Scripted
         if (what == "ended") return applicationEnded ? std::to_string(exitStatus) : "no";
         if (thing == "sign")
             return editor.fileRules().faultOf(tree.nodeAt(withLineEnds(name))).text;
-        if (thing == "row-sign") {
+        if (thing == "row-sign")
             for (const auto& row : editor.ListView1.rows())
                 if (row.text() == name) return editor.fileRules().faultOf(row, 0).text;
-        }
         if (thing == "caption") return (editor.*commandNamed(name).captionNow)().value_or("off");
         if (thing == "branch") return faultOf(name, FilePlace::elementName).text;
         if (thing == "text") return tree.nodeAt(name).text().string();
@@ -205,9 +198,8 @@ TEST_P(Stories, ShowWhatIsWritten) {
 }
 
 std::vector<std::string> storyFiles() {
-    const std::filesystem::directory_iterator folder(TESTS_DIR "/editor/stories");
     std::vector<std::string> paths;
-    for (const auto& entry : folder)
+    for (const auto& entry : std::filesystem::directory_iterator(TESTS_DIR "/editor/stories"))
         paths.push_back(entry.path().string());
     return paths;
 }

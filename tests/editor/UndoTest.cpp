@@ -1,5 +1,3 @@
-#include <sstream>
-
 #include "file/CreateXML.h"
 #include "support/RandomSteps.h"
 

@@ -1,8 +1,5 @@
 #include "model/DataTypes.h"
 
-#include <fstream>
-#include <iterator>
-
 #include "support/ScriptedUser.h"
 
 namespace {
@@ -10,14 +7,11 @@ namespace {
 /// The tables of data types in the documents and in the schema.
 TEST(DataTypes, AgreeWithTheDocuments) {
     const auto textOf = [](const std::string& name) {
-        std::ifstream file(SAMPLES_DIR "/../docs/" + name, std::ios::binary);
-        std::string text{std::istreambuf_iterator<char>(file), {}};
+        std::string text = systemDisk()->read(SAMPLES_DIR "/../docs/" + name);
         std::erase(text, '\r');
         return text;
     };
-    std::string rows;
-    std::string without;
-    std::string with;
+    std::string rows, without, with;
     for (const DataType& type : dataTypes()) {
         std::string name(type.name);
         rows += "| `" + name + "` | " + std::string(type.meaning) + " | " + std::string(type.size) +

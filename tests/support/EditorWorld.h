@@ -1,11 +1,7 @@
 // Short notations for configuration files, and an editor with a fake desktop and a fake disk.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <map>
 #include <set>
-#include <string>
 #include <unordered_set>
 
 #include "editor/frmEditing.h"
@@ -36,8 +32,7 @@ inline std::string configuration(const std::string& devices, const std::string& 
 inline std::string contentsOf(const Node& node) {
     std::string line;
     for (const Node* child : node.GetChildren()) {
-        if (!line.empty()) line += " ";
-        line += child->text();
+        line += (line.empty() ? "" : " ") + child->text().string();
         if (child->kind() != NodeKind::item) line += "[" + contentsOf(*child) + "]";
     }
     return line;
@@ -93,10 +88,6 @@ std::string namesOfCommands(const IsOn& isOn) {
     return names;
 }
 
-inline std::string enabledIn(const CommandState& state) {
-    return namesOfCommands([&](const Command& command) { return isEnabledIn(state, command); });
-}
-
 /// The first command state in which exactly these commands are enabled.
 inline std::string stateNameOf(const std::string& enabled) {
     using namespace commandStates;
@@ -110,7 +101,8 @@ inline std::string stateNameOf(const std::string& enabled) {
         {"item", itemSelected},  // also its row
         {"device row", deviceRowSelected}};
     for (const auto& [name, state] : states)
-        if (enabledIn(state) == enabled) return name;
+        if (namesOfCommands([&on = state](auto& each) { return isEnabledIn(on, each); }) == enabled)
+            return name;
     return enabled;
 }
 
@@ -126,8 +118,7 @@ class TrackingViews : private ConfigTree::Listener, private ListView::Listener {
             EXPECT_EQ(changes_, 0) << "a message box is shown during a change";
         };
     }
-    TrackingViews(const TrackingViews&) = delete;
-    TrackingViews& operator=(const TrackingViews&) = delete;
+    TrackingViews(TrackingViews&&) = delete;
     ~TrackingViews() override {
         tree_.setListener(nullptr);
         list_.setListener(nullptr);

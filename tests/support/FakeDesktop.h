@@ -6,10 +6,7 @@
 #include <array>
 #include <deque>
 #include <functional>
-#include <new>
 #include <optional>
-#include <string>
-#include <utility>
 #include <vector>
 
 #include "base/RunTimeError.h"

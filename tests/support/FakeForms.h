@@ -3,14 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <tuple>
 
 #include "dialogs/CommonProperties.h"
 #include "dialogs/Forms.h"
 #include "dialogs/frmBranch.h"
 #include "dialogs/frmFind.h"
-#include "dialogs/frmItems.h"
 #include "dialogs/frmPLC.h"
 #include "dialogs/frmReplace.h"
 #include "dialogs/frmSetts.h"
@@ -24,6 +22,11 @@ class FakeForms : public Forms {
     template <typename Form>
     void whenShown(std::function<void(Form&)> user) {
         std::get<std::function<void(Form&)>>(users_) = std::move(user);
+    }
+
+    /// The same for every form.
+    void whenAnyIsShown(const auto& user) {
+        std::apply([&](auto&... each) { ((each = user), ...); }, users_);
     }
 
     /// Called in each modal dialog before the user acts.

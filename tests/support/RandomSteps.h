@@ -1,9 +1,6 @@
 // Random user actions, with so few names that they collide.
 #pragma once
 
-#include <cstdlib>
-#include <random>
-
 #include "support/ScriptedUser.h"
 
 /// The value of an environment variable such as WALK_SEED, or `usual`.
@@ -36,23 +33,17 @@ class RandomSteps {
         const auto action = below_(20);
         if (action < 4) return "click " + anyKey();
         if (action < 6) return drag();
-        switch (action) {
-            case 6:
-            case 7: return "rows" + anyRows();
-            case 8:
-                return oneOf(
-                    {"focus tree", "focus list", "focus none", "sort 0", "sort 1", "sort 6"});
-            case 9: return "doubleclick: " + properties(document.tree().selected());
-            case 10: return doubleClickOnRow();
-            case 11:
-            case 12: return std::string(oneOf({"mnuDelete", "mnuCut"})) + " ? yes";
-            case 13: return oneOf({"mnuDelete ? no", "mnuCut ? no", "mnuCopy"});
-            case 14:
-            case 15: return "mnuAddBranch: Branch name: = " + anyName() + "; OK; Cancel";
-            case 16: return "mnuAddPlc: Object Name = " + anyName() + "; OK; Exit";
-            case 17: return "mnuAddItem: " + newItem();
-            default: return oneOf({"mnuPaste", "mnuPaste", "mnuCopy"});
-        }
+        if (action < 8) return "rows" + anyRows();
+        if (action < 9)
+            return oneOf({"focus tree", "focus list", "focus none", "sort 0", "sort 1", "sort 6"});
+        if (action < 10) return "doubleclick: " + properties(document.tree().selected());
+        if (action < 11) return doubleClickOnRow();
+        if (action < 13) return oneOf({"mnuDelete ? yes", "mnuCut ? yes"});
+        if (action < 14) return oneOf({"mnuDelete ? no", "mnuCut ? no", "mnuCopy"});
+        if (action < 16) return "mnuAddBranch: Branch name: = " + anyName() + "; OK; Cancel";
+        if (action < 17) return "mnuAddPlc: Object Name = " + anyName() + "; OK; Exit";
+        if (action < 18) return "mnuAddItem: " + newItem();
+        return oneOf({"mnuPaste", "mnuPaste", "mnuCopy"});
     }
 
  private:
@@ -72,9 +63,7 @@ class RandomSteps {
         const auto& rows = world_.editor.ListView1.rows();
         if (rows.empty()) return "focus list";
         const SharedText text = rows[below_(rows.size())].text();
-        const ListView::Row* last = nullptr;
-        for (const auto& row : rows)
-            if (row.text() == text) last = &row;
+        const auto last = std::ranges::find(rows.rbegin(), rows.rend(), text, &ListView::Row::text);
         return "doublerow " + text + ": " + properties(world_.document.tree().FindNode(last->key));
     }
     std::string anyRows() {

@@ -9,10 +9,6 @@
 // paths that file choosers return. "~" is a carriage return, "^" a line feed.
 #pragma once
 
-#include <algorithm>
-#include <fstream>
-#include <sstream>
-
 #include "support/ReadBack.h"
 
 /// The text before and after the first `by`.
@@ -202,7 +198,7 @@ inline Parts partsOf(frmFind& form) {
 class ScriptedUser : public EditorWorld {
  public:
     ScriptedUser() {
-        playEach<frmItems, CommonProperties, frmPLC, frmBranch, frmSetts, frmReplace>();
+        forms.whenAnyIsShown([this](auto& form) { playDialog(form); });
     }
 
     /// Performs the action: `open OUTLINE but PIECE is OTHER ...`, `click KEY`, `row TEXT` and
@@ -210,12 +206,10 @@ class ScriptedUser : public EditorWorld {
     bool play(const Step& step) {
         entries_ = step.entries;
         desktop.forgetAnswers();
-        for (const std::string& each : step.answers) {
-            if (each == "yes") desktop.willAnswer({Answer::yes});
-            if (each == "no") desktop.willAnswer({Answer::no});
-            if (each == "cancel") desktop.willAnswer({Answer::cancel});
-            if (each.starts_with("/")) desktop.willChoose(each);
-        }
+        const std::map<std::string, Answer> answers{
+            {"yes", Answer::yes}, {"no", Answer::no}, {"cancel", Answer::cancel}};
+        for (const std::string& each : step.answers)
+            each[0] == '/' ? desktop.willChoose(each) : desktop.willAnswer({answers.at(each)});
         return act(step.verb, step.what);
     }
 
@@ -249,11 +243,6 @@ class ScriptedUser : public EditorWorld {
     }
 
  private:
-    template <typename... Form>
-    void playEach() {
-        (forms.whenShown<Form>([this](Form& form) { playDialog(form); }), ...);
-    }
-
     bool act(const std::string& verb, const std::string& what) {
         if (verb == "open") {
             const auto changes = split(what, " but ");
@@ -286,9 +275,7 @@ class ScriptedUser : public EditorWorld {
         } else if (verb == "drag") {
             const auto [nodes, shift] = cut(what, " with ");
             const auto [from, target] = cut(nodes, " to ");
-            const auto isThere = [&](const auto& key) {
-                return document.tree().FindNode(key) != nullptr;
-            };
+            const auto isThere = [&](const auto& key) { return document.tree().FindNode(key); };
             if (!isThere(from) || (!isThere(target) && target != "space" && !target.empty()))
                 return false;
             drag(from, target, shift.empty() ? 0 : std::stoi(shift));
