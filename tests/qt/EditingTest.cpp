@@ -1,8 +1,9 @@
 // Dragging and find in the window, and the monkey test.
 
-#include "qt/Monkey.h"
 #include "qt/QtForms.h"
 #include "qt/WindowUser.h"
+
+void runMonkeyTest();
 
 namespace {
 
