@@ -1,10 +1,7 @@
 // Mouse and keyboard input for the main window, and what it shows, as text.
 #pragma once
 
-#include <functional>
-
 #include "qt/Icons.h"
-#include "qt/Reading.h"
 #include "qt/WindowWorld.h"
 
 class WindowUser : public WindowWorld {
@@ -19,8 +16,6 @@ class WindowUser : public WindowWorld {
         openText(configuration);
     }
     ~WindowUser() { QTEST_ASSERT(disagreement() == ""); }
-    WindowUser(const WindowUser&) = delete;
-    WindowUser& operator=(const WindowUser&) = delete;
 
     void presses(const QString& keys) {
         for (const QString& key : keys.split(' ')) {
@@ -37,18 +32,6 @@ class WindowUser : public WindowWorld {
                                             &menu);
             }
         }
-    }
-    static void clicks(const QAbstractScrollArea& view, QPoint spot,
-                       Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers held = {}) {
-        QTest::mouseClick(view.viewport(), button, held, spot);
-        QCoreApplication::processEvents();
-    }
-    void clicks(const char* key, Qt::MouseButton button = Qt::LeftButton) const {
-        clicks(tree, spotOnNode(key), button);
-    }
-    void clicks(int row, Qt::MouseButton button = Qt::LeftButton,
-                Qt::KeyboardModifiers held = {}) const {
-        clicks(rows(), spotOnRow(row), button, held);
     }
     static void drags(const QAbstractScrollArea& view, QPoint from, QPoint to,
                       Qt::MouseButton button = Qt::LeftButton) {
@@ -83,14 +66,6 @@ class WindowUser : public WindowWorld {
     }
     /// Returns and clears the name in the last property dialog.
     QString opened() { return std::exchange(opened_, ""); }
-    /// Returns and clears all messages and questions.
-    QString takeMessages() {
-        QStringList texts;
-        for (const std::string& message : desktop.messages())
-            texts.append(toQt(message));
-        desktop.forgetMessages();
-        return texts.join('\n');
-    }
     /// The enabled entries of the open menu, the default one with "*". Closes it.
     static QString menu() {
         auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());

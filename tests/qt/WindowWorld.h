@@ -1,11 +1,8 @@
 // The editor with its main window open, and functions that operate it.
 #pragma once
 
-#include <QtTest>
-#include <QtWidgets>
-#include <string>
-
 #include "qt/MainWindow.h"
+#include "qt/Reading.h"
 #include "qt/Text.h"
 #include "qt/TreePane.h"
 #include "support/EditorWorld.h"
@@ -60,11 +57,17 @@ class WindowWorld {
     QPoint spotOnNode(const char* key) const { return spotOn(tree, indexOf(key)); }
     QPoint spotOnRow(int row) const { return spotOn(rows(), rows().model()->index(row, 0)); }
 
-    void clickNode(const char* key) const {
-        QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, spotOnNode(key));
+    static void clicks(const QAbstractScrollArea& view, QPoint spot,
+                       Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers held = {}) {
+        QTest::mouseClick(view.viewport(), button, held, spot);
+        QCoreApplication::processEvents();
     }
-    void clickRow(int row, Qt::KeyboardModifiers keys = {}) const {
-        QTest::mouseClick(rows().viewport(), Qt::LeftButton, keys, spotOnRow(row));
+    void clicks(const char* key, Qt::MouseButton button = Qt::LeftButton) const {
+        clicks(tree, spotOnNode(key), button);
+    }
+    void clicks(int row, Qt::MouseButton button = Qt::LeftButton,
+                Qt::KeyboardModifiers held = {}) const {
+        clicks(rows(), spotOnRow(row), button, held);
     }
     /// A double click with the events of a mouse.
     static void doubleClick(const QAbstractItemView& view, QPoint spot) {

@@ -5,11 +5,9 @@
 #include <QTest>
 #include <memory>
 
-std::unique_ptr<QObject> commandsTest();
 std::unique_ptr<QObject> dialogsTest();
 std::unique_ptr<QObject> editingTest();
 std::unique_ptr<QObject> mainWindowTest();
-std::unique_ptr<QObject> scaleTest();
 
 /// Lets failures of GoogleTest, as in FakeDesktop, fail the running test of Qt Test.
 class FailsRunningTest : public testing::EmptyTestEventListener {
@@ -30,7 +28,7 @@ int main(int argc, char* argv[]) {
     const QString wanted = hasName ? arguments.takeAt(1) : QString();
 
     int failures = 0;
-    for (const auto& make : {commandsTest, dialogsTest, editingTest, mainWindowTest, scaleTest}) {
+    for (const auto& make : {dialogsTest, editingTest, mainWindowTest}) {
         const auto suite = make();
         if (hasName && wanted != suite->metaObject()->className()) continue;
         failures += QTest::qExec(suite.get(), arguments);
