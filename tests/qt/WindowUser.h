@@ -53,17 +53,9 @@ class WindowUser : public WindowWorld {
 
     /// "Plant[*FLOOR1[Text1] FLOOR2+]": the visible nodes, collapsed ones with "+". Before the
     /// selected node is "*", or "o" if commands do not act on the tree; before the drop target "^".
-    QString shownTree() const { return shownBelow({}, painted(tree)); }
+    QString shownTree() const { return shown(tree, {}, painted(tree)); }
     /// The same for the first column of the list; in icon view with the names of the icons.
-    QString shownRows() const {
-        QStringList texts;
-        const QImage picture = painted(rows());
-        for (int row = 0; list.isVisible() && row < rows().model()->rowCount(); ++row) {
-            const QModelIndex index = rows().model()->index(row, 0);
-            texts.append(marksOf(rows(), index, picture) + index.data().toString());
-        }
-        return texts.join(' ');
-    }
+    QString shownRows() const { return shown(rows(), {}, painted(rows())); }
     /// Returns and clears the name in the last property dialog.
     QString opened() { return std::exchange(opened_, ""); }
     /// The enabled entries of the open menu, the default one with "*". Closes it.
@@ -85,9 +77,8 @@ class WindowUser : public WindowWorld {
         return texts.join(", ");
     }
     QString keyboard() const {
-        return window.focusWidget() == &tree     ? "tree"
-               : window.focusWidget() == &rows() ? "list"
-                                                 : "";
+        const QWidget* at = window.focusWidget();
+        return at == &tree ? "tree" : at == &rows() ? "list" : "";
     }
     /// Headings and widths, in tenths of the width of the list.
     QString columns() const {
@@ -107,13 +98,16 @@ class WindowUser : public WindowWorld {
         return screen.copy({port.mapTo(&window, QPoint()), port.size()});
     }
 
-    QString shownBelow(const QModelIndex& parent, const QImage& picture) const {
+    static QString shown(const QAbstractItemView& view, const QModelIndex& parent,
+                         const QImage& picture) {
         QStringList texts;
-        for (int row = 0; tree.isVisible() && row < tree.model()->rowCount(parent); ++row) {
-            const QModelIndex index = tree.model()->index(row, 0, parent);
-            texts.append(marksOf(tree, index, picture) + index.data().toString() +
-                         (tree.isExpanded(index) ? "[" + shownBelow(index, picture) + "]"
-                          : tree.model()->hasChildren(index) ? "+"
+        const auto* tree = qobject_cast<const QTreeView*>(&view);
+        for (int row = 0; view.isVisible() && row < view.model()->rowCount(parent); ++row) {
+            const QModelIndex index = view.model()->index(row, 0, parent);
+            const bool isOpen = tree != nullptr && tree->isExpanded(index);
+            texts.append(marksOf(view, index, picture) + index.data().toString() +
+                         (isOpen ? "[" + shown(view, index, picture) + "]"
+                          : view.model()->hasChildren(index) ? "+"
                                                              : ""));
         }
         return texts.join(' ');

@@ -3,7 +3,6 @@
 
 #include <QApplication>
 #include <QTest>
-#include <memory>
 
 std::unique_ptr<QObject> dialogsTest();
 std::unique_ptr<QObject> editingTest();
