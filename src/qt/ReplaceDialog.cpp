@@ -30,6 +30,8 @@ class GridModel : public QAbstractTableModel {
     }
 
     QVariant data(const QModelIndex& index, int role) const override {
+        // Ctrl+C asks for the current cell, also if there is none.
+        if (!index.isValid()) return {};
         if (role == Qt::TextAlignmentRole && index.column() == 1) return Qt::AlignCenter;
         const auto text = [&] { return textAt(index.row() + 1, index.column()); };
         if (role == Qt::DisplayRole) return text();

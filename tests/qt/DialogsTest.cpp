@@ -170,6 +170,7 @@ class DialogsTest : public QObject {
                 return grid.index(row, column).data(role);
             };
             QCOMPARE(cell(1, 0).toString() + cell(1, 2).toString(), "Text2A&B");
+            QVERIFY(!grid.data({}).isValid());  // as Ctrl+C reads without a current cell
             // Only the new name of the second row has a fault.
             for (int at = 0; at < 6; ++at) {
                 const bool isFaulty = at == 5;
