@@ -77,11 +77,9 @@ double TreeWidth::advanceOf(std::string_view text) const {
     int characters = 0;
     for (std::size_t i = 0; i < text.size(); ++characters) {
         const char32_t c = nextCharacter(text, i);
-        if (c == '\n') {  // the lines of a text are below one another
+        // The lines of a text are below one another.
+        if (c >= advances_.size() || c == '\n' || characters == drawnCharacters) {
             return QFontMetricsF(font_).size(Qt::AlignLeft, toQt(text, drawnCharacters)).width();
-        }
-        if (c >= advances_.size() || characters == drawnCharacters) {
-            return QFontMetricsF(font_).horizontalAdvance(toQt(text, drawnCharacters));
         }
         advance += advances_[c];
     }

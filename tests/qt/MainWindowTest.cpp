@@ -214,7 +214,8 @@ class MainWindowTest : public QObject {
         std::mt19937 random(1);
         const auto below = [&](std::size_t n) { return random() % n; };
         const std::string wide(30, 'W');
-        const std::string names[] = {"i", wide, wide + "\ni", "i\n" + wide, "\u4e2d" + wide};
+        const std::string names[] = {
+            "i", wide, wide + "\ni", "i\n" + wide, "\u4e2d\n" + wide, std::string(2000, 'i')};
         for (int step = 0; step < 1'000; ++step) {
             auto node = document.tree().nodes().begin();
             for (auto place = below(document.tree().nodes().size()); place > 0; --place)
@@ -222,7 +223,7 @@ class MainWindowTest : public QObject {
             const bool isItem = (*node)->kind() == NodeKind::item;
             if (!isItem && (*node)->kind() != NodeKind::branch) continue;
             const std::string key = (*node)->key().string();
-            const SharedText name(names[below(5)] + std::to_string(step));
+            const SharedText name(names[below(6)] + std::to_string(step));
             const auto doing = below(6);
             if (doing < 2) user.tree.setExpanded(user.indexOf(key.c_str()), doing == 0);
             for (auto undone = doing == 2 ? below(9) : 0; undone > 0; --undone)

@@ -245,6 +245,12 @@ TEST(CommandLine, AFileIsReplacedOnlyWithForceAndOnlyCompletely) {
         world.must(command + " --force");
         EXPECT_NE(std::exchange(world.disk.files["old"], "old"), "old");
     }
+    std::string many;  // the table is written in pieces
+    for (int i = 0; i < 10'000; ++i)
+        many += tag(std::to_string(i));
+    world.disk.files["many.xml"] = configuration(plc("P", many));
+    world.must("export many.xml -o many.csv");
+    EXPECT_EQ(rowsOf(world.disk.files["many.csv"]).size(), 10'002U);
     // A text that is saved differently is only a warning.
     world.disk.files["a.csv"] = "path,port\nP\u20AC,COM1\n";
     EXPECT_EQ(world.run("import a.csv -o b.xml"), 1);
