@@ -165,6 +165,7 @@ class DialogsTest : public QObject {
             auto& grid = *view.model();
             new QAbstractItemModelTester(&grid, &dialog);
             QCOMPARE(grid.headerData(2, Qt::Horizontal), "New Item name");
+            QCOMPARE(grid.headerData(1, Qt::Horizontal), "");
             QCOMPARE(grid.headerData(1, Qt::Horizontal, Qt::AccessibleTextRole), "becomes");
             const auto cell = [&](int row, int column, int role = Qt::DisplayRole) {
                 return grid.index(row, column).data(role);

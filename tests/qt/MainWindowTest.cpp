@@ -293,6 +293,9 @@ class MainWindowTest : public QObject {
         WindowUser user(twoFloors());
         user.entry("mnuIcon").trigger();  // has no effect before the first click on a node
         QVERIFY(user.report() != nullptr);
+        user.clicks("Plant.FLOOR2");
+        user.presses("Tab Home");
+        QCOMPARE(user.shownRows(), "*Light1");  // of a single row too
         user.clicks("Plant.FLOOR1");
         const QSignalSpy chosen(&user.list, SIGNAL(rowClicked()));
         user.presses("Tab");
