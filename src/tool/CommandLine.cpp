@@ -124,10 +124,8 @@ class CommandLine {
         addOutput(command, convert_.file, "The configuration");
         command.get_option("--output")->required();
         GlobalSets& settings = convert_.settings;
-        command.add_option("--port", settings.port, "The port of the bus couplers, or COM1")
-            ->option_text("TEXT");
-        command.add_option("--edi", settings.ediType, "Their EDI type, or PEI16x9600")
-            ->option_text("TEXT");
+        command.add_option("--port", settings.port, "The port of the bus couplers, or COM1");
+        command.add_option("--edi", settings.ediType, "Their EDI type, or PEI16x9600");
         command
             .add_option_function<std::string>(
                 "--timeout", [&](const std::string& text) { settings.timeout = readInt32(text); },
