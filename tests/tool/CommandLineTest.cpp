@@ -84,13 +84,12 @@ TEST(CommandLine, ImportIntoAConfigurationChecksOnlyWhatTheTableNames) {
     world.disk.files = {
         {"a.xml", configuration(plc("P", branch("F", "")) + plc("Q", odd + tag("b")))},
         {"clash.csv", "path,name\nP,\nQ.a,b\n"}};
-    for (const auto& [table, change] :
-         {std::pair("address\nQ.b,1/1/1", R"(b: address "1/2/3" -> "1/1/1")"),
-          {"comment\nQ.a,x", R"(a: comment "" -> "x")"}}) {
+    for (const auto& [table, change] : {std::pair("address\nQ.b,1/1/1", "<address>1/1/1</address>"),
+                                        {"comment\nQ.a,x", "<comment>x</comment>"}}) {
         world.disk.files["t.csv"] = "path," + std::string(table);
         world.must("import t.csv --into a.xml -o b.xml --force");
-        EXPECT_EQ(world.run("diff a.xml b.xml"), 1);
-        EXPECT_EQ(world.out, "changed item Q." + std::string(change) + "\n");
+        for (const char* written : {change, "<address>1/2</address>"})
+            EXPECT_NE(world.disk.files["b.xml"].find(written), std::string::npos) << written;
     }
     EXPECT_EQ(world.run("import clash.csv --into a.xml -o c.xml"), 2);
     EXPECT_EQ(world.err,
