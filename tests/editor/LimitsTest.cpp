@@ -149,7 +149,7 @@ TEST_F(Limits, AllGroupAddressesInOneBranchAreLoadedWithProgressAndEditedQuickly
         meanwhile.insert((editor.pnlImpStat.visible ? editor.pnlImpStat.lblLabel : "") + " " +
                          enabledNow());
     };
-    open("/small.xml", configuration(plc("Plant")));
+    open("/small.xml", configuration(plc("Plant", item(0))));
     EXPECT_EQ(meanwhile.size(), 1U) << "before the work begins";
     open("/full.xml", configuration(plc("Plant", branch("A", repeated(65280, item)))));
     EXPECT_EQ(meanwhile, std::set<std::string>{"Loading File .... mnuExit mnuAbout"});
