@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QTest>
 
+std::unique_ptr<QObject> commandsTest();
 std::unique_ptr<QObject> dialogsTest();
 std::unique_ptr<QObject> editingTest();
 std::unique_ptr<QObject> mainWindowTest();
@@ -27,7 +28,7 @@ int main(int argc, char* argv[]) {
     const QString wanted = hasName ? arguments.takeAt(1) : QString();
 
     int failures = 0;
-    for (const auto& make : {dialogsTest, editingTest, mainWindowTest}) {
+    for (const auto& make : {commandsTest, dialogsTest, editingTest, mainWindowTest}) {
         const auto suite = make();
         if (hasName && wanted != suite->metaObject()->className()) continue;
         failures += QTest::qExec(suite.get(), arguments);
