@@ -5,7 +5,6 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
-#include <memory>
 #include <system_error>
 
 #include "base/RunTimeError.h"
@@ -66,7 +65,7 @@ bool isHuge(std::string_view number) {
         constexpr long beyondAnyText = std::numeric_limits<long>::max() / 4;
         const bool negative = number[end + 1] == '-';
         const auto digits = number.substr(number.find_first_of("0123456789", end));
-        const auto result = std::from_chars(digits.data(), std::to_address(digits.end()), exponent);
+        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), exponent);
         if (result.ec != std::errc()) exponent = beyondAnyText;
         exponent = std::min(exponent, beyondAnyText);
         if (negative) exponent = -exponent;
@@ -98,7 +97,7 @@ Integer roundTo(double number) {
 double leadingNumber(std::string_view text) {
     const auto [negative, digits] = numberIn(text);
     double number = 0;  // stays 0 when there is none
-    const auto result = std::from_chars(digits.data(), std::to_address(digits.end()), number);
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
     if (result.ec == std::errc::result_out_of_range) {
         number = isHuge(digits) ? std::numeric_limits<double>::infinity() : 0;
     }
@@ -113,8 +112,7 @@ bool isNumber(std::string_view text) {
 }
 
 std::string plainDecimal(double number) {
-    // 1,024 characters: the longest double has 309 before its point.
-    std::array<char, std::numeric_limits<double>::max_exponent> digits{};
+    std::array<char, 512> digits{};  // the longest double has 309 before its point
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number,
                                    std::chars_format::fixed);
     return {digits.data(), end.ptr};

@@ -125,7 +125,7 @@ char32_t takeBaseLetter(std::string_view& text) {
 /// Returns the number of ASCII characters at the beginning of the text.
 std::size_t asciiLength(std::string_view text) {
     std::size_t i = 0;
-    for (std::uint64_t block{}; text.size() - i >= sizeof block; i += sizeof block) {
+    for (std::uint64_t block = 0; text.size() - i >= sizeof block; i += sizeof block) {
         std::memcpy(&block, text.data() + i, sizeof block);
         if (!isAsciiBlock(block)) break;
     }
@@ -195,7 +195,7 @@ std::uint32_t hashIgnoringCase(std::string_view text) {
     static const HashSecrets secrets;
     std::uint64_t hash = secrets.start ^ text.size();
     while (!text.empty()) {
-        std::uint64_t block{};
+        std::uint64_t block = 0;
         std::size_t length = std::min(text.size(), sizeof block);
         std::memcpy(&block, text.data(), length);
         if (isAsciiBlock(block)) {

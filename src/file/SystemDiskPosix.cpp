@@ -80,7 +80,9 @@ class File {
         std::swap(descriptor_, other.descriptor_);
         return *this;
     }
-    ~File() { ::close(descriptor_); }  // fails without effect if there is none
+    ~File() {
+        if (descriptor_ >= 0) ::close(descriptor_);
+    }
 
     int descriptor() const { return descriptor_; }
 
@@ -200,8 +202,7 @@ void writeAll(int descriptor, std::string_view bytes, const fs::path& path) {
 /// all. Returns nothing and sets errno if the call fails.
 template <typename Call>
 std::optional<std::string> attribute(const Call& call) {
-    std::string value;
-    value.resize(XATTR_SIZE_MAX);
+    std::string value(XATTR_SIZE_MAX, '\0');
     const ssize_t length = call(value.data(), value.size());
     if (length < 0) return std::nullopt;
     value.resize(static_cast<std::size_t>(length));

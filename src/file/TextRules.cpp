@@ -116,7 +116,9 @@ Fault faultOfText(std::string_view text, FilePlace place) {
 TextTraits traitsOf(std::string_view text) {
     const auto every = [](std::uint64_t byte) { return byte * 0x0101010101010101U; };
     const auto zeroBytes = [&](std::uint64_t word) { return (word - every(1)) & ~word; };
-    std::uint64_t special{}, all{}, point{};  // bytes with their highest bit set
+    std::uint64_t special = 0;
+    std::uint64_t all = 0;
+    std::uint64_t point = 0;
     const auto look = [&](std::uint64_t word) {
         all |= word;
         special |= (word - every(0x20)) & ~word;               // less than a blank

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <memory>
 #include <string_view>
 #include <system_error>
 
@@ -70,7 +69,7 @@ std::optional<Number> takeField(std::string_view& tag) {
     const std::string_view field = tag.substr(0, tag.find('|'));
     tag.remove_prefix(std::min(field.size() + 1, tag.size()));
     Number number{};
-    const auto end = std::from_chars(field.data(), std::to_address(field.end()), number);
+    const auto end = std::from_chars(field.data(), field.data() + field.size(), number);
     return end.ec == std::errc() ? std::optional(number) : std::nullopt;
 }
 
@@ -82,8 +81,10 @@ clsResizeControl recordOf(const ResizableControl& control) {
         record.Tag += fieldText(control.measure(field.measure)) + "|";
     record.Tag.pop_back();
     if (const auto size = control.fontSize()) record.Tag += "|" + fieldText(size);
-    record.ColWidth = control.colWidths();
-    record.RowHeight = control.rowHeights();
+    if (const auto type = control.typeName(); type == "MSFlexGrid" || type == "Grid") {
+        record.ColWidth = control.colWidths();
+        record.RowHeight = control.rowHeights();
+    }
     return record;
 }
 

@@ -4,7 +4,6 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <memory>
 
 #include "base/Numbers.h"
 
@@ -28,10 +27,10 @@ std::string AddressToHex(std::string_view address, std::size_t width) {
 std::optional<std::uint16_t> busAddress(std::string_view address) {
     std::uint32_t index = 0;
     const char* next = address.data();
-    const char* const end = std::to_address(address.end());
+    const char* const end = next + address.size();
     for (const std::uint32_t last : {31U, 7U, 255U}) {
         if (next != address.data() && (next == end || *next++ != '/')) return std::nullopt;
-        std::uint32_t part{};
+        std::uint32_t part = 0;
         const auto [stop, error] = std::from_chars(next, end, part);
         if (error != std::errc() || part > last) return std::nullopt;
         index = index * (last + 1) + part;

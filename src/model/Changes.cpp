@@ -214,7 +214,8 @@ std::size_t RenameChange::bytes() const {
 
 void RenameChange::collect(ReservedPlaces& places) {
     for (Entry& entry : entries_) {
-        switch (entry.node->kind()) {  // a dropped device has no entry, and its place no meaning
+        if (entry.record == nullptr) continue;
+        switch (entry.node->kind()) {
             case NodeKind::plc: places.devices.push_back(&entry.place); break;
             case NodeKind::branch: places.branches.push_back(&entry.place); break;
             case NodeKind::item: places.items.push_back(&entry.place); break;

@@ -37,7 +37,7 @@ class TypingFilter : public QObject {
             const QString rest = passing(key.text());
             if (rest == key.text()) return false;
             QKeyEvent replacement(key.type(), key.key(), key.modifiers(), rest);
-            QApplication::sendEvent(edit, &replacement);
+            if (!rest.isEmpty()) QApplication::sendEvent(edit, &replacement);
             return true;
         }
         if (event->type() == QEvent::InputMethod) {

@@ -34,8 +34,7 @@ LoadingPanel::LoadingPanel(frmEditing& form, QWidget* parent)
     column->setContentsMargins(margin * 2, margin, margin * 2, margin);
     column->addWidget(label);
     column->addWidget(bar_);
-    column->addWidget(cancel_);
-    column->setAlignment(cancel_, Qt::AlignCenter);
+    column->addWidget(cancel_, 0, Qt::AlignCenter);
     connect(cancel_, &QPushButton::clicked, this, [this] { form_.pnlImpStat_Cancel(); });
     refresh_.setSingleShot(true);
     refresh_.setInterval(40);

@@ -34,10 +34,12 @@ inline constexpr std::array<std::string_view, 13> columnNames{
     "elements", "access right", "flag", "port",    "EDI type", "time-out"};
 
 /// All columns in the same order.
-inline constexpr std::array allColumns{
-    Column::path,  Column::kind,     Column::name,     Column::comment,     Column::address,
-    Column::index, Column::dataType, Column::elements, Column::accessRight, Column::flag,
-    Column::port,  Column::ediType,  Column::timeout};
+inline constexpr auto allColumns = [] {
+    std::array<Column, columnNames.size()> all{};
+    for (std::size_t i = 0; i < all.size(); ++i)
+        all[i] = static_cast<Column>(i);
+    return all;
+}();
 
 constexpr std::string_view nameOf(Column column) {
     return columnNames[static_cast<std::size_t>(column)];

@@ -44,7 +44,7 @@ class Matching {
             const Node* node;  // the same node on the other side
             std::size_t next;  // the row of its child to try first
         };
-        std::vector<Place> path{{other.document.tree().root(), {}}};
+        std::vector<Place> path{{other.document.tree().root(), 0}};
         for (TreeWalk walk(*side.document.tree().root()); const Node* node = walk.next();) {
             path.resize(walk.depth());
             Place& parent = path.back();
@@ -54,7 +54,7 @@ class Matching {
                 if (same != nullptr && find(other.matches, *same) != nullptr) same = nullptr;
             }
             use(*node, same, parent.node);
-            path.push_back({same, {}});
+            path.push_back({same, 0});
         }
     }
 
@@ -116,10 +116,10 @@ class Matching {
                 candidates[traitsOf(from_.document, *node)].push_back(node);
         for (const Node* node : added) {
             if (!isUnmatchedItem(to_, node)) continue;
-            auto& same = candidates[traitsOf(to_.document, *node)];
-            if (same.empty()) continue;
-            pair(*same.front(), *node);
-            same.pop_front();
+            const auto found = candidates.find(traitsOf(to_.document, *node));
+            if (found == candidates.end() || found->second.empty()) continue;
+            pair(*found->second.front(), *node);
+            found->second.pop_front();
         }
     }
 

@@ -123,8 +123,8 @@ class Rows {
     std::exception_ptr failure_;
     bool wantsMore_ = true;
     std::size_t line_ = 0;
-    std::size_t start_{};   // the line in which the row begins
-    bool rowEnded_ = true;  // and the next one has not begun
+    std::size_t start_ = 1;  // the line in which the row begins
+    bool rowEnded_ = true;   // and the next one has not begun
     // The current row.
     std::string texts_;
     std::vector<std::size_t> ends_;
