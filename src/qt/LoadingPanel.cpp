@@ -57,7 +57,7 @@ void LoadingPanel::follow() {
     if (isVisible() == panel_.visible) return;
     bar_->setValue(panel_.progress);
     setVisible(panel_.visible);
-    refresh_.start();
+    if (panel_.visible) refresh_.start();
 }
 
 /// Processes the user's input, but only for this panel. The work itself processes other pending
